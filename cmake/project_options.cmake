@@ -1,0 +1,29 @@
+# Flags of the project's own code, and the two ways in which its folders become targets.
+
+add_library(veskara_options INTERFACE)
+target_compile_options(veskara_options INTERFACE
+  $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror>)
+# No fused multiply-add: layouts and deals must come out alike on every machine.
+target_compile_options(veskara_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-ffp-contract=off>)
+# Bounds checks of the standard containers: an index out of range aborts, in release builds too.
+target_compile_definitions(veskara_options INTERFACE _GLIBCXX_ASSERTIONS)
+
+# veskara_library(NAME SOURCES ... LINKS ...): the library of one folder below src/.
+function(veskara_library name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(veskara_${name} STATIC ${arg_SOURCES})
+  target_include_directories(veskara_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(veskara_${name} PUBLIC ${arg_LINKS} PRIVATE veskara_options)
+endfunction()
+
+# veskara_test(NAME SOURCES ... LINKS ... [PROPERTIES ...]): a test program; each of its tests is one of ctest's.
+function(veskara_test name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PROPERTIES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE ${arg_LINKS} veskara_options GTest::gtest_main GTest::gmock)
+  # gtest_discover_tests and ctest each take the list apart once before it reaches the test.
+  list(JOIN VESKARA_TEST_ENVIRONMENT "\\\\\\\\\\\\\\\\;" environment)
+  gtest_discover_tests(${name} TEST_PREFIX "${VESKARA_TEST_PREFIX}"
+    PROPERTIES ENVIRONMENT "${environment}" ${arg_PROPERTIES} DISCOVERY_TIMEOUT 60)
+endfunction()

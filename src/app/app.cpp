@@ -1,0 +1,78 @@
+#include "app/app.h"
+
+#include <utility>
+
+#include "screens/screens.h"
+
+namespace ui {
+namespace {
+
+// Null for a kind that has no screen; the window then stays empty.
+std::unique_ptr<Screen> makeScreen(const GameState& descriptor) {
+  switch (descriptor.kind) {
+    case ScreenKind::Splash:
+      return screens::makeSplash();
+    case ScreenKind::Playing:
+      return screens::makePlaying(descriptor);
+    case ScreenKind::Solved:
+      return screens::makeSolved(descriptor);
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace
+
+Game::Game() : stack(1) {}
+
+Game& Game::instance() {
+  static Game game;
+  return game;
+}
+
+store::Settings& Game::settings() {
+  // Never destroyed: the live screen's destructor may still ask for it while the program ends.
+  static auto& settings = *new store::Settings;
+  return settings;
+}
+
+void Game::push(const GameState& descriptor) { pendingRequest = {Operation::Push, descriptor}; }
+void Game::pop() { pendingRequest = {Operation::Pop, {}}; }
+void Game::replace(const GameState& descriptor) { pendingRequest = {Operation::Replace, descriptor}; }
+void Game::resetTo(const GameState& descriptor) { pendingRequest = {Operation::Reset, descriptor}; }
+
+void Game::update(Ctx& ctx) {
+  ensureScreen();
+  if (screen) screen->update(ctx);
+  if (pendingRequest.operation == Operation::None) return;
+  carryOut(std::exchange(pendingRequest, {}));
+  ++stackVersion;
+  screen.reset();
+}
+
+void Game::ensureScreen() {
+  if (screen && builtVersion == stackVersion) return;
+  screen = makeScreen(stack.back());
+  builtVersion = stackVersion;
+}
+
+void Game::carryOut(const Request& request) {
+  switch (request.operation) {
+    case Operation::None:
+      break;
+    case Operation::Push:
+      stack.push_back(request.descriptor);
+      break;
+    case Operation::Pop:
+      if (stack.size() >= 2) stack.pop_back();
+      break;
+    case Operation::Replace:
+      stack.back() = request.descriptor;
+      break;
+    case Operation::Reset:
+      stack.assign(1, request.descriptor);
+      break;
+  }
+}
+
+}  // namespace ui

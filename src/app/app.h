@@ -1,0 +1,54 @@
+// app.h: the stack of screens. Only the top one lives; it is built from its descriptor and thrown away at
+// every change of the stack. Knows the screens by their factories alone. Main thread only.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "app/context.h"
+#include "storage/storage.h"
+
+namespace ui {
+
+class Game {
+ public:
+  // Begins with the splash screen's descriptor as the only one.
+  Game();
+
+  // The program's own stack, built on first use and destroyed at exit, its live screen with it.
+  static Game& instance();
+  // The player's preferences, to be changed in place. They outlive every screen.
+  static store::Settings& settings();
+
+  // Ask for a change of the stack. It is carried out when the current frame's update has returned; of several
+  // requests in one frame the last one counts. The last descriptor is never popped: its screen is built anew.
+  void push(const GameState& descriptor);
+  void pop();
+  void replace(const GameState& descriptor);
+  // Leaves this descriptor as the only one.
+  void resetTo(const GameState& descriptor);
+
+  // One frame: builds the top screen if need be, updates it, carries out its request.
+  void update(Ctx& ctx);
+
+  // The descriptors, bottom first; never empty.
+  const std::vector<GameState>& descriptors() const { return stack; }
+
+ private:
+  enum class Operation { None, Push, Pop, Replace, Reset };
+  struct Request {
+    Operation operation = Operation::None;
+    GameState descriptor;
+  };
+
+  void ensureScreen();
+  void carryOut(const Request& request);
+
+  std::vector<GameState> stack;
+  std::unique_ptr<Screen> screen;
+  unsigned builtVersion = 0xFFFFFFFF;
+  unsigned stackVersion = 0;
+  Request pendingRequest;
+};
+
+}  // namespace ui

@@ -1,0 +1,96 @@
+#include "app/events.h"
+
+namespace ui {
+
+namespace {
+
+constexpr double kDoubleClickTime = 0.3;
+// While the window is in one of these states its size is not the one to come back to.
+constexpr Uint32 kNotWindowed =
+    SDL_WINDOW_FULLSCREEN | SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MINIMIZED | SDL_WINDOW_MAXIMIZED;
+
+}  // namespace
+
+int keyCode(const SDL_Keysym& key) {
+  const bool latin = key.sym < 0x80 || (key.sym & SDLK_SCANCODE_MASK) != 0;
+  const bool letterKey = SDL_SCANCODE_A <= key.scancode && key.scancode <= SDL_SCANCODE_Z;
+  if (latin || !letterKey) return key.sym;
+  return SDLK_a + (key.scancode - SDL_SCANCODE_A);
+}
+
+void EventReader::beginFrame(Ctx& ctx) {
+  ctx.in = {};
+  ctx.clickTaken = false;
+}
+
+void EventReader::handle(const SDL_Event& event, Uint32 windowFlags, double now, Ctx& ctx) {
+  switch (event.type) {
+    case SDL_QUIT:
+      quit = true;
+      break;
+    case SDL_KEYDOWN:
+      keyDown(event.key.keysym, ctx);
+      break;
+    case SDL_MOUSEBUTTONDOWN:
+      if (event.button.button == SDL_BUTTON_LEFT) ctx.in.pressed = true;
+      if (event.button.button == SDL_BUTTON_RIGHT) ctx.in.rightClicked = true;
+      break;
+    case SDL_MOUSEBUTTONUP:
+      if (event.button.button == SDL_BUTTON_LEFT) leftReleased(now, ctx);
+      break;
+    case SDL_MOUSEWHEEL:
+      ctx.in.wheel += event.wheel.y;
+      break;
+    case SDL_WINDOWEVENT:
+      windowChanged(event.window, windowFlags);
+      break;
+    default:
+      break;
+  }
+}
+
+void EventReader::readMouse(int x, int y, Uint32 buttons, SDL_Keymod modifiers, Ctx& ctx) {
+  Input& in = ctx.in;
+  in.mx = x;
+  in.my = y;
+  in.down = (buttons & SDL_BUTTON_LMASK) != 0;
+  in.dx = in.mx - prevMouseX;
+  in.dy = in.my - prevMouseY;
+  in.ctrl = (modifiers & KMOD_CTRL) != 0;
+  in.shift = (modifiers & KMOD_SHIFT) != 0;
+  prevMouseX = in.mx;
+  prevMouseY = in.my;
+}
+
+void EventReader::keyDown(const SDL_Keysym& key, Ctx& ctx) {
+  const int code = keyCode(key);
+  if (code == SDLK_F11) {
+    settings.fullscreen = !settings.fullscreen;
+  } else if (code == SDLK_q && (key.mod & KMOD_CTRL) != 0) {
+    quit = true;
+  } else {
+    ctx.in.keys.push_back(code);
+  }
+}
+
+void EventReader::leftReleased(double now, Ctx& ctx) {
+  ctx.in.clicked = true;
+  if (now - lastLeftRelease < kDoubleClickTime) ctx.in.doubleClicked = true;
+  lastLeftRelease = now;
+}
+
+void EventReader::windowChanged(const SDL_WindowEvent& event, Uint32 windowFlags) {
+  const bool windowed = !settings.fullscreen && (windowFlags & kNotWindowed) == 0;
+  if (windowed && event.event == SDL_WINDOWEVENT_SIZE_CHANGED) {
+    settings.windowW = event.data1;
+    settings.windowH = event.data2;
+  }
+  if (windowed && event.event == SDL_WINDOWEVENT_MOVED) {
+    settings.windowX = event.data1;
+    settings.windowY = event.data2;
+  }
+  if (event.event == SDL_WINDOWEVENT_MAXIMIZED) settings.maximized = true;
+  if (event.event == SDL_WINDOWEVENT_RESTORED) settings.maximized = false;
+}
+
+}  // namespace ui

@@ -1,0 +1,43 @@
+// events.h: turns SDL's events of one frame into the input that screens read, and notes what concerns the
+// window. The clock is handed in. Units: logical pixels, seconds.
+#pragma once
+
+#include <SDL.h>
+
+#include "app/context.h"
+#include "storage/storage.h"
+
+namespace ui {
+
+// The key code that a key press stands for. Letters of a layout without Latin letters act as the letter that
+// the same key carries on a Latin one.
+int keyCode(const SDL_Keysym& key);
+
+class EventReader {
+ public:
+  // Writes the window's geometry and the full-screen switch into the settings.
+  explicit EventReader(store::Settings& windowSettings) : settings(windowSettings) {}
+
+  // Forgets the input of the frame before.
+  void beginFrame(Ctx& ctx);
+  // Takes one event. `windowFlags` are those of the window at this moment.
+  void handle(const SDL_Event& event, Uint32 windowFlags, double now, Ctx& ctx);
+  // Takes the mouse's position and buttons and the modifier keys, after the frame's last event.
+  void readMouse(int x, int y, Uint32 buttons, SDL_Keymod modifiers, Ctx& ctx);
+
+  // The program shall end: the window was closed, or Ctrl+Q.
+  bool quitRequested() const { return quit; }
+
+ private:
+  void keyDown(const SDL_Keysym& key, Ctx& ctx);
+  void leftReleased(double now, Ctx& ctx);
+  void windowChanged(const SDL_WindowEvent& event, Uint32 windowFlags);
+
+  store::Settings& settings;
+  bool quit = false;
+  double lastLeftRelease = -10;
+  double prevMouseX = 0;
+  double prevMouseY = 0;
+};
+
+}  // namespace ui

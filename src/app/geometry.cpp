@@ -1,0 +1,34 @@
+#include "app/geometry.h"
+
+#include <algorithm>
+
+namespace ui {
+
+namespace {
+
+// What a window's frame and title bar may take of the screen.
+constexpr int kFrameW = 20;
+constexpr int kFrameH = 60;
+constexpr int kTitleBarH = 30;
+
+}  // namespace
+
+WindowGeometry initialGeometry(const store::Settings& settings, const SDL_Rect& usable) {
+  const bool placed = settings.windowX != store::kNoPosition && settings.windowY != store::kNoPosition;
+  WindowGeometry geometry{SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, settings.windowW, settings.windowH};
+  if (placed) {
+    geometry.x = settings.windowX;
+    geometry.y = settings.windowY;
+  }
+  if (usable.w <= 0 || usable.h <= 0) return geometry;
+
+  geometry.w = std::min(geometry.w, usable.w - kFrameW);
+  geometry.h = std::min(geometry.h, usable.h - kFrameH);
+  if (placed) {
+    geometry.x = std::clamp(geometry.x, usable.x, usable.x + usable.w - geometry.w);
+    geometry.y = std::clamp(geometry.y, usable.y + kTitleBarH, usable.y + usable.h - geometry.h);
+  }
+  return geometry;
+}
+
+}  // namespace ui

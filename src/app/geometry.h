@@ -1,0 +1,25 @@
+// geometry.h: where the window opens. Units: SDL's window coordinates.
+#pragma once
+
+#include <SDL.h>
+
+#include "storage/storage.h"
+
+namespace ui {
+
+struct WindowGeometry {
+  int x;  // either may be SDL_WINDOWPOS_CENTERED
+  int y;
+  int w;
+  int h;
+};
+
+inline constexpr int kMinWindowW = 640;
+inline constexpr int kMinWindowH = 480;
+
+// The stored geometry, brought inside `usable`, the part of the screen that panels leave free: room for the
+// window's frame is kept, and 30 above it for its title bar. An empty `usable` means that it is not known,
+// and the stored geometry is taken as it is. Without a stored position the window is centred.
+WindowGeometry initialGeometry(const store::Settings& settings, const SDL_Rect& usable);
+
+}  // namespace ui

@@ -1,0 +1,115 @@
+// The program: command line, window, renderer, fonts, then the frame loop until someone ends it.
+
+#include <SDL.h>
+
+#include <chrono>
+#include <cstdio>
+#include <span>
+
+#include "app/app.h"
+#include "app/command_line.h"
+#include "app/frame_loop.h"
+#include "app/geometry.h"
+#include "app/signals.h"
+#include "ui/fonts.h"
+#include "ui/gpu.h"
+#include "ui/handles.h"
+
+namespace {
+
+// Seconds since the first call.
+double nowSeconds() {
+  using Clock = std::chrono::steady_clock;
+  static const Clock::time_point start = Clock::now();
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// Ends SDL after everything made with it is gone.
+struct SdlSession {
+  explicit SdlSession(Uint32 flags) : ready(SDL_Init(flags) == 0) {}
+  ~SdlSession() { SDL_Quit(); }
+  SdlSession(const SdlSession&) = delete;
+  SdlSession& operator=(const SdlSession&) = delete;
+
+  bool ready;
+};
+
+// Empty when the display tells nothing.
+SDL_Rect usableBounds() {
+  SDL_Rect bounds{};
+  if (SDL_GetDisplayUsableBounds(0, &bounds) == 0 && bounds.w > 0) return bounds;
+  if (SDL_GetDisplayBounds(0, &bounds) == 0) return bounds;
+  return {};
+}
+
+ui::SdlWindow openWindow(const store::Settings& settings) {
+  const ui::WindowGeometry geometry = ui::initialGeometry(settings, usableBounds());
+  ui::SdlWindow window(SDL_CreateWindow("Quenlock's Mahjong", geometry.x, geometry.y, geometry.w, geometry.h,
+                                        SDL_WINDOW_SHOWN | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
+  if (!window) return window;
+  SDL_SetWindowMinimumSize(window.get(), ui::kMinWindowW, ui::kMinWindowH);
+  if (settings.maximized) SDL_MaximizeWindow(window.get());
+  if (settings.fullscreen) SDL_SetWindowFullscreen(window.get(), SDL_WINDOW_FULLSCREEN_DESKTOP);
+  return window;
+}
+
+ui::SdlRenderer openRenderer(SDL_Window* window) {
+  SDL_SetHint(SDL_HINT_RENDER_SCALE_QUALITY, "linear");
+  ui::SdlRenderer renderer(
+      SDL_CreateRenderer(window, -1, SDL_RENDERER_ACCELERATED | SDL_RENDERER_PRESENTVSYNC));
+  if (!renderer) renderer.reset(SDL_CreateRenderer(window, -1, SDL_RENDERER_SOFTWARE));
+  return renderer;
+}
+
+void reportVideo(SDL_Renderer* renderer) {
+  SDL_RendererInfo info;
+  if (SDL_GetRendererInfo(renderer, &info) != 0) return;
+  std::printf("[video] Treiber %s, Renderer %s%s%s\n", SDL_GetCurrentVideoDriver(),
+              info.name != nullptr ? info.name : "?",
+              (info.flags & SDL_RENDERER_ACCELERATED) != 0 ? " (beschleunigt)" : " (Software!)",
+              (info.flags & SDL_RENDERER_PRESENTVSYNC) != 0 ? ", vsync" : ", ohne vsync");
+  std::fflush(stdout);
+}
+
+int fail(const char* what) {
+  std::fprintf(stderr, "%s: %s\n", what, SDL_GetError());
+  return 1;
+}
+
+int play(std::span<const char* const> arguments) {
+  SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+  ui::installTerminationHandler(nullptr);
+  const SdlSession sdl(SDL_INIT_TIMER | SDL_INIT_VIDEO);
+  if (!sdl.ready) return fail("SDL_Init");
+
+  store::Settings& settings = ui::Game::settings();
+  ui::applyWindowArguments(arguments, settings);
+
+  const ui::SdlWindow window = openWindow(settings);
+  if (!window) return fail("SDL_CreateWindow");
+  // The game takes keys, not text; an input method would swallow letters.
+  SDL_StopTextInput();
+  const ui::SdlRenderer renderer = openRenderer(window.get());
+  if (!renderer) return fail("SDL_CreateRenderer");
+  reportVideo(renderer.get());
+
+  ui::gpuInit(renderer.get());
+  ui::registerBundledFonts();
+
+  ui::FrameLoop loop(window.get(), renderer.get(), nowSeconds);
+  while (loop.pass()) {
+  }
+  ui::gpuShutdown();
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::span<const char* const> arguments(argv + 1, argc > 1 ? static_cast<std::size_t>(argc - 1) : 0U);
+  if (const auto text = ui::infoText(arguments)) {
+    std::fputs(text->c_str(), stdout);
+    return 0;
+  }
+  return play(arguments);
+}

@@ -1,0 +1,108 @@
+#include "resources/assets.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <map>
+#include <utility>
+
+#include "resources/assets_data.h"
+#include "resources/scramble.h"
+#include "storage/paths.h"
+
+namespace assets {
+
+namespace {
+
+constexpr const char* kGlyphFont = "QuenlockMahjongGlyphs.ttf";
+
+// Never destroyed: the mixer's thread may still play from these bytes while the process ends.
+std::map<std::string, std::string>& cache() {
+  static auto& blobs = *new std::map<std::string, std::string>;
+  return blobs;
+}
+
+const std::string& noBytes() {
+  static const auto& none = *new std::string;
+  return none;
+}
+
+const assets_data::Entry* findEntry(const std::string& name) {
+  const auto* end = assets_data::kEntries + assets_data::kEntryCount;
+  const auto* found =
+      std::find_if(assets_data::kEntries, end, [&](const auto& row) { return row.name == name; });
+  return found == end ? nullptr : found;
+}
+
+std::string unscrambled(const assets_data::Entry& entry) {
+  std::string bytes(reinterpret_cast<const char*>(entry.data), entry.size);
+  assets_data::scramble(bytes);
+  return bytes;
+}
+
+// False if there is no such file, or if it cannot be read: a directory can be opened but not read.
+bool readOverride(const std::string& name, std::string& out) {
+  const std::string root = paths::envOr("VESKARA_ASSET_DIR");
+  if (root.empty()) return false;
+  std::ifstream file(root + "/assets/" + name, std::ios::binary);
+  if (!file) return false;
+  std::array<char, 65536> chunk;
+  std::string bytes;
+  while (file.read(chunk.data(), chunk.size()), file.gcount() > 0) {
+    bytes.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
+  }
+  if (file.bad()) return false;
+  out = std::move(bytes);
+  return true;
+}
+
+std::string fontDir() {
+  const std::string home = paths::envOr("HOME", ".");
+  return paths::envOr("XDG_CACHE_HOME", home + "/.cache") + "/veskara/fonts";
+}
+
+bool hasSize(const std::string& path, std::size_t size) {
+  struct stat info = {};
+  return stat(path.c_str(), &info) == 0 && static_cast<std::uint64_t>(info.st_size) == size;
+}
+
+bool writeFile(const std::string& path, const std::string& bytes) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file << bytes;
+  file.close();
+  return !file.fail();
+}
+
+}  // namespace
+
+bool has(const std::string& name) { return findEntry(name) != nullptr; }
+
+const std::string& blob(const std::string& name) {
+  if (const auto cached = cache().find(name); cached != cache().end()) return cached->second;
+  std::string bytes;
+  if (!readOverride(name, bytes)) {
+    const assets_data::Entry* entry = findEntry(name);
+    if (entry == nullptr) {
+      std::fprintf(stderr, "[assets] unknown asset: %s\n", name.c_str());
+      return noBytes();
+    }
+    bytes = unscrambled(*entry);
+  }
+  return cache().emplace(name, std::move(bytes)).first->second;
+}
+
+std::string materializeFonts() {
+  std::string dir = fontDir();
+  paths::ensureDir(dir);
+  const std::string target = dir + "/" + kGlyphFont;
+  const std::string& bytes = blob(std::string("fonts/") + kGlyphFont);
+  if (!hasSize(target, bytes.size()) && !writeFile(target, bytes)) {
+    std::fprintf(stderr, "[assets] cannot write %s\n", target.c_str());
+  }
+  return dir;
+}
+
+}  // namespace assets

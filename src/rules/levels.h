@@ -1,0 +1,28 @@
+// levels.h: what a level number means. A level's layout is always the same; only the deal differs from game
+// to game.
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "rules/layouts.h"
+
+namespace mj {
+
+// Tiles of a level's layout, by stage; ten levels make a stage.
+inline constexpr std::array<int, 10> kStageTargets = {36, 48, 60, 72, 84, 96, 108, 120, 132, 144};
+
+struct LevelConfig {
+  int level = 1;
+  HeapShape shape = HeapShape::Rect;
+  std::vector<Slot> slots;
+  int tiles = 0;   // number of slots
+  int layers = 0;  // of the layout
+  int stage = 0;   // 0…9
+};
+
+// Levels count from 1; lower numbers mean level 1, and those above 100 go on in the last stage. The answer is
+// built on the first request and stays valid until the process has ended. One thread only.
+const LevelConfig& levelToConfig(int level);
+
+}  // namespace mj

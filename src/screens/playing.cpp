@@ -1,0 +1,305 @@
+#include "screens/playing.h"
+
+#include <SDL_keycode.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "app/app.h"
+#include "rules/levels.h"
+#include "rules/table_themes.h"
+#include "screens/screens.h"
+#include "ui/draw.h"
+#include "ui/felt.h"
+
+namespace screens {
+namespace {
+
+constexpr double kPendingTime = 0.32;  // a matching pair is seen together before it goes
+constexpr double kWrongTime = 0.48;
+constexpr double kHintTime = 1.6;
+constexpr double kWinFadeTime = 0.56;
+constexpr double kWinEnd = 1.1;  // in fade times: the full cover stands for a moment
+constexpr double kReadyRise = 0.12;
+constexpr double kReadyFall = 0.42;
+constexpr double kReadyAlpha = 0.42;
+constexpr double kDefaultAutoplay = 0.35;
+
+constexpr double kNoZoom = 1.001;  // zooming in steps and back leaves rounding errors
+constexpr double kMaxZoom = 3;
+constexpr double kWheelZoom = 0.25;
+constexpr double kKeyZoom = 0.6;
+constexpr double kTapSlack = 6;  // a hand that moves further means to drag
+
+constexpr double kNarrowWindow = 780;
+constexpr double kFrameGap = 6;  // between the golden frame and what lies within
+
+constexpr unsigned kVeilColor = 0x041C0B;
+constexpr unsigned kWinColor = 0xFFF4D6;
+constexpr unsigned kReadyColor = 0xFFE9A8;
+
+// Seconds between automatic moves as VESKARA_AUTOPLAY asks for them; 0 when it does not.
+double autoplayFromEnvironment() {
+  const char* text = std::getenv("VESKARA_AUTOPLAY");
+  if (text == nullptr || *text == '\0') return 0;
+  double seconds = 0;
+  std::from_chars(text, text + std::strlen(text), seconds);
+  return seconds > 0.01 ? seconds : kDefaultAutoplay;
+}
+
+// Whether the time has come; if so it is cleared.
+bool takeDue(std::optional<double>& due, double now) {
+  if (!due || now < *due) return false;
+  due.reset();
+  return true;
+}
+
+void cover(ui::Ctx& ctx, unsigned color, double alpha) {
+  ui::fillRect(ctx.cr, {0, 0, ctx.w, ctx.h}, color, alpha);
+}
+
+}  // namespace
+
+PlayingLayout playingLayout(double w, double h) {
+  const bool narrow = w < kNarrowWindow;
+  const double headerH = narrow ? 46 : 54;
+  const double actionsH = narrow ? 54 : 64;
+  const double margin = ui::feltFrameMargin(w, h) + kFrameGap;
+  const double corner = ui::feltCornerSize(w, h) + kFrameGap;
+  const double barX = margin + corner;
+  const double barW = w - 2 * barX;
+  const double actionsY = h - margin - actionsH;
+  return {.header = {barX, margin, barW, headerH},
+          .board = {margin, margin + headerH, w - 2 * margin, actionsY - margin - headerH},
+          .actions = {barX, actionsY, barW, actionsH}};
+}
+
+Playing::Playing(const ui::GameState& descriptor)
+    : level(descriptor.level),
+      deal(descriptor.deal),
+      game(mj::createGame(mj::levelToConfig(level).slots, deal)),
+      autoplay(autoplayFromEnvironment()) {}
+
+void Playing::update(ui::Ctx& ctx) {
+  ui::drawFelt(ctx, mj::tableThemeForLevel(level), true);
+  if (!started) begin(ctx.time);
+  endIntro(ctx.time);
+  fx.update(ctx.time);
+  layout = playingLayout(ctx.w, ctx.h);
+  boundPan();
+  advanceClock(ctx.dt);
+  removePendingPair(ctx.time);
+  endFlashes(ctx.time);
+  drawTiles(ctx);
+  boardInput(ctx);
+  if (paused) cover(ctx, kVeilColor, 0.94);
+  keys(ctx);
+  autoplayStep(ctx.time);
+  winFade(ctx);
+  readyFlash(ctx);
+}
+
+void Playing::tapTile(int tile, double now) {
+  if (won() || !mj::isFree(game, tile)) return;
+  clearHint();
+  if (tile == game.selected) {
+    game.selected = -1;
+  } else if (game.selected < 0) {
+    game.selected = tile;
+  } else if (mj::canMatch(game, game.selected, tile)) {
+    pendingA = game.selected;
+    pendingB = tile;
+    pendingDue = now + kPendingTime;
+    game.selected = tile;
+  } else {
+    wrongA = game.selected;
+    wrongB = tile;
+    wrongDue = now + kWrongTime;
+  }
+}
+
+void Playing::setZoom(double factor) {
+  zoom = std::clamp(factor, 1.0, kMaxZoom);
+  boundPan();
+}
+
+void Playing::begin(double now) {
+  started = true;
+  introActive = true;
+  fx.beginIntro(game, now);
+}
+
+void Playing::endIntro(double now) {
+  if (!introActive || now < fx.introEnd) return;
+  introActive = false;
+  readyAt = now;
+}
+
+void Playing::advanceClock(double dt) {
+  if (!introActive && !paused && !won()) elapsed += dt;
+}
+
+void Playing::removePendingPair(double now) {
+  if (!takeDue(pendingDue, now)) return;
+  const int a = std::exchange(pendingA, -1);
+  const int b = std::exchange(pendingB, -1);
+  // A shuffle or an undo may have come in between.
+  if (!mj::canMatch(game, a, b)) return;
+  const ui::BoardGeom geom = ui::boardGeometry(game.slots, layout.board, ui::FitMode::Contain);
+  for (const int tile : {a, b}) {
+    fx.addBurst(game, geom, tile, game.faces[static_cast<std::size_t>(tile)], now);
+  }
+  mj::applyMatch(game, a, b);
+  if (won() && !winAt) winAt = now;
+}
+
+void Playing::endFlashes(double now) {
+  if (takeDue(wrongDue, now)) {
+    wrongA = -1;
+    wrongB = -1;
+    game.selected = -1;
+  }
+  if (takeDue(hintDue, now)) hintPairs.clear();
+}
+
+void Playing::drawTiles(ui::Ctx& ctx) {
+  options = {};
+  options.pickA = pendingA;
+  options.pickB = pendingB;
+  options.mismatchA = wrongA;
+  options.mismatchB = wrongB;
+  options.zoom = zoom;
+  options.panX = panX;
+  options.panY = panY;
+  for (const auto& [a, b] : hintPairs) {
+    options.hintIds.push_back(a);
+    options.hintIds.push_back(b);
+  }
+  ui::drawBoard(ctx, game, layout.board, options, &fx);
+  ui::drawBursts(ctx, &fx, layout.board, options);
+}
+
+void Playing::boardInput(ui::Ctx& ctx) {
+  if (paused) {
+    grab.reset();
+    return;
+  }
+  if (ctx.in.wheel != 0 && ctx.hover(layout.board)) setZoom(zoom + kWheelZoom * ctx.in.wheel);
+  dragBoard(ctx);
+  const bool wasDrag = grab && grab->moved && zoom > 1;
+  if (!ctx.in.down) grab.reset();
+  if (wasDrag || !ctx.takeClick(layout.board)) return;
+  const int tile = ui::hitTestTile(game, layout.board, options, ctx.in.mx, ctx.in.my);
+  if (tile >= 0) tapTile(tile, ctx.time);
+}
+
+void Playing::dragBoard(const ui::Ctx& ctx) {
+  const ui::Input& in = ctx.in;
+  if (in.pressed && zoom > 1 && ctx.hover(layout.board)) grab = Grab{in.mx, in.my, panX, panY, false};
+  if (!grab) return;
+  const double dx = in.mx - grab->mouseX;
+  const double dy = in.my - grab->mouseY;
+  if (std::hypot(dx, dy) > kTapSlack) grab->moved = true;
+  if (!grab->moved) return;
+  panX = grab->panX + dx;
+  panY = grab->panY + dy;
+  boundPan();
+}
+
+void Playing::keys(ui::Ctx& ctx) {
+  if (ctx.in.hasKey(SDLK_ESCAPE)) ui::Game::instance().pop();
+  if (ctx.in.hasKey(SDLK_SPACE)) paused = !paused;
+  if (!paused && !won()) playKeys(ctx.in, ctx.time);
+}
+
+void Playing::playKeys(const ui::Input& in, double now) {
+  if (in.hasKey(SDLK_h)) takeHint(now);
+  if (in.hasKey(SDLK_m)) shuffle();
+  if (in.hasKey(SDLK_u)) takeBack();
+  if (in.hasKey(SDLK_PLUS) || in.hasKey(SDLK_EQUALS)) setZoom(zoom + kKeyZoom);
+  if (in.hasKey(SDLK_MINUS)) setZoom(zoom - kKeyZoom);
+  if (in.hasKey(SDLK_0)) setZoom(1);
+}
+
+void Playing::autoplayStep(double now) {
+  if (autoplay <= 0 || introActive || paused || pendingDue || wrongDue || won()) return;
+  if (now - lastAuto <= autoplay) return;
+  lastAuto = now;
+  const auto [a, b] = mj::findHint(game);
+  if (a < 0) {
+    shuffle();
+  } else {
+    tapTile(a == game.selected ? b : a, now);
+  }
+}
+
+void Playing::winFade(ui::Ctx& ctx) {
+  if (!winAt) return;
+  const double p = (ctx.time - *winAt) / kWinFadeTime;
+  cover(ctx, kWinColor, std::min(0.85 * p, 0.85));
+  if (p < kWinEnd) return;
+  ui::Game::instance().replace({.kind = ui::ScreenKind::Solved,
+                                .level = level,
+                                .deal = deal,
+                                .timeMs = static_cast<std::int64_t>(1000 * elapsed),
+                                .tiles = static_cast<int>(game.slots.size()),
+                                .hints = game.hints,
+                                .shuffles = game.shuffles});
+}
+
+void Playing::readyFlash(ui::Ctx& ctx) {
+  if (!readyAt || won()) return;
+  const double t = ctx.time - *readyAt;
+  const double part = t < kReadyRise ? t / kReadyRise : 1 - (t - kReadyRise) / kReadyFall;
+  if (part <= 0 && t >= kReadyRise) {
+    readyAt.reset();
+    return;
+  }
+  cover(ctx, kReadyColor, kReadyAlpha * part);
+}
+
+void Playing::takeHint(double now) {
+  const mj::SlotPair pair = mj::findHint(game);
+  if (pair.first < 0) return;
+  hintPairs = {pair};
+  game.selected = -1;
+  ++game.hints;
+  hintDue = now + kHintTime;
+}
+
+void Playing::shuffle() {
+  clearHint();
+  mj::shuffleBoard(game);
+}
+
+void Playing::takeBack() {
+  if (game.history.empty()) return;
+  clearHint();
+  mj::undo(game);
+}
+
+void Playing::clearHint() {
+  hintPairs.clear();
+  hintDue.reset();
+}
+
+void Playing::boundPan() {
+  if (zoom <= kNoZoom) {
+    panX = 0;
+    panY = 0;
+  }
+  const double boundX = layout.board.w * (zoom - 1) / 2;
+  const double boundY = layout.board.h * (zoom - 1) / 2;
+  panX = std::clamp(panX, -boundX, boundX);
+  panY = std::clamp(panY, -boundY, boundY);
+}
+
+std::unique_ptr<ui::Screen> makePlaying(const ui::GameState& descriptor) {
+  return std::make_unique<Playing>(descriptor);
+}
+
+}  // namespace screens

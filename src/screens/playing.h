@@ -1,0 +1,111 @@
+// playing.h: the screen on which one deal of one level is played. Turns clicks and keys into moves, and keeps
+// the times of what is shown: the fly-in, a chosen pair before it goes, a refused pair, a hint, the fade
+// after the win. Units: logical pixels; seconds of the frame clock.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "app/context.h"
+#include "rules/engine.h"
+#include "ui/board.h"
+#include "ui/board_fx.h"
+
+namespace screens {
+
+// Header above, action bar below, and the board in between, inside the table's golden frame.
+struct PlayingLayout {
+  ui::Rect header;
+  ui::Rect board;
+  ui::Rect actions;
+};
+PlayingLayout playingLayout(double w, double h);
+
+class Playing : public ui::Screen {
+ public:
+  // Deals the descriptor's level and deal.
+  explicit Playing(const ui::GameState& descriptor);
+
+  void update(ui::Ctx& ctx) override;
+
+  // The player's hand on a tile: selects it, unselects it, or tries it with the selected one. A matching pair
+  // goes a moment later. A blocked tile and a solved game change nothing.
+  void tapTile(int tile, double now);
+  // Zoom about the board's centre, kept between 1 and 3; the pan stays where the zoomed board still fills its
+  // place.
+  void setZoom(double factor);
+
+  const mj::GameState& table() const { return game; }
+  double playTime() const { return elapsed; }
+  bool isPaused() const { return paused; }
+  // How the board was drawn in the last frame.
+  const ui::BoardOpts& boardOptions() const { return options; }
+  const ui::Rect& boardRect() const { return layout.board; }
+  const ui::BoardFx& effects() const { return fx; }
+
+ private:
+  // A drag of the zoomed board, from the press of the button to its release.
+  struct Grab {
+    double mouseX;
+    double mouseY;
+    double panX;
+    double panY;
+    bool moved;  // far enough to be no tap
+  };
+
+  void begin(double now);
+  void endIntro(double now);
+  void advanceClock(double dt);
+  void removePendingPair(double now);
+  void endFlashes(double now);
+  void drawTiles(ui::Ctx& ctx);
+  void boardInput(ui::Ctx& ctx);
+  void dragBoard(const ui::Ctx& ctx);
+  void keys(ui::Ctx& ctx);
+  void playKeys(const ui::Input& in, double now);
+  void autoplayStep(double now);
+  void winFade(ui::Ctx& ctx);
+  void readyFlash(ui::Ctx& ctx);
+
+  void takeHint(double now);
+  void shuffle();
+  void takeBack();
+  void clearHint();
+  void boundPan();
+  bool won() const { return mj::isSolved(game); }
+
+  int level;
+  std::uint32_t deal;
+  mj::GameState game;
+  ui::BoardFx fx;
+  PlayingLayout layout;   // of the last frame
+  ui::BoardOpts options;  // of the last frame
+
+  bool started = false;
+  bool introActive = false;
+  bool paused = false;
+  double elapsed = 0;
+  std::optional<double> winAt;
+  std::optional<double> readyAt;
+
+  int pendingA = -1;  // a matching pair, about to go
+  int pendingB = -1;
+  std::optional<double> pendingDue;
+  int wrongA = -1;  // a refused pair
+  int wrongB = -1;
+  std::optional<double> wrongDue;
+  std::vector<mj::SlotPair> hintPairs;
+  std::optional<double> hintDue;
+
+  double autoplay;  // seconds between moves of its own, 0 for none
+  double lastAuto = 0;
+
+  double zoom = 1;
+  double panX = 0;
+  double panY = 0;
+  std::optional<Grab> grab;
+};
+
+}  // namespace screens

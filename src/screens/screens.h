@@ -1,0 +1,14 @@
+// screens.h: the factories of the screens. Each returns a new screen in its initial state.
+#pragma once
+
+#include <memory>
+
+#include "app/context.h"
+
+namespace screens {
+
+std::unique_ptr<ui::Screen> makeSplash();
+std::unique_ptr<ui::Screen> makePlaying(const ui::GameState& descriptor);
+std::unique_ptr<ui::Screen> makeSolved(const ui::GameState& descriptor);
+
+}  // namespace screens

@@ -1,0 +1,28 @@
+// paths.h: where the executable and the plain asset tree lie, and the making of directories.
+// Knows nothing of what is kept in the files. Paths are byte strings with slashes, used as they are built.
+#pragma once
+
+#include <string>
+
+namespace paths {
+
+// The variable's value; `fallback` if it is unset or empty.
+std::string envOr(const char* name, const std::string& fallback = "");
+
+// The directory of the running executable without a trailing slash, "." if the system does not tell.
+// Empty for an executable that lies in the root directory.
+std::string exeDir();
+
+// The root below which assets/fonts and assets/audio lie, looked for once: in a snap, in an AppImage, in
+// VESKARA_ASSET_DIR, where packages install, beside the executable, in the working directory. A root with
+// only one of the two directories does not count. exeDir() if there is none.
+std::string assetDir();
+
+// The path of a file of the asset tree, `name` being relative to assets/. It need not exist.
+std::string asset(const std::string& name);
+
+// Creates `path` with its missing ancestors, mode 0755. A backslash separates like a slash. Says nothing
+// about failure: whoever writes into the directory notices.
+void ensureDir(const std::string& path);
+
+}  // namespace paths

@@ -1,0 +1,220 @@
+#include "ui/draw.h"
+
+#include <pango/pangocairo.h>
+
+#include <algorithm>
+#include <numbers>
+#include <string>
+
+#include "ui/handles.h"
+
+namespace ui {
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+double channel(std::uint32_t color, int shift) { return ((color >> shift) & 0xFFU) / 255.0; }
+
+void circlePath(cairo_t* cr, double cx, double cy, double r) {
+  cairo_new_sub_path(cr);
+  cairo_arc(cr, cx, cy, r, 0, 2 * kPi);
+}
+
+// One layout and one font serve all texts: a run of labels in one style costs setting the text.
+struct TextCache {
+  TextLayout layout;
+  cairo_t* madeFor = nullptr;  // only compared, for it may be gone
+  FontDescription font;
+  std::string family;
+  double size = -1;  // no font has it, so that the first request makes one
+  bool bold = false;
+  bool italic = false;
+};
+
+TextCache& textCache() {
+  // Never destroyed: the layout and its font stay for the process to clear away.
+  static auto& cache = *new TextCache;
+  return cache;
+}
+
+void useContext(TextCache& cache, cairo_t* cr) {
+  if (!cache.layout || cache.madeFor != cr) {
+    cache.layout.reset(pango_cairo_create_layout(cr));
+    cache.madeFor = cr;
+    cache.size = -1;
+  }
+  // A new context may lie where an old one lay, and the same one may have been scaled since.
+  pango_cairo_update_layout(cr, cache.layout.get());
+}
+
+void useFont(TextCache& cache, const TextStyle& style, double size) {
+  // A description lasts while the size is the very same number.
+  if (cache.font && cache.family == style.family && cache.size == size && cache.bold == style.bold &&
+      cache.italic == style.italic)
+    return;
+  cache.font.reset(pango_font_description_new());
+  pango_font_description_set_family(cache.font.get(), style.family);
+  pango_font_description_set_absolute_size(cache.font.get(), size * PANGO_SCALE);
+  pango_font_description_set_weight(cache.font.get(), style.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+  pango_font_description_set_style(cache.font.get(), style.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+  pango_layout_set_font_description(cache.layout.get(), cache.font.get());
+  cache.family = style.family;
+  cache.size = size;
+  cache.bold = style.bold;
+  cache.italic = style.italic;
+}
+
+PangoLayout* layoutFor(cairo_t* cr, std::string_view text, const TextStyle& style, double scale) {
+  TextCache& cache = textCache();
+  useContext(cache, cr);
+  useFont(cache, style, scale * style.size);
+  pango_layout_set_text(cache.layout.get(), text.data(), static_cast<int>(text.size()));
+  return cache.layout.get();
+}
+
+struct TextSize {
+  int w = 0;
+  int h = 0;
+};
+
+TextSize sizeOf(PangoLayout* layout) {
+  TextSize size;
+  pango_layout_get_pixel_size(layout, &size.w, &size.h);
+  return size;
+}
+
+double fitScale(cairo_t* cr, std::string_view text, const TextStyle& style) {
+  if (style.maxWidth <= 0) return 1;
+  const int width = sizeOf(layoutFor(cr, text, style, 1)).w;
+  if (style.maxWidth >= width || width < 1) return 1;
+  return std::max(style.maxWidth / width, style.minScale);
+}
+
+PangoLayout* fittedLayout(cairo_t* cr, std::string_view text, const TextStyle& style) {
+  return layoutFor(cr, text, style, fitScale(cr, text, style));
+}
+
+// A size of 0 would put the context into its error state for good.
+bool isDrawable(std::string_view text, const TextStyle& style) { return !text.empty() && style.size > 0; }
+
+void showLayout(cairo_t* cr, double x, double y, PangoLayout* layout, const TextStyle& style) {
+  setColor(cr, style.color, style.alpha);
+  cairo_move_to(cr, x, y);
+  pango_cairo_show_layout(cr, layout);
+}
+
+}  // namespace
+
+void setColor(cairo_t* cr, std::uint32_t color, double alpha) {
+  cairo_set_source_rgba(cr, channel(color, 16), channel(color, 8), channel(color, 0), alpha);
+}
+
+void addStop(cairo_pattern_t* pattern, double offset, std::uint32_t color, double alpha) {
+  cairo_pattern_add_color_stop_rgba(pattern, offset, channel(color, 16), channel(color, 8), channel(color, 0),
+                                    alpha);
+}
+
+void fillRect(cairo_t* cr, const Rect& rect, std::uint32_t color, double alpha) {
+  setColor(cr, color, alpha);
+  cairo_rectangle(cr, rect.x, rect.y, rect.w, rect.h);
+  cairo_fill(cr);
+}
+
+void roundedRectPath(cairo_t* cr, const Rect& rect, double radius) {
+  const double r = std::max(0.0, std::min(radius, std::min(rect.w, rect.h) * 0.5));
+  const double left = rect.x + r;
+  const double right = rect.x + rect.w - r;
+  const double top = rect.y + r;
+  const double bottom = rect.y + rect.h - r;
+  cairo_new_sub_path(cr);
+  cairo_arc(cr, right, top, r, -kPi / 2, 0);
+  cairo_arc(cr, right, bottom, r, 0, kPi / 2);
+  cairo_arc(cr, left, bottom, r, kPi / 2, kPi);
+  cairo_arc(cr, left, top, r, kPi, 3 * kPi / 2);
+  cairo_close_path(cr);
+}
+
+void fillRoundedRect(cairo_t* cr, const Rect& rect, double radius, std::uint32_t color, double alpha) {
+  roundedRectPath(cr, rect, radius);
+  setColor(cr, color, alpha);
+  cairo_fill(cr);
+}
+
+void strokeRoundedRect(cairo_t* cr, const Rect& rect, double radius, double lineWidth, std::uint32_t color,
+                       double alpha) {
+  roundedRectPath(cr, rect, radius);
+  setColor(cr, color, alpha);
+  cairo_set_line_width(cr, lineWidth);
+  cairo_stroke(cr);
+}
+
+void fillCircle(cairo_t* cr, double cx, double cy, double r, std::uint32_t color, double alpha) {
+  setColor(cr, color, alpha);
+  circlePath(cr, cx, cy, r);
+  cairo_fill(cr);
+}
+
+void strokeCircle(cairo_t* cr, double cx, double cy, double r, double lineWidth, std::uint32_t color,
+                  double alpha) {
+  setColor(cr, color, alpha);
+  circlePath(cr, cx, cy, r);
+  cairo_set_line_width(cr, lineWidth);
+  cairo_stroke(cr);
+}
+
+void drawLine(cairo_t* cr, double x0, double y0, double x1, double y1, double lineWidth, std::uint32_t color,
+              double alpha) {
+  setColor(cr, color, alpha);
+  cairo_set_line_width(cr, lineWidth);
+  cairo_move_to(cr, x0, y0);
+  cairo_line_to(cr, x1, y1);
+  cairo_stroke(cr);
+}
+
+// A blur without an image filter: rings of shrinking width, each faint, lie on top of each other. The shape
+// itself is filled with every ring, so the shadow is darkest there and fades outwards.
+void softShadowFromPath(cairo_t* cr, double dx, double dy, double blur, std::uint32_t color, double alpha) {
+  const CairoPath path(cairo_copy_path(cr));
+  // A copy that failed would break the context it is appended to; a shadow is no loss.
+  if (path->status != CAIRO_STATUS_SUCCESS) return;
+  const int rings = std::max(2, static_cast<int>(blur));
+  cairo_save(cr);
+  cairo_translate(cr, dx, dy);
+  cairo_set_line_join(cr, CAIRO_LINE_JOIN_ROUND);
+  setColor(cr, color, alpha / rings);
+  for (int i = rings; i >= 1; --i) {
+    cairo_new_path(cr);
+    cairo_append_path(cr, path.get());
+    cairo_set_line_width(cr, i * 2 * blur / rings);
+    cairo_stroke_preserve(cr);
+    cairo_fill(cr);
+  }
+  cairo_restore(cr);
+  cairo_new_path(cr);
+  cairo_append_path(cr, path.get());
+}
+
+void measureText(cairo_t* cr, std::string_view text, const TextStyle& style, double& width, double& height) {
+  TextSize size;
+  if (style.size > 0) size = sizeOf(fittedLayout(cr, text, style));
+  width = size.w;
+  height = size.h;
+}
+
+void drawText(cairo_t* cr, double x, double y, std::string_view text, const TextStyle& style) {
+  if (!isDrawable(text, style)) return;
+  PangoLayout* layout = fittedLayout(cr, text, style);
+  const int width = sizeOf(layout).w;
+  if (style.align == Align::Center) x -= width * 0.5;
+  if (style.align == Align::Right) x -= width;
+  showLayout(cr, x, y, layout, style);
+}
+
+void drawTextCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style) {
+  if (!isDrawable(text, style)) return;
+  PangoLayout* layout = fittedLayout(cr, text, style);
+  const TextSize size = sizeOf(layout);
+  showLayout(cr, cx - 0.5 * size.w, cy - 0.5 * size.h, layout, style);
+}
+
+}  // namespace ui

@@ -1,0 +1,281 @@
+#include "ui/gpu.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "ui/handles.h"
+
+namespace ui {
+namespace {
+
+constexpr std::size_t kMaxEntries = 400;
+constexpr std::size_t kEvictedPart = 3;  // a third at once, so that the sort is rare
+// Window sizes are divided by the scale and multiplied again; that leaves far less than this.
+constexpr double kRoundingError = 1e-6;
+
+struct Entry {
+  SdlTexture texture;
+  int w = 0;
+  int h = 0;
+  std::int64_t lastUsed = 0;  // the frame
+};
+
+using Entries = std::map<std::string, Entry, std::less<>>;
+
+struct Cache {
+  SDL_Renderer* renderer = nullptr;
+  double scale = 1;
+  int drawCalls = 0;
+  std::int64_t frame = 0;
+  Entries entries;
+  SDL_BlendMode blendMode = SDL_BLENDMODE_BLEND;
+};
+
+Cache& cache() {
+  // Never destroyed: by then SDL is gone, and the textures with it.
+  static auto& instance = *new Cache;
+  return instance;
+}
+
+SDL_BlendMode premultipliedBlendMode() {
+  return SDL_ComposeCustomBlendMode(SDL_BLENDFACTOR_ONE, SDL_BLENDFACTOR_ONE_MINUS_SRC_ALPHA,
+                                    SDL_BLENDOPERATION_ADD, SDL_BLENDFACTOR_ONE,
+                                    SDL_BLENDFACTOR_ONE_MINUS_SRC_ALPHA, SDL_BLENDOPERATION_ADD);
+}
+
+SDL_BlendMode chooseBlendMode(SDL_Renderer* renderer) {
+  const SDL_BlendMode premultiplied = premultipliedBlendMode();
+  const SdlTexture probe(
+      SDL_CreateTexture(renderer, SDL_PIXELFORMAT_ARGB8888, SDL_TEXTUREACCESS_STATIC, 1, 1));
+  if (!probe || SDL_SetTextureBlendMode(probe.get(), premultiplied) == 0) return premultiplied;
+  std::fputs("[gpu] kein vormultipliziertes Mischen — nehme das normale\n", stderr);
+  return SDL_BLENDMODE_BLEND;
+}
+
+// The entry if it has this size. One of another size is what the key meant before, and is dropped.
+Entry* findOrDrop(Entries& entries, const std::string& key, int w, int h) {
+  const auto found = entries.find(key);
+  if (found == entries.end()) return nullptr;
+  if (found->second.w == w && found->second.h == h) return &found->second;
+  entries.erase(found);
+  return nullptr;
+}
+
+void evictOldest(Entries& entries) {
+  if (entries.size() <= kMaxEntries) return;
+  std::vector<std::pair<std::int64_t, Entries::iterator>> byAge;
+  byAge.reserve(entries.size());
+  for (auto it = entries.begin(); it != entries.end(); ++it) byAge.emplace_back(it->second.lastUsed, it);
+  // Stable: within a frame they stay in the order of their keys.
+  std::stable_sort(byAge.begin(), byAge.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  byAge.resize(byAge.size() / kEvictedPart);
+  for (const auto& [lastUsed, entry] : byAge) entries.erase(entry);
+}
+
+SDL_Texture* store(Cache& state, const std::string& key, Entry entry) {
+  return state.entries.insert_or_assign(key, std::move(entry)).first->second.texture.get();
+}
+
+// Null when cairo has no memory for it or the painting went wrong.
+CairoSurface paintSurface(int w, int h, double scale, void (*paint)(cairo_t*, void*), void* user) {
+  CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h));
+  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  cairo_surface_set_device_scale(surface.get(), scale, scale);
+  const CairoContext context(cairo_create(surface.get()));
+  paint(context.get(), user);
+  if (cairo_status(context.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  cairo_surface_flush(surface.get());
+  return surface;
+}
+
+// Null when the renderer cannot make it.
+SdlTexture createTexture(const Cache& state, SDL_TextureAccess access, int w, int h) {
+  SdlTexture texture(SDL_CreateTexture(state.renderer, SDL_PIXELFORMAT_ARGB8888, access, w, h));
+  if (texture && SDL_SetTextureBlendMode(texture.get(), state.blendMode) != 0) return nullptr;
+  return texture;
+}
+
+// Null when it fails, as above.
+SdlTexture upload(const Cache& state, cairo_surface_t* surface, int w, int h) {
+  SdlTexture texture = createTexture(state, SDL_TEXTUREACCESS_STATIC, w, h);
+  if (!texture) return nullptr;
+  const unsigned char* pixels = cairo_image_surface_get_data(surface);
+  const int stride = cairo_image_surface_get_stride(surface);
+  if (SDL_UpdateTexture(texture.get(), nullptr, pixels, stride) != 0) return nullptr;
+  return texture;
+}
+
+// False when the renderer could not be turned to the texture; nothing is painted then.
+bool paintTarget(SDL_Renderer* renderer, SDL_Texture* texture, void (*paint)(void*), void* user) {
+  SDL_Texture* previous = SDL_GetRenderTarget(renderer);
+  if (SDL_SetRenderTarget(renderer, texture) != 0) return false;
+  bool done = SDL_SetRenderDrawColor(renderer, 0, 0, 0, 0) == 0 && SDL_RenderClear(renderer) == 0;
+  if (done) paint(user);
+  // A renderer that does not come back would paint the rest of the frame into the texture; destroying the
+  // texture, which follows from `false`, brings it back to the window.
+  done = SDL_SetRenderTarget(renderer, previous) == 0 && done;
+  return done;
+}
+
+SDL_Texture* repaint(Cache& state, const std::string& key, void (*paint)(void*), void* user) {
+  // Held outside the map meanwhile: what `paint` asks for may evict, and its own texture must not go.
+  auto node = state.entries.extract(key);
+  if (!paintTarget(state.renderer, node.mapped().texture.get(), paint, user)) return nullptr;
+  return store(state, key, std::move(node.mapped()));
+}
+
+// The pixels are premultiplied, so fading needs the colour modulated as well as the alpha.
+bool setOpacity(SDL_Texture* texture, double alpha) {
+  const auto a = static_cast<Uint8>(std::floor(std::clamp(alpha, 0.0, 1.0) * 255 + 0.5));
+  return SDL_SetTextureAlphaMod(texture, a) == 0 && SDL_SetTextureColorMod(texture, a, a, a) == 0;
+}
+
+int toDevice(double logical) { return static_cast<int>(std::lround(logical * cache().scale)); }
+
+struct ProfEntry {
+  double start = 0;
+  double total = 0;
+  int count = 0;
+};
+
+using ProfEntries = std::map<std::string, ProfEntry, std::less<>>;
+
+ProfEntries& profEntries() {
+  static ProfEntries entries;
+  return entries;
+}
+
+bool profiling() {
+  static const bool on = std::getenv("VESKARA_STATS") != nullptr;
+  return on;
+}
+
+double profNow() {
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return std::chrono::duration<double>(now).count();
+}
+
+ProfEntry& profEntry(std::string_view name) {
+  const auto found = profEntries().find(name);
+  if (found != profEntries().end()) return found->second;
+  return profEntries()[std::string(name)];
+}
+
+}  // namespace
+
+void gpuInit(SDL_Renderer* renderer) {
+  gpuShutdown();
+  cache().renderer = renderer;
+  if (renderer != nullptr) cache().blendMode = chooseBlendMode(renderer);
+}
+
+void gpuShutdown() {
+  cache().entries.clear();
+  cache().renderer = nullptr;
+}
+
+SDL_BlendMode gpuBlendMode() { return cache().blendMode; }
+
+SDL_Renderer* gpuRenderer() { return cache().renderer; }
+
+void gpuBeginFrame() {
+  cache().drawCalls = 0;
+  ++cache().frame;
+}
+
+int gpuDrawCalls() { return cache().drawCalls; }
+
+void gpuSetScale(double scale) { cache().scale = scale > 0 ? scale : 1; }
+
+double gpuScale() { return cache().scale; }
+
+int gpuPixels(double logicalLength) {
+  return static_cast<int>(std::ceil(logicalLength * cache().scale - kRoundingError));
+}
+
+SDL_Texture* gpuTexture(const std::string& key, int w, int h, void (*paint)(cairo_t*, void*), void* user) {
+  Cache& state = cache();
+  if (state.renderer == nullptr || w < 1 || h < 1) return nullptr;
+  if (Entry* known = findOrDrop(state.entries, key, w, h)) {
+    known->lastUsed = state.frame;
+    return known->texture.get();
+  }
+  evictOldest(state.entries);
+  const CairoSurface surface = paintSurface(w, h, state.scale, paint, user);
+  if (!surface) return nullptr;
+  SdlTexture texture = upload(state, surface.get(), w, h);
+  if (!texture) return nullptr;
+  return store(state, key, {std::move(texture), w, h, state.frame});
+}
+
+SDL_Texture* gpuRenderTarget(const std::string& key, int w, int h, void (*paint)(void*), void* user,
+                             bool redraw) {
+  Cache& state = cache();
+  if (state.renderer == nullptr || w < 1 || h < 1) return nullptr;
+  if (const Entry* known = findOrDrop(state.entries, key, w, h))
+    return redraw ? repaint(state, key, paint, user) : known->texture.get();
+  SdlTexture texture = createTexture(state, SDL_TEXTUREACCESS_TARGET, w, h);
+  if (!texture || !paintTarget(state.renderer, texture.get(), paint, user)) return nullptr;
+  return store(state, key, {std::move(texture), w, h, state.frame});
+}
+
+void gpuDropTextures(std::string_view prefix, std::string_view keepSuffix) {
+  Entries& entries = cache().entries;
+  auto it = entries.lower_bound(prefix);
+  while (it != entries.end() && it->first.starts_with(prefix))
+    it = it->first.ends_with(keepSuffix) ? std::next(it) : entries.erase(it);
+}
+
+void gpuBlit(SDL_Texture* texture, double x, double y, double w, double h, double alpha) {
+  Cache& state = cache();
+  if (texture == nullptr || state.renderer == nullptr || !setOpacity(texture, alpha)) return;
+  const SDL_Rect target = {toDevice(x), toDevice(y), toDevice(w), toDevice(h)};
+  // A copy that fails is a picture missing for one frame; there is nothing better to do.
+  SDL_RenderCopy(state.renderer, texture, nullptr, &target);
+  ++state.drawCalls;
+}
+
+void gpuBlitRotated(SDL_Texture* texture, double cx, double cy, double w, double h, double angleDegrees,
+                    double alpha) {
+  Cache& state = cache();
+  if (texture == nullptr || state.renderer == nullptr || !setOpacity(texture, alpha)) return;
+  const SDL_Rect target = {toDevice(cx - 0.5 * w), toDevice(cy - 0.5 * h), toDevice(w), toDevice(h)};
+  SDL_RenderCopyEx(state.renderer, texture, nullptr, &target, angleDegrees, nullptr, SDL_FLIP_NONE);
+  ++state.drawCalls;
+}
+
+void profBegin(std::string_view name) {
+  if (profiling()) profEntry(name).start = profNow();
+}
+
+void profEnd(std::string_view name) {
+  if (!profiling()) return;
+  ProfEntry& entry = profEntry(name);
+  ++entry.count;
+  entry.total += profNow() - entry.start;
+}
+
+std::string profReport() {
+  std::string report;
+  if (!profiling()) return report;
+  for (auto& [name, entry] : profEntries()) {
+    if (entry.count == 0) continue;
+    std::array<char, 32> mean{};
+    std::snprintf(mean.data(), mean.size(), " %.1f", 1000 * entry.total / entry.count);
+    report += ' ' + name + mean.data();
+    entry.total = 0;
+    entry.count = 0;
+  }
+  return report;
+}
+
+}  // namespace ui

@@ -1,0 +1,79 @@
+// gpu.h: the texture cache. A picture is painted with cairo once, uploaded, and only copied from then on;
+// beside it a small profiler that sums the times of a frame's sections. Knows SDL and cairo, not what the
+// pictures show. Units: texture sizes in device pixels; places on the window in logical pixels, turned into
+// device pixels by the scale. Main thread only.
+//
+// Every function may be called at any time. Without a renderer (before gpuInit, after gpuShutdown) there are
+// no textures: requests answer null and blits do nothing, so that a caller has one question to ask: is it
+// null?
+#pragma once
+
+#include <SDL_blendmode.h>
+
+#include <string>
+#include <string_view>
+
+#include "app/context.h"
+
+struct SDL_Renderer;
+struct SDL_Texture;
+
+namespace ui {
+
+// Begins to work with the renderer, which must outlive the cache or be followed by gpuShutdown. Whatever was
+// cached for an earlier one is dropped. Textures are blended as premultiplied; where the renderer cannot, one
+// line on standard error says so and they are blended normally (half transparent edges then come out a little
+// dark).
+void gpuInit(SDL_Renderer* renderer);
+// Destroys all textures and forgets the renderer: call it while the renderer still lives.
+void gpuShutdown();
+SDL_Renderer* gpuRenderer();
+// The blend mode that gpuInit chose, for premultiplied textures outside the cache.
+SDL_BlendMode gpuBlendMode();
+
+// Starts a frame: the count of blits is back at 0, and what is used from now on counts as younger.
+void gpuBeginFrame();
+// Blits issued since the frame began.
+int gpuDrawCalls();
+
+// Device pixels per logical pixel; 1 when `scale` is not positive. Nothing is dropped: keys hold device
+// sizes, so pictures of the old scale are asked for no longer and age out.
+void gpuSetScale(double scale);
+double gpuScale();
+// Device pixels that a picture of this logical length needs: rounded up, so that nothing is cut off at a
+// scale of 1.25 or 1.5. An excess of mere rounding error does not count, or a window's picture could come out
+// a pixel larger than the window.
+int gpuPixels(double logicalLength);
+
+// The picture under the key, painted by `paint` the first time. `key` must name everything the pixels depend
+// on, the device size w × h included: a kind, then the parameters, joined by '|'. `paint` draws in logical
+// pixels on a transparent picture and gets `user` as it is. The texture stays valid until the next request.
+// Null, and nothing kept, when w or h is below 1 or the picture cannot be made. A new picture that finds more
+// than 400 in the cache first drops the third that was not used for longest.
+SDL_Texture* gpuTexture(const std::string& key, int w, int h, void (*paint)(cairo_t*, void*), void* user);
+
+// The same for a picture that the renderer itself paints: during `paint` blits go into the texture. A picture
+// that is there already is painted again only if `redraw` says so, and grows old like any other even when it
+// is used.
+SDL_Texture* gpuRenderTarget(const std::string& key, int w, int h, void (*paint)(void*), void* user,
+                             bool redraw);
+
+// Drops the pictures whose key begins with `prefix` and does not end in `keepSuffix`: large ones of a size
+// that is not shown any more need not wait for their turn to age out.
+void gpuDropTextures(std::string_view prefix, std::string_view keepSuffix);
+
+// Draws the whole texture into the logical rectangle; `alpha` is its opacity, 0 to 1. Null draws nothing.
+void gpuBlit(SDL_Texture* texture, double x, double y, double w, double h, double alpha);
+// The same centred on (cx, cy) and turned clockwise about that point.
+void gpuBlitRotated(SDL_Texture* texture, double cx, double cy, double w, double h, double angleDegrees,
+                    double alpha);
+
+// The profiler works when the environment variable VESKARA_STATS exists; otherwise these cost a test of a
+// flag.
+void profBegin(std::string_view name);
+void profEnd(std::string_view name);
+// " name mean" in milliseconds for each section that ended since the last report, in the order of their
+// names; the sums start anew. Empty when the profiler is off.
+std::string profReport();
+
+}  // namespace ui

@@ -1,0 +1,51 @@
+// glyph_font.h: the built-in glyph font for tests that paint tiles.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <pango/pangocairo.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "support/temp_dir.h"
+#include "ui/fonts.h"
+#include "ui/handles.h"
+
+namespace support {
+
+// The family that text drawing takes for this text when it asks for the glyph font.
+inline std::string familyTakenFor(const std::string& text) {
+  const ui::CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
+  const ui::CairoContext cr(cairo_create(surface.get()));
+  const ui::TextLayout layout(pango_cairo_create_layout(cr.get()));
+  const ui::FontDescription wanted(pango_font_description_new());
+  pango_font_description_set_family(wanted.get(), ui::kGlyphFamily);
+  pango_layout_set_font_description(layout.get(), wanted.get());
+  pango_layout_set_text(layout.get(), text.c_str(), -1);
+  const auto* run =
+      static_cast<const PangoLayoutRun*>(pango_layout_get_line_readonly(layout.get(), 0)->runs->data);
+  const ui::FontDescription taken(pango_font_describe(run->item->analysis.font));
+  return pango_font_description_get_family(taken.get());
+}
+
+// Registers the font once for the process, in a cache directory of its own.
+inline bool registerGlyphFont() {
+  static const TempDir cache;  // to the process's end: fontconfig keeps the path
+  setenv("XDG_CACHE_HOME", cache.path().c_str(), 1);
+  unsetenv("VESKARA_ASSET_DIR");
+  // A font map that texts before this one have used remembers the fonts of that time.
+  pango_cairo_font_map_set_default(nullptr);
+  return ui::registerBundledFonts();
+}
+
+// A test of this kind paints tiles with the glyph font, or fails.
+class WithGlyphFont : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    static const bool registered = registerGlyphFont();
+    ASSERT_TRUE(registered);
+    for (const char* text : {"萬", "一", "東", "中", "發"}) ASSERT_EQ(familyTakenFor(text), ui::kGlyphFamily);
+  }
+};
+
+}  // namespace support

@@ -1,0 +1,33 @@
+// gpu_window.h: a window for the texture cache that needs no display: SDL's software renderer on an image in
+// memory. Units: device pixels.
+#pragma once
+
+#include <cstdint>
+
+#include "ui/handles.h"
+
+namespace support {
+
+// While it lives the texture cache works with it, at scale 1 unless a test sets another. One at a time.
+// The software renderer cannot blend premultiplied pixels, so half transparent copies come out a little dark.
+class GpuWindow {
+ public:
+  GpuWindow(int w, int h);
+  GpuWindow(const GpuWindow&) = delete;
+  GpuWindow& operator=(const GpuWindow&) = delete;
+  ~GpuWindow();
+
+  SDL_Renderer* renderer() const { return renderer_.get(); }
+
+  // Fills the window with one opaque colour, 0xRRGGBB.
+  void clear(std::uint32_t color) const;
+
+  // What the window shows now, opaque.
+  ui::CairoSurface picture() const;
+
+ private:
+  ui::SdlSurface surface_;
+  ui::SdlRenderer renderer_;
+};
+
+}  // namespace support

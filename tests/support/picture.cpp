@@ -1,0 +1,144 @@
+#include "support/picture.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <iostream>
+
+namespace support {
+namespace {
+
+int widthOf(cairo_surface_t* picture) { return cairo_image_surface_get_width(picture); }
+int heightOf(cairo_surface_t* picture) { return cairo_image_surface_get_height(picture); }
+
+bool isPicture(cairo_surface_t* surface) {
+  return cairo_surface_status(surface) == CAIRO_STATUS_SUCCESS &&
+         cairo_surface_get_type(surface) == CAIRO_SURFACE_TYPE_IMAGE;
+}
+
+bool save(cairo_surface_t* picture, const std::string& path) {
+  const cairo_status_t status = cairo_surface_write_to_png(picture, path.c_str());
+  if (status != CAIRO_STATUS_SUCCESS) std::cerr << path << ": " << cairo_status_to_string(status) << '\n';
+  return status == CAIRO_STATUS_SUCCESS;
+}
+
+struct Comparison {
+  int differing = 0;  // pixels beyond the tolerance
+  int largest = 0;    // difference of a channel, at (x, y)
+  int x = 0;
+  int y = 0;
+};
+
+// Both must have the same size.
+Comparison compare(cairo_surface_t* a, cairo_surface_t* b, int tolerance) {
+  Comparison result;
+  for (int y = 0; y < heightOf(a); ++y) {
+    for (int x = 0; x < widthOf(a); ++x) {
+      const int difference = channelDifference(pixelAt(a, x, y), pixelAt(b, x, y));
+      if (difference > tolerance) ++result.differing;
+      if (difference > result.largest) result = {result.differing, difference, x, y};
+    }
+  }
+  return result;
+}
+
+bool sameSize(cairo_surface_t* a, cairo_surface_t* b) {
+  return widthOf(a) == widthOf(b) && heightOf(a) == heightOf(b);
+}
+
+testing::AssertionResult sizesDiffer(cairo_surface_t* a, cairo_surface_t* b) {
+  return testing::AssertionFailure() << "sizes differ: " << widthOf(a) << " x " << heightOf(a) << " and "
+                                     << widthOf(b) << " x " << heightOf(b);
+}
+
+void saveDifference(cairo_surface_t* a, cairo_surface_t* b, const std::string& path) {
+  constexpr int kMagnified = 8;
+  const ui::CairoSurface picture = makePicture(widthOf(a), heightOf(a), [&](cairo_t* cr) {
+    for (int y = 0; y < heightOf(a); ++y) {
+      for (int x = 0; x < widthOf(a); ++x) {
+        const int difference = channelDifference(pixelAt(a, x, y), pixelAt(b, x, y));
+        cairo_set_source_rgb(cr, std::min(255, kMagnified * difference) / 255.0, 0, 0);
+        cairo_rectangle(cr, x, y, 1, 1);
+        cairo_fill(cr);
+      }
+    }
+  });
+  save(picture.get(), path);
+}
+
+std::string describe(const Comparison& found) {
+  return std::to_string(found.differing) + " pixels differ, most at (" + std::to_string(found.x) + ", " +
+         std::to_string(found.y) + ") by " + std::to_string(found.largest);
+}
+
+testing::AssertionResult replaceCommitted(cairo_surface_t* seen, const std::string& path) {
+  if (!save(seen, path)) return testing::AssertionFailure() << path << " could not be written";
+  std::cout << "rewrote " << path << '\n';
+  return testing::AssertionFailure() << path << " was rewritten: look at it";
+}
+
+}  // namespace
+
+ui::CairoSurface makePicture(int w, int h) {
+  ui::CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h));
+  EXPECT_EQ(cairo_surface_status(picture.get()), CAIRO_STATUS_SUCCESS);
+  return picture;
+}
+
+ui::CairoSurface makePicture(int w, int h, const std::function<void(cairo_t*)>& paint) {
+  ui::CairoSurface picture = makePicture(w, h);
+  const ui::CairoContext context(cairo_create(picture.get()));
+  paint(context.get());
+  EXPECT_EQ(cairo_status(context.get()), CAIRO_STATUS_SUCCESS);
+  return picture;
+}
+
+std::uint32_t pixelAt(cairo_surface_t* picture, int x, int y) {
+  cairo_surface_flush(picture);
+  const unsigned char* pixels = cairo_image_surface_get_data(picture);
+  const int offset = y * cairo_image_surface_get_stride(picture) + 4 * x;
+  std::uint32_t pixel = 0;
+  std::memcpy(&pixel, pixels + offset, sizeof pixel);
+  // An opaque picture that comes from a file has no alpha channel.
+  return cairo_image_surface_get_format(picture) == CAIRO_FORMAT_RGB24 ? pixel | 0xFF000000U : pixel;
+}
+
+int channelDifference(std::uint32_t a, std::uint32_t b) {
+  int largest = 0;
+  for (int shift = 0; shift < 32; shift += 8) {
+    const int difference = static_cast<int>((a >> shift) & 0xFFU) - static_cast<int>((b >> shift) & 0xFFU);
+    largest = std::max(largest, std::abs(difference));
+  }
+  return largest;
+}
+
+testing::AssertionResult samePicture(cairo_surface_t* a, cairo_surface_t* b, int tolerance) {
+  if (!sameSize(a, b)) return sizesDiffer(a, b);
+  const Comparison found = compare(a, b, tolerance);
+  if (found.differing == 0) return testing::AssertionSuccess() << "no pixel differs";
+  return testing::AssertionFailure() << describe(found);
+}
+
+testing::AssertionResult looksLike(cairo_surface_t* seen, const std::string& name, Tolerance tolerance) {
+  const std::string path = VESKARA_PICTURES_DIR "/" + name + ".png";
+  if (std::getenv("VESKARA_UPDATE_PICTURES") != nullptr) return replaceCommitted(seen, path);
+
+  const std::string seenPath = name + ".seen.png";
+  const ui::CairoSurface committed(cairo_image_surface_create_from_png(path.c_str()));
+  if (!isPicture(committed.get())) {
+    save(seen, seenPath);
+    return testing::AssertionFailure() << path << " cannot be read; what was seen is in " << seenPath;
+  }
+  if (!sameSize(seen, committed.get())) {
+    save(seen, seenPath);
+    return sizesDiffer(seen, committed.get()) << "; what was seen is in " << seenPath;
+  }
+  const Comparison found = compare(seen, committed.get(), tolerance.channel);
+  if (found.differing <= tolerance.share * widthOf(seen) * heightOf(seen)) return testing::AssertionSuccess();
+  save(seen, seenPath);
+  saveDifference(seen, committed.get(), name + ".difference.png");
+  return testing::AssertionFailure() << path << ": " << describe(found) << "; what was seen is in "
+                                     << seenPath;
+}
+
+}  // namespace support

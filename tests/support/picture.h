@@ -1,0 +1,41 @@
+// picture.h: pictures in tests: painting them, reading their pixels, comparing them with committed ones.
+// Units: device pixels; a pixel is 0xAARRGGBB, premultiplied, as cairo keeps it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "ui/handles.h"
+
+namespace support {
+
+// A transparent picture.
+ui::CairoSurface makePicture(int w, int h);
+// A transparent picture with something painted on it.
+ui::CairoSurface makePicture(int w, int h, const std::function<void(cairo_t*)>& paint);
+
+// The pixel, which must lie inside.
+std::uint32_t pixelAt(cairo_surface_t* picture, int x, int y);
+
+// The largest difference of a channel between two pixels.
+int channelDifference(std::uint32_t a, std::uint32_t b);
+
+// Whether no channel of no pixel differs by more than `tolerance`. Says where it differs most.
+testing::AssertionResult samePicture(cairo_surface_t* a, cairo_surface_t* b, int tolerance = 0);
+
+struct Tolerance {
+  int channel = 2;   // difference of a channel that still counts as the same pixel
+  double share = 0;  // part of the pixels that may differ by more, 0 to 1
+};
+
+// Compares with the committed picture NAME.png of the test program's folder `pictures`. Where they differ,
+// NAME.seen.png and NAME.difference.png are left in the working directory (red: how much, eightfold).
+// With the environment variable VESKARA_UPDATE_PICTURES the committed picture is replaced by the seen one
+// instead, and the test fails, so that such a run is never green: look at the picture, then run again without
+// it.
+testing::AssertionResult looksLike(cairo_surface_t* seen, const std::string& name, Tolerance tolerance = {});
+
+}  // namespace support

@@ -1,0 +1,25 @@
+# Sourced by ./play and ./check: installs Debian packages that are missing.
+
+# What the game is built from and what it runs with.
+game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libcairo2-dev libpango1.0-dev libfontconfig-dev
+  fonts-dejavu-core libgl1-mesa-dri"
+# What a machine without a display needs to show it all the same.
+headless_packages="xvfb maim"
+# What the tests and benchmarks need beside these.
+check_packages="git clang-format clang-tidy libgtest-dev libgmock-dev libbenchmark-dev xvfb openbox
+  x11-xkb-utils libx11-dev libxtst-dev"
+
+# install_packages NAME...: says what it installs; does nothing when all are there.
+install_packages() {
+  local missing=() name
+  for name in "$@"; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || missing+=("$name")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  echo "Installing: ${missing[*]}"
+  local root=()
+  [ "$(id -u)" -eq 0 ] || root=(sudo)
+  "${root[@]}" apt-get update -qq
+  "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+    "${missing[@]}" >/dev/null
+}
