@@ -44,13 +44,16 @@ SDL_Rect usableBounds() {
 
 ui::SdlWindow openWindow(const store::Settings& settings) {
   const ui::WindowGeometry geometry = ui::initialGeometry(settings, usableBounds());
-  ui::SdlWindow window(SDL_CreateWindow("Quenlock's Mahjong", geometry.x, geometry.y, geometry.w, geometry.h,
+  return ui::SdlWindow(SDL_CreateWindow("Quenlock's Mahjong", geometry.x, geometry.y, geometry.w, geometry.h,
                                         SDL_WINDOW_SHOWN | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
-  if (!window) return window;
-  SDL_SetWindowMinimumSize(window.get(), ui::kMinWindowW, ui::kMinWindowH);
-  if (settings.maximized) SDL_MaximizeWindow(window.get());
-  if (settings.fullscreen) SDL_SetWindowFullscreen(window.get(), SDL_WINDOW_FULLSCREEN_DESKTOP);
-  return window;
+}
+
+// After the renderer is made: for it SDL may open another window in place of the first, and that one would
+// not know of a smallest size told to the first.
+void arrangeWindow(SDL_Window* window, const store::Settings& settings) {
+  SDL_SetWindowMinimumSize(window, ui::kMinWindowW, ui::kMinWindowH);
+  if (settings.maximized) SDL_MaximizeWindow(window);
+  if (settings.fullscreen) SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP);
 }
 
 ui::SdlRenderer openRenderer(SDL_Window* window) {
@@ -91,6 +94,7 @@ int play(std::span<const char* const> arguments) {
   SDL_StopTextInput();
   const ui::SdlRenderer renderer = openRenderer(window.get());
   if (!renderer) return fail("SDL_CreateRenderer");
+  arrangeWindow(window.get(), settings);
   reportVideo(renderer.get());
 
   ui::gpuInit(renderer.get());

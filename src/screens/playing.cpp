@@ -15,6 +15,7 @@
 #include "screens/screens.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/gpu.h"
 
 namespace screens {
 namespace {
@@ -85,7 +86,7 @@ Playing::Playing(const ui::GameState& descriptor)
       autoplay(autoplayFromEnvironment()) {}
 
 void Playing::update(ui::Ctx& ctx) {
-  ui::drawFelt(ctx, mj::tableThemeForLevel(level), true);
+  drawTable(ctx);
   if (!started) begin(ctx.time);
   endIntro(ctx.time);
   fx.update(ctx.time);
@@ -125,6 +126,12 @@ void Playing::tapTile(int tile, double now) {
 void Playing::setZoom(double factor) {
   zoom = std::clamp(factor, 1.0, kMaxZoom);
   boundPan();
+}
+
+void Playing::drawTable(ui::Ctx& ctx) {
+  ui::profBegin("felt");
+  ui::drawFelt(ctx, mj::tableThemeForLevel(level), true);
+  ui::profEnd("felt");
 }
 
 void Playing::begin(double now) {
@@ -179,8 +186,10 @@ void Playing::drawTiles(ui::Ctx& ctx) {
     options.hintIds.push_back(a);
     options.hintIds.push_back(b);
   }
+  ui::profBegin("board");
   ui::drawBoard(ctx, game, layout.board, options, &fx);
   ui::drawBursts(ctx, &fx, layout.board, options);
+  ui::profEnd("board");
 }
 
 void Playing::boardInput(ui::Ctx& ctx) {
@@ -190,7 +199,7 @@ void Playing::boardInput(ui::Ctx& ctx) {
   }
   if (ctx.in.wheel != 0 && ctx.hover(layout.board)) setZoom(zoom + kWheelZoom * ctx.in.wheel);
   dragBoard(ctx);
-  const bool wasDrag = grab && grab->moved && zoom > 1;
+  const bool wasDrag = grab && grab->moved && zoom > kNoZoom;
   if (!ctx.in.down) grab.reset();
   if (wasDrag || !ctx.takeClick(layout.board)) return;
   const int tile = ui::hitTestTile(game, layout.board, options, ctx.in.mx, ctx.in.my);
@@ -199,7 +208,7 @@ void Playing::boardInput(ui::Ctx& ctx) {
 
 void Playing::dragBoard(const ui::Ctx& ctx) {
   const ui::Input& in = ctx.in;
-  if (in.pressed && zoom > 1 && ctx.hover(layout.board)) grab = Grab{in.mx, in.my, panX, panY, false};
+  if (in.pressed && zoom > kNoZoom && ctx.hover(layout.board)) grab = Grab{in.mx, in.my, panX, panY, false};
   if (!grab) return;
   const double dx = in.mx - grab->mouseX;
   const double dy = in.my - grab->mouseY;

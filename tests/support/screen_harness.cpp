@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kLongestFrame = 0.1;
 constexpr int kDragFrames = 10;
-// Fractions of a tile's rectangle at which it is looked for; uneven, so that none lies on an edge.
+// A tile is looked for at so many places in each direction.
 constexpr int kProbes = 7;
 
 }  // namespace
@@ -129,10 +129,11 @@ std::optional<Point> visiblePoint(const mj::GameState& game, const ui::Rect& boa
   const ui::BoardGeom geom = ui::boardGeometry(game.slots, board, opts.fit);
   const ui::Rect rect =
       ui::BoardView(board, opts).toScreen(geom.place(game.slots[static_cast<std::size_t>(tile)]));
-  for (int i = 0; i < kProbes * kProbes; ++i) {
-    const Point p = {rect.x + rect.w * (i % kProbes + 0.5) / kProbes,
-                     rect.y + rect.h * (i / kProbes + 0.5) / kProbes};
-    if (ui::hitTestTile(game, board, opts, p.x, p.y) == tile) return p;
+  for (int row = 0; row < kProbes; ++row) {
+    for (int column = 0; column < kProbes; ++column) {
+      const Point p = {rect.x + rect.w * (column + 0.5) / kProbes, rect.y + rect.h * (row + 0.5) / kProbes};
+      if (ui::hitTestTile(game, board, opts, p.x, p.y) == tile) return p;
+    }
   }
   return std::nullopt;
 }

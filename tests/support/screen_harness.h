@@ -1,6 +1,6 @@
-// screen_harness.h: runs screens frame by frame without a window: with a clock that only the test moves, with the
-// input that it gives, drawing on a picture in memory. Knows no particular screen.
-// Units: logical pixels, which are the picture's pixels; seconds.
+// screen_harness.h: runs screens frame by frame without a window: with a clock that only the test moves, with
+// the input that it gives, drawing on a picture in memory. Knows no particular screen. Units: logical pixels,
+// which are the picture's pixels; seconds.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +22,8 @@ enum class Drawing {
 
 class ScreenHarness {
  public:
-  // `update` runs one frame of what is tested, a screen or a stack of screens, which must outlive the harness.
+  // `update` runs one frame of what is tested, a screen or a stack of screens, which must outlive the
+  // harness.
   explicit ScreenHarness(std::function<void(ui::Ctx&)> update, int w = 640, int h = 480,
                          Drawing drawing = Drawing::Cairo);
 

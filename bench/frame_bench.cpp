@@ -1,0 +1,149 @@
+// What a frame of the Playing screen costs beside its floors: (a) an empty frame, (b) the same texture copies
+// made in a bare loop. The three take turns within each iteration, so that a busy machine slows them alike.
+
+#include <SDL.h>
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/frame.h"
+#include "rules/table_themes.h"
+#include "screens/playing.h"
+#include "ui/felt.h"
+#include "ui/fonts.h"
+#include "ui/gpu.h"
+#include "ui/handles.h"
+#include "ui/tile.h"
+
+namespace {
+
+constexpr int kLevel = 91;
+
+// A window that nobody sees, with SDL's software renderer.
+struct Stage {
+  Stage(int w, int h)
+      : window(SDL_CreateWindow("", 0, 0, w, h, 0)),
+        renderer(SDL_CreateRenderer(window.get(), -1, SDL_RENDERER_SOFTWARE)),
+        canvas(renderer.get()) {
+    if (!renderer) std::abort();
+    ui::gpuInit(renderer.get());
+    canvas.resize(w, h);
+    ctx.w = w;
+    ctx.h = h;
+  }
+  ~Stage() { ui::gpuShutdown(); }
+  Stage(const Stage&) = delete;
+  Stage& operator=(const Stage&) = delete;
+
+  // A frame as the program makes it, around `draw`. Returns seconds.
+  template <typename Draw>
+  double frame(const Draw& draw) {
+    const auto begun = std::chrono::steady_clock::now();
+    ui::CairoContext cr = canvas.begin(1);
+    ctx.cr = cr.get();
+    ui::gpuBeginFrame();
+    SDL_SetRenderDrawColor(renderer.get(), 0, 0, 0, SDL_ALPHA_OPAQUE);
+    SDL_RenderClear(renderer.get());
+    draw();
+    cr.reset();
+    canvas.upload();
+    SDL_RenderPresent(renderer.get());
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
+  }
+
+  ui::SdlWindow window;
+  ui::SdlRenderer renderer;
+  ui::FrameCanvas canvas;
+  ui::Ctx ctx;
+};
+
+struct Copy {
+  SDL_Texture* texture;
+  ui::Rect rect;
+  double alpha;
+};
+
+// The texture under a key that the screen has used already.
+SDL_Texture* readyTexture(const std::string& key, int w, int h) {
+  return ui::gpuTexture(
+      key, w, h, [](cairo_t*, void*) { std::abort(); }, nullptr);
+}
+
+// The copies of the board at rest, in the screen's order.
+std::vector<Copy> copiesOf(const screens::Playing& screen, const ui::Ctx& ctx) {
+  const mj::GameState& game = screen.table();
+  const ui::BoardGeom geom = ui::boardGeometry(game.slots, screen.boardRect(), ui::FitMode::Contain);
+  const std::string window =
+      std::to_string(static_cast<int>(ctx.w)) + "x" + std::to_string(static_cast<int>(ctx.h));
+  const int w = static_cast<int>(geom.tileW);
+  const int h = static_cast<int>(geom.tileH);
+  SDL_Texture* felt =
+      readyTexture(std::string("felt|") + mj::tableThemeForLevel(kLevel)->name + "|orn|" + window,
+                   static_cast<int>(ctx.w), static_cast<int>(ctx.h));
+  SDL_Texture* scrim = readyTexture("ov|scrim|" + std::to_string(w) + "x" + std::to_string(h), w, h);
+
+  std::vector<Copy> copies = {{felt, {0, 0, ctx.w, ctx.h}, 1}};
+  for (const int id : ui::paintOrder(game)) {
+    const auto index = static_cast<std::size_t>(id);
+    const ui::Rect rect = geom.place(game.slots[index]);
+    copies.push_back({ui::tileTexture(game.faces[index], geom.tileW, geom.tileH, false), rect, 1});
+    if (!mj::isFree(game, id)) copies.push_back({scrim, rect, ui::kDimAlpha});
+  }
+  return copies;
+}
+
+void playingFrame(benchmark::State& state) {
+  Stage stage(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+  screens::Playing screen({.kind = ui::ScreenKind::Playing, .level = kLevel, .deal = kLevel});
+  const auto play = [&] { screen.update(stage.ctx); };
+  // From the first frame over the fly-in to rest.
+  for (stage.ctx.time = 1; stage.ctx.time < 20; stage.ctx.time += 0.5) stage.frame(play);
+  const std::vector<Copy> copies = copiesOf(screen, stage.ctx);
+  if (copies.size() != static_cast<std::size_t>(ui::gpuDrawCalls())) {
+    state.SkipWithError("the bare loop does not make the screen's copies");
+    return;
+  }
+
+  double empty = 0;
+  double bare = 0;
+  double playing = 0;
+  for (auto _ : state) {
+    empty += stage.frame([] {});
+    bare += stage.frame([&] {
+      for (const Copy& copy : copies) {
+        ui::gpuBlit(copy.texture, copy.rect.x, copy.rect.y, copy.rect.w, copy.rect.h, copy.alpha);
+      }
+    });
+    const double seconds = stage.frame(play);
+    playing += seconds;
+    state.SetIterationTime(seconds);
+    stage.ctx.time += 1.0 / 60;
+  }
+  const auto frames = static_cast<double>(state.iterations());
+  state.counters["a_empty_ms"] = 1000 * empty / frames;
+  state.counters["b_copies_ms"] = 1000 * bare / frames;
+  state.counters["c_playing_ms"] = 1000 * playing / frames;
+  state.counters["c/b"] = playing / bare;
+  state.counters["copies"] = static_cast<double>(copies.size());
+}
+BENCHMARK(playingFrame)
+    ->Args({1100, 760})
+    ->Args({1920, 1080})
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  SDL_SetHint(SDL_HINT_VIDEODRIVER, "dummy");
+  if (SDL_Init(SDL_INIT_VIDEO) != 0) return 1;
+  ui::registerBundledFonts();
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+  SDL_Quit();
+  return 0;
+}
