@@ -128,7 +128,7 @@ void Playing::setZoom(double factor) {
   boundPan();
 }
 
-void Playing::drawTable(ui::Ctx& ctx) {
+void Playing::drawTable(ui::Ctx& ctx) const {
   ui::profBegin("felt");
   ui::drawFelt(ctx, mj::tableThemeForLevel(level), true);
   ui::profEnd("felt");

@@ -55,7 +55,7 @@ class Playing : public ui::Screen {
     bool moved;  // far enough to be no tap
   };
 
-  void drawTable(ui::Ctx& ctx);
+  void drawTable(ui::Ctx& ctx) const;
   void begin(double now);
   void endIntro(double now);
   void advanceClock(double dt);

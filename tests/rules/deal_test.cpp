@@ -296,7 +296,7 @@ TEST(Reshuffle, OfOneTileGivesFacesAndStateBack) {
 // Searching every subset of an odd number of free tiles would not end in this life.
 TEST(Reshuffle, OfAnOddNumberOfTilesComesBackAtOnceAsItWas) {
   for (int level = 1; level <= 100; ++level) {
-    for (const unsigned kept : {10, 50, 90, 100}) {
+    for (const unsigned kept : {10U, 50U, 90U, 100U}) {
       const GameState game = riddled(level, 100, kept, true);
       const mj::Deal deal = reshuffle(game);
       EXPECT_EQ(deal.faces, game.faces);
@@ -309,7 +309,7 @@ TEST(Reshuffle, OfAnOddNumberOfTilesComesBackAtOnceAsItWas) {
 TEST(Reshuffle, OfABoardFullOfHolesLosesNoFaceEvenWithoutPartners) {
   int stuck = 0;
   for (int level = 1; level <= 100; ++level) {
-    for (const unsigned kept : {5, 10, 20, 30, 50, 70, 90, 98}) {
+    for (const unsigned kept : {5U, 10U, 20U, 30U, 50U, 70U, 90U, 98U}) {
       const GameState game = riddled(level, static_cast<std::uint32_t>(level), kept, false);
       const mj::Deal deal = reshuffle(game);
       GameState after = game;

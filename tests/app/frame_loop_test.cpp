@@ -1,0 +1,313 @@
+#include "app/frame_loop.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <functional>
+
+#include "app/app.h"
+#include "app/fake_screens.h"
+#include "app/signals.h"
+#include "support/picture.h"
+#include "ui/gpu.h"
+
+namespace {
+
+using support::pixelAt;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// What the loop takes for the time.
+double fixedTime = 0;
+double fixedClock() { return fixedTime; }
+
+constexpr int kW = 320;
+constexpr int kH = 240;
+
+SDL_Event keyDown(SDL_Keycode sym, SDL_Scancode scancode) {
+  SDL_Event event = {};
+  event.type = SDL_KEYDOWN;
+  event.key.keysym.sym = sym;
+  event.key.keysym.scancode = scancode;
+  return event;
+}
+
+// SDL with a video driver that shows nothing, from the first test to the last.
+bool startVideo() {
+  setenv("SDL_VIDEODRIVER", "dummy", 1);
+  return SDL_Init(SDL_INIT_VIDEO) == 0;
+}
+
+class FrameLoopTest : public testing::Test {
+ protected:
+  FrameLoopTest()
+      : window(SDL_CreateWindow("test", 0, 0, kW, kH, SDL_WINDOW_RESIZABLE)),
+        renderer(SDL_CreateRenderer(window.get(), -1, SDL_RENDERER_SOFTWARE)) {
+    fake::script() = {};
+    fixedTime = 100;
+    ui::Game::settings() = {};
+    ui::gpuInit(renderer.get());
+    SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
+  }
+  ~FrameLoopTest() override {
+    fake::script().onUpdate = nullptr;
+    ui::Game::settings() = {};
+    ui::gpuShutdown();
+  }
+
+  static void SetUpTestSuite() { ASSERT_TRUE(startVideo()) << SDL_GetError(); }
+  static void TearDownTestSuite() { SDL_Quit(); }
+
+  void SetUp() override {
+    ASSERT_TRUE(window) << SDL_GetError();
+    ASSERT_TRUE(renderer) << SDL_GetError();
+  }
+
+  // One pass in which the screen does this. False when it was the last.
+  bool pass(ui::FrameLoop& loop, const std::function<void(ui::Ctx&)>& act = {}) {
+    fake::script().onUpdate = act;
+    return loop.pass();
+  }
+  // The frame that the screen sees in the next pass.
+  ui::Ctx frameOf(ui::FrameLoop& loop) {
+    ui::Ctx seen;
+    pass(loop, [&seen](ui::Ctx& ctx) { seen = ctx; });
+    return seen;
+  }
+  ui::CairoSurface shown() {
+    ui::CairoSurface picture = support::makePicture(kW, kH);
+    EXPECT_EQ(SDL_RenderReadPixels(renderer.get(), nullptr, SDL_PIXELFORMAT_ARGB8888,
+                                   cairo_image_surface_get_data(picture.get()),
+                                   cairo_image_surface_get_stride(picture.get())),
+              0);
+    cairo_surface_mark_dirty(picture.get());
+    return picture;
+  }
+
+  ui::SdlWindow window;
+  ui::SdlRenderer renderer;
+};
+
+void paintWhole(cairo_t* cr, void*) {
+  cairo_set_source_rgb(cr, 1, 0, 0);
+  cairo_paint(cr);
+}
+
+TEST_F(FrameLoopTest, ShowsCairoOverTextures) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  pass(loop, [](ui::Ctx& ctx) {
+    cairo_set_source_rgb(ctx.cr, 0, 0, 1);
+    cairo_rectangle(ctx.cr, 0, 0, 100, 100);
+    cairo_fill(ctx.cr);
+    ui::gpuBlit(ui::gpuTexture("red", 8, 8, paintWhole, nullptr), 50, 0, 100, 100, 1);
+  });
+  const ui::CairoSurface picture = shown();
+  EXPECT_EQ(pixelAt(picture.get(), 20, 20), 0xFF0000FF);
+  EXPECT_EQ(pixelAt(picture.get(), 80, 20), 0xFF0000FF);
+  EXPECT_EQ(pixelAt(picture.get(), 120, 20), 0xFFFF0000);
+  EXPECT_EQ(pixelAt(picture.get(), 200, 20), 0xFF000000);
+}
+
+TEST_F(FrameLoopTest, NothingOfTheFrameBeforeStays) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  pass(loop, [](ui::Ctx& ctx) {
+    cairo_set_source_rgb(ctx.cr, 0, 0, 1);
+    cairo_rectangle(ctx.cr, 0, 0, 100, 100);
+    cairo_fill(ctx.cr);
+    ui::gpuBlit(ui::gpuTexture("red", 8, 8, paintWhole, nullptr), 0, 0, kW, kH, 1);
+  });
+  pass(loop);
+  const ui::CairoSurface picture = shown();
+  EXPECT_EQ(pixelAt(picture.get(), 20, 20), 0xFF000000);
+  EXPECT_EQ(pixelAt(picture.get(), 200, 20), 0xFF000000);
+}
+
+TEST_F(FrameLoopTest, ScreenSeesTheTimeOfTheClockAndTheSizeOfTheWindow) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  fixedTime = 100.0625;
+  const ui::Ctx frame = frameOf(loop);
+  EXPECT_EQ(frame.time, 100.0625);
+  EXPECT_EQ(frame.dt, 0.0625);
+  EXPECT_EQ(frame.w, kW);
+  EXPECT_EQ(frame.h, kH);
+}
+
+TEST_F(FrameLoopTest, FrameTimeIsThatSinceTheFrameBefore) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  fixedTime = 100.5;
+  pass(loop);
+  fixedTime = 100.53125;
+  EXPECT_EQ(frameOf(loop).dt, 0.03125);
+  EXPECT_EQ(frameOf(loop).dt, 0);
+}
+
+TEST_F(FrameLoopTest, FrameTimeIsNeverMoreThanATenth) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  fixedTime = 107;
+  const ui::Ctx frame = frameOf(loop);
+  EXPECT_EQ(frame.time, 107);
+  EXPECT_EQ(frame.dt, 0.1);
+}
+
+TEST_F(FrameLoopTest, DrawsOnTheSameSurfaceWhileTheSizeStays) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  cairo_user_data_key_t key;
+  int mark = 0;
+  bool marked = false;
+  const auto look = [&](ui::Ctx& ctx) {
+    marked = cairo_surface_get_user_data(cairo_get_target(ctx.cr), &key) != nullptr;
+  };
+  pass(loop,
+       [&](ui::Ctx& ctx) { cairo_surface_set_user_data(cairo_get_target(ctx.cr), &key, &mark, nullptr); });
+  pass(loop, look);
+  EXPECT_TRUE(marked);
+  SDL_SetWindowSize(window.get(), kW + 10, kH + 20);
+  pass(loop, look);
+  EXPECT_FALSE(marked);
+  const ui::Ctx frame = frameOf(loop);
+  EXPECT_EQ(frame.w, kW + 10);
+  EXPECT_EQ(frame.h, kH + 20);
+}
+
+TEST_F(FrameLoopTest, RemembersTheSizeOfTheResizedWindow) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_SetWindowSize(window.get(), 700, 500);
+  pass(loop);
+  EXPECT_EQ(ui::Game::settings().windowW, 700);
+  EXPECT_EQ(ui::Game::settings().windowH, 500);
+}
+
+TEST_F(FrameLoopTest, KeysReachTheScreenInTheFrameTheyArriveIn) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_Event key = keyDown(SDLK_h, SDL_SCANCODE_H);
+  SDL_PushEvent(&key);
+  EXPECT_THAT(frameOf(loop).in.keys, ElementsAre(SDLK_h));
+  EXPECT_THAT(frameOf(loop).in.keys, IsEmpty());
+}
+
+TEST_F(FrameLoopTest, MouseReachesTheScreen) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_WarpMouseInWindow(window.get(), 40, 50);
+  pass(loop);
+  SDL_WarpMouseInWindow(window.get(), 43, 48);
+  const ui::Ctx frame = frameOf(loop);
+  EXPECT_EQ(frame.in.mx, 43);
+  EXPECT_EQ(frame.in.my, 48);
+  EXPECT_EQ(frame.in.dx, 3);
+  EXPECT_EQ(frame.in.dy, -2);
+}
+
+TEST_F(FrameLoopTest, ClickIsFreeToBeTakenInEveryFrame) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  pass(loop, [](ui::Ctx& ctx) { ctx.clickTaken = true; });
+  EXPECT_FALSE(frameOf(loop).clickTaken);
+}
+
+TEST_F(FrameLoopTest, GoesOnWhileNobodyEndsIt) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  EXPECT_TRUE(pass(loop));
+  EXPECT_TRUE(pass(loop));
+}
+
+TEST_F(FrameLoopTest, EndsWhenAScreenSaysSo) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  EXPECT_FALSE(pass(loop, [](ui::Ctx& ctx) { ctx.quit = true; }));
+  EXPECT_FALSE(pass(loop));
+}
+
+TEST_F(FrameLoopTest, EndsAfterTheFrameInWhichTheWindowIsClosed) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_Event quit = {};
+  quit.type = SDL_QUIT;
+  SDL_PushEvent(&quit);
+  bool ran = false;
+  EXPECT_FALSE(pass(loop, [&ran](ui::Ctx&) { ran = true; }));
+  EXPECT_TRUE(ran);
+}
+
+TEST_F(FrameLoopTest, EndsOnCtrlQ) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_Event key = keyDown(SDLK_q, SDL_SCANCODE_Q);
+  key.key.keysym.mod = KMOD_RCTRL;
+  SDL_PushEvent(&key);
+  EXPECT_FALSE(pass(loop));
+}
+
+TEST_F(FrameLoopTest, EndsAfterTheFrameOfATerminationSignal) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  const auto passAfterSignal = [&] {
+    ui::installTerminationHandler(nullptr);
+    raise(SIGTERM);
+    bool ran = false;
+    const bool goesOn = pass(loop, [&ran](ui::Ctx&) { ran = true; });
+    std::_Exit(ran && !goesOn ? 0 : 1);
+  };
+  EXPECT_EXIT(passAfterSignal(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(FrameLoopTest, WithoutDrawableSizeRunsNoScreenButStillEndsWhenClosed) {
+  // No renderer tells no size, as a minimised window does.
+  ui::FrameLoop loop(window.get(), nullptr, fixedClock);
+  bool ran = false;
+  const auto note = [&ran](ui::Ctx&) { ran = true; };
+  EXPECT_TRUE(pass(loop, note));
+  SDL_Event quit = {};
+  quit.type = SDL_QUIT;
+  SDL_PushEvent(&quit);
+  EXPECT_FALSE(pass(loop, note));
+  EXPECT_FALSE(ran);
+}
+
+TEST_F(FrameLoopTest, F11MakesTheWindowFullScreenAndBackWithoutForgettingItsSize) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  const auto isFullScreen = [this] {
+    return (SDL_GetWindowFlags(window.get()) & SDL_WINDOW_FULLSCREEN_DESKTOP) ==
+           SDL_WINDOW_FULLSCREEN_DESKTOP;
+  };
+  SDL_Event key = keyDown(SDLK_F11, SDL_SCANCODE_F11);
+  SDL_PushEvent(&key);
+  pass(loop);
+  EXPECT_TRUE(isFullScreen());
+  pass(loop);
+  EXPECT_EQ(ui::Game::settings().windowW, 1100);
+  EXPECT_EQ(ui::Game::settings().windowH, 760);
+  SDL_PushEvent(&key);
+  pass(loop);
+  EXPECT_FALSE(isFullScreen());
+}
+
+TEST_F(FrameLoopTest, FullScreenAskedForByAScreenComesWithTheNextFrame) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  pass(loop, [](ui::Ctx&) { ui::Game::settings().fullscreen = true; });
+  EXPECT_EQ(SDL_GetWindowFlags(window.get()) & SDL_WINDOW_FULLSCREEN, 0U);
+  pass(loop);
+  EXPECT_NE(SDL_GetWindowFlags(window.get()) & SDL_WINDOW_FULLSCREEN, 0U);
+}
+
+TEST_F(FrameLoopTest, WritesAStatisticsLineEachSecondWhenAskedTo) {
+  setenv("VESKARA_STATS", "", 1);
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  unsetenv("VESKARA_STATS");
+  testing::internal::CaptureStderr();
+  for (const double time : {100.5, 100.9, 101.0, 101.5, 102.5}) {
+    fixedTime = time;
+    pass(loop,
+         [](ui::Ctx&) { ui::gpuBlit(ui::gpuTexture("red", 8, 8, paintWhole, nullptr), 0, 0, 10, 10, 1); });
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "[stats]   3 fps   CPU   0.0 ms   GPU   0.0 ms   1 Kopien  320x240 \n"
+            "[stats]   2 fps   CPU   0.0 ms   GPU   0.0 ms   1 Kopien  320x240 \n");
+}
+
+TEST_F(FrameLoopTest, IsSilentWithoutStatistics) {
+  unsetenv("VESKARA_STATS");
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  testing::internal::CaptureStderr();
+  fixedTime = 105;
+  pass(loop);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+}  // namespace

@@ -1,0 +1,71 @@
+#include "app/signals.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <string_view>
+
+// Each test ends a process of its own: the flag, once set, stays.
+
+namespace {
+
+using testing::ExitedWithCode;
+
+void say(std::string_view text) {
+  if (write(STDERR_FILENO, text.data(), text.size()) < 0) std::abort();
+}
+
+void lastWords() { say("last words"); }
+
+void neverReturn() {
+  for (;;) pause();
+}
+
+// Ends with status 3 when all the signals are survived.
+void receive(void (*words)(), std::initializer_list<int> signals) {
+  ui::installTerminationHandler(words);
+  for (const int sig : signals) raise(sig);
+  std::_Exit(3);
+}
+
+// Ends with status 0 when the flag is as it should be.
+void checkFlagAfter(std::initializer_list<int> signals, bool wanted) {
+  ui::installTerminationHandler(lastWords);
+  for (const int sig : signals) raise(sig);
+  std::_Exit(ui::terminationRequested() == wanted ? 0 : 1);
+}
+
+TEST(SignalsDeathTest, FirstOneOnlyAsksForTheEnd) {
+  EXPECT_EXIT(checkFlagAfter({}, false), ExitedWithCode(0), "^$");
+  for (const int sig : {SIGTERM, SIGINT, SIGHUP}) {
+    EXPECT_EXIT(checkFlagAfter({sig}, true), ExitedWithCode(0), "^$") << sig;
+  }
+}
+
+TEST(SignalsDeathTest, SecondOneEndsAtOnceWithItsStatus) {
+  EXPECT_EXIT(receive(nullptr, {SIGINT, SIGINT}), ExitedWithCode(130), "");
+  EXPECT_EXIT(receive(nullptr, {SIGTERM, SIGTERM}), ExitedWithCode(143), "");
+  EXPECT_EXIT(receive(nullptr, {SIGHUP, SIGHUP}), ExitedWithCode(129), "");
+}
+
+TEST(SignalsDeathTest, StatusIsThatOfTheSecondSignal) {
+  EXPECT_EXIT(receive(nullptr, {SIGTERM, SIGINT}), ExitedWithCode(130), "");
+  EXPECT_EXIT(receive(nullptr, {SIGHUP, SIGTERM}), ExitedWithCode(143), "");
+}
+
+TEST(SignalsDeathTest, LastWordsAreSpokenAtTheSecondSignal) {
+  EXPECT_EXIT(receive(lastWords, {SIGINT}), ExitedWithCode(3), "^$");
+  EXPECT_EXIT(receive(lastWords, {SIGINT, SIGTERM}), ExitedWithCode(143), "^last words$");
+}
+
+TEST(SignalsDeathTest, HangingLastWordsDoNotKeepTheProgramAlive) {
+  EXPECT_EXIT(receive(neverReturn, {SIGTERM, SIGINT}), ExitedWithCode(130), "");
+}
+
+TEST(SignalsDeathTest, OtherSignalsAreNotTouched) {
+  EXPECT_EXIT(receive(lastWords, {SIGUSR1}), testing::KilledBySignal(SIGUSR1), "^$");
+}
+
+}  // namespace

@@ -1,0 +1,417 @@
+// What the Playing screen shows: layout, zoom, pan and drag, the flash before and the fade after a game.
+
+#include <SDL_keycode.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <utility>
+
+#include "screens/playing.h"
+#include "screens/sitting.h"
+#include "support/picture.h"
+#include "ui/felt.h"
+
+namespace {
+
+using support::Point;
+using test::Sitting;
+
+class PlayingLayout : public testing::TestWithParam<std::pair<int, int>> {
+ protected:
+  const double w = GetParam().first;
+  const double h = GetParam().second;
+  const screens::PlayingLayout layout = screens::playingLayout(w, h);
+};
+
+TEST_P(PlayingLayout, HasLowerBarsInANarrowWindow) {
+  EXPECT_EQ(layout.header.h, w < 780 ? 46 : 54);
+  EXPECT_EQ(layout.actions.h, w < 780 ? 54 : 64);
+}
+
+TEST_P(PlayingLayout, HasTheBoardBetweenTheBars) {
+  EXPECT_EQ(layout.board.y, layout.header.y + layout.header.h);
+  EXPECT_EQ(layout.board.y + layout.board.h, layout.actions.y);
+  EXPECT_EQ(layout.board.x + layout.board.w / 2, w / 2);
+  EXPECT_EQ(layout.header.x, layout.actions.x);
+  EXPECT_EQ(layout.header.w, layout.actions.w);
+}
+
+TEST_P(PlayingLayout, KeepsClearOfTheGoldenFrameAndItsCorners) {
+  const double margin = ui::feltFrameMargin(w, h) + 6;
+  for (const ui::Rect& rect : {layout.header, layout.board, layout.actions}) {
+    EXPECT_GE(rect.x, margin);
+    EXPECT_GE(rect.y, margin);
+    EXPECT_LE(rect.x + rect.w, w - margin);
+    EXPECT_LE(rect.y + rect.h, h - margin);
+  }
+  EXPECT_GE(layout.header.x, margin + ui::feltCornerSize(w, h));
+}
+
+TEST_P(PlayingLayout, HasRoomForThePlaceOfTheHeadersControls) {
+  EXPECT_GT(layout.header.w, 52 + 120 + 3 * 62);
+  EXPECT_GT(layout.board.h, 200);
+}
+
+INSTANTIATE_TEST_SUITE_P(Window, PlayingLayout,
+                         testing::Values(std::pair(640, 480), std::pair(779, 600), std::pair(780, 600),
+                                         std::pair(1920, 1080)),
+                         [](const auto& param) { return std::to_string(param.param.first); });
+
+TEST(PlayingView, BoardLiesInItsPlaceWhateverTheWindowsSize) {
+  Sitting sitting(test::kFirstLevel, support::Drawing::Textures, 1000, 700);
+  sitting.waitForIntro();
+  sitting.harness.resize(640, 480);
+  sitting.harness.frame();
+  const ui::Rect board = screens::playingLayout(640, 480).board;
+  EXPECT_EQ(sitting.screen.boardRect().w, board.w);
+  EXPECT_EQ(sitting.screen.boardRect().h, board.h);
+  sitting.click(test::topTile(sitting.game()));
+  EXPECT_EQ(sitting.game().selected, test::topTile(sitting.game()));
+}
+
+double zoomAfter(std::initializer_list<int> keys) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  for (const int code : keys) sitting.harness.key(code);
+  return sitting.shown().zoom;
+}
+
+TEST(Zoom, KeysStepBySixTenths) {
+  EXPECT_DOUBLE_EQ(zoomAfter({}), 1);
+  EXPECT_DOUBLE_EQ(zoomAfter({SDLK_PLUS}), 1.6);
+  EXPECT_DOUBLE_EQ(zoomAfter({SDLK_EQUALS}), 1.6);
+  EXPECT_DOUBLE_EQ(zoomAfter({SDLK_PLUS, SDLK_PLUS}), 2.2);
+  EXPECT_DOUBLE_EQ(zoomAfter({SDLK_PLUS, SDLK_PLUS, SDLK_MINUS}), 1.6);
+}
+
+TEST(Zoom, ZeroKeyResetsIt) { EXPECT_EQ(zoomAfter({SDLK_PLUS, SDLK_PLUS, SDLK_0}), 1); }
+
+TEST(Zoom, StaysBetweenOneAndThree) {
+  EXPECT_EQ(zoomAfter({SDLK_MINUS}), 1);
+  EXPECT_EQ(zoomAfter({SDLK_PLUS, SDLK_MINUS, SDLK_MINUS}), 1);
+  EXPECT_EQ(zoomAfter({SDLK_PLUS, SDLK_PLUS, SDLK_PLUS, SDLK_PLUS}), 3);
+  EXPECT_DOUBLE_EQ(zoomAfter({SDLK_PLUS, SDLK_PLUS, SDLK_PLUS, SDLK_PLUS, SDLK_PLUS, SDLK_MINUS}), 2.4);
+}
+
+TEST(Zoom, WheelOverTheBoardStepsByAQuarter) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  sitting.harness.wheel(320, 240, 1);
+  EXPECT_EQ(sitting.shown().zoom, 1.25);
+  sitting.harness.wheel(320, 240, 3);
+  EXPECT_EQ(sitting.shown().zoom, 2);
+  sitting.harness.wheel(320, 240, -2);
+  EXPECT_EQ(sitting.shown().zoom, 1.5);
+  sitting.harness.wheel(320, 240, 100);
+  EXPECT_EQ(sitting.shown().zoom, 3);
+  sitting.harness.wheel(320, 240, -100);
+  EXPECT_EQ(sitting.shown().zoom, 1);
+}
+
+TEST(Zoom, WheelBesideTheBoardDoesNothing) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  sitting.harness.wheel(320, sitting.screen.boardRect().y - 1, 1);
+  sitting.harness.wheel(320, sitting.screen.boardRect().y + sitting.screen.boardRect().h, 1);
+  EXPECT_EQ(sitting.shown().zoom, 1);
+}
+
+TEST(Zoom, TilesAreTappedWhereTheyAreShown) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  sitting.harness.key(SDLK_PLUS);
+  sitting.harness.drag(300, 240, 350, 220);
+  sitting.harness.frame();
+  sitting.take(mj::findHint(sitting.game()));
+  EXPECT_EQ(sitting.game().removed, 2);
+}
+
+// A board at this zoom, and the farthest that it can be moved.
+struct Zoomed : Sitting {
+  explicit Zoomed(double zoom) {
+    waitForIntro();
+    screen.setZoom(zoom);
+    harness.frame();
+    boundX = screen.boardRect().w * (zoom - 1) / 2;
+    boundY = screen.boardRect().h * (zoom - 1) / 2;
+  }
+  // Drags across the window, as often as it takes to reach any bound.
+  void dragFar(double dx, double dy) {
+    for (int i = 0; i < 6; ++i) harness.drag(320, 240, 320 + dx, 240 + dy);
+  }
+  void expectPan(double x, double y) {
+    EXPECT_NEAR(shown().panX, x, 1e-9);
+    EXPECT_NEAR(shown().panY, y, 1e-9);
+  }
+
+  double boundX = 0;
+  double boundY = 0;
+};
+
+TEST(Pan, FollowsTheMouseFromThePress) {
+  Zoomed table(2);
+  table.harness.press(320, 240);
+  table.harness.moveTo(330, 245);
+  table.expectPan(10, 5);
+  table.harness.moveTo(300, 250);
+  table.expectPan(-20, 10);
+  table.harness.release(300, 250);
+  table.expectPan(-20, 10);
+}
+
+TEST(Pan, GoesOnFromWhereItWas) {
+  Zoomed table(2);
+  table.harness.drag(320, 240, 350, 240);
+  table.harness.drag(200, 200, 230, 210);
+  table.expectPan(60, 10);
+}
+
+TEST(Pan, EndsWhereTheZoomedBoardEnds) {
+  for (const double zoom : {1.25, 2.0, 3.0}) {
+    Zoomed table(zoom);
+    table.dragFar(300, 200);
+    table.expectPan(table.boundX, table.boundY);
+    table.dragFar(-300, -200);
+    table.expectPan(-table.boundX, -table.boundY);
+  }
+}
+
+TEST(Pan, IsBoundAnewWhenZoomedOut) {
+  Zoomed table(3);
+  table.dragFar(300, 200);
+  table.screen.setZoom(1.5);
+  table.expectPan(table.boundX / 4, table.boundY / 4);
+  table.harness.key(SDLK_0);
+  table.expectPan(0, 0);
+  table.screen.setZoom(3);
+  table.expectPan(0, 0);
+}
+
+TEST(Pan, IsBoundAnewWhenTheWindowShrinks) {
+  Sitting sitting(test::kFirstLevel, support::Drawing::Textures, 1200, 900);
+  sitting.waitForIntro();
+  sitting.screen.setZoom(2);
+  for (int i = 0; i < 4; ++i) sitting.harness.drag(500, 400, 900, 700);
+  sitting.harness.resize(640, 480);
+  const ui::BoardOpts shown = sitting.shown();
+  EXPECT_DOUBLE_EQ(shown.panX, screens::playingLayout(640, 480).board.w / 2);
+  EXPECT_DOUBLE_EQ(shown.panY, screens::playingLayout(640, 480).board.h / 2);
+}
+
+TEST(Pan, StaysAtZeroWithoutZoom) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  sitting.harness.drag(320, 240, 400, 300);
+  EXPECT_EQ(sitting.shown().panX, 0);
+  EXPECT_EQ(sitting.shown().panY, 0);
+}
+
+TEST(Drag, OfSixPixelsIsStillATap) {
+  Zoomed table(1.6);
+  const int tile = test::topTile(table.game());
+  const Point p = table.at(tile);
+  table.harness.drag(p.x, p.y, p.x + 6, p.y);
+  EXPECT_EQ(table.game().selected, tile);
+  table.expectPan(0, 0);
+}
+
+TEST(Drag, OfMoreThanSixPixelsIsNone) {
+  Zoomed table(1.6);
+  const Point p = table.at(test::topTile(table.game()));
+  table.harness.drag(p.x, p.y, p.x + 6.5, p.y);
+  EXPECT_EQ(table.game().selected, -1);
+  table.expectPan(6.5, 0);
+}
+
+TEST(Drag, ThatComesBackToItsStartIsNoTapEither) {
+  Zoomed table(1.6);
+  const Point p = table.at(test::topTile(table.game()));
+  table.harness.press(p.x, p.y);
+  table.harness.moveTo(p.x + 40, p.y);
+  table.harness.moveTo(p.x, p.y);
+  table.harness.release(p.x, p.y);
+  EXPECT_EQ(table.game().selected, -1);
+  table.expectPan(0, 0);
+}
+
+TEST(Drag, IsForgottenByTheNextTap) {
+  Zoomed table(1.6);
+  table.harness.drag(320, 240, 350, 240);
+  table.harness.frame();
+  const int tile = test::topTile(table.game());
+  table.click(tile);
+  EXPECT_EQ(table.game().selected, tile);
+}
+
+TEST(Drag, EndsWhereverTheButtonIsReleased) {
+  for (const Point& end : {Point{320, 5}, Point{320, 475}, Point{2, 240}, Point{-100, 240}}) {
+    Zoomed table(3);
+    table.harness.drag(320, 240, end.x, end.y);
+    const ui::BoardOpts before = table.shown();
+    table.harness.moveTo(200, 200);
+    table.expectPan(before.panX, before.panY);
+    EXPECT_EQ(table.game().selected, -1);
+  }
+}
+
+TEST(Drag, BeginsOnTheBoardOnly) {
+  Zoomed table(3);
+  table.harness.drag(320, table.screen.boardRect().y - 2, 320, 240);
+  table.expectPan(0, 0);
+}
+
+TEST(Drag, OfAnyLengthIsATapWithoutZoom) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  const int tile = test::topTile(sitting.game());
+  const Point p = sitting.at(tile);
+  sitting.harness.drag(p.x - 150, p.y + 60, p.x, p.y);
+  EXPECT_EQ(sitting.game().selected, tile);
+}
+
+TEST(Drag, IsATapOnceTheZoomIsGone) {
+  Zoomed table(2);
+  table.harness.press(100, 240);
+  table.harness.moveTo(200, 240);
+  table.harness.key(SDLK_0);
+  table.harness.frame();
+  const int tile = test::topTile(table.game());
+  const Point p = table.at(tile);
+  table.harness.release(p.x, p.y);
+  EXPECT_EQ(table.game().selected, tile);
+}
+
+TEST(Drag, IsATapWhenZoomingInAndOutLeftARoundingError) {
+  // These steps end at 1.0000000000000004.
+  Sitting sitting;
+  sitting.waitForIntro();
+  for (const char step : std::string("+++vv+vvv+vvvvvvv")) {
+    if (step == '+') {
+      sitting.harness.key(SDLK_PLUS);
+    } else {
+      sitting.harness.wheel(320, 240, -1);
+    }
+  }
+  ASSERT_GT(sitting.shown().zoom, 1);
+  ASSERT_NEAR(sitting.shown().zoom, 1, 1e-12);
+  const int tile = test::topTile(sitting.game());
+  const Point p = sitting.at(tile);
+  sitting.harness.drag(p.x - 50, p.y, p.x, p.y);
+  EXPECT_EQ(sitting.game().selected, tile);
+}
+
+// A place beside the board, with nothing but cloth.
+constexpr int kClothX = 3;
+constexpr int kClothY = 3;
+
+// The colour with which a cover of this opacity leaves the cloth.
+std::uint32_t covered(std::uint32_t cloth, std::uint32_t cover, double alpha) {
+  std::uint32_t result = 0;
+  for (const int shift : {16, 8, 0}) {
+    const double under = (cloth >> shift) & 0xFFU;
+    const double over = (cover >> shift) & 0xFFU;
+    result |= static_cast<std::uint32_t>(std::lround(under + (over - under) * alpha)) << shift;
+  }
+  return result;
+}
+
+constexpr std::uint32_t kReadyColor = 0xFFE9A8;
+constexpr std::uint32_t kWinColor = 0xFFF4D6;
+
+struct Seen : Sitting {
+  Seen() : Sitting(test::kFirstLevel, support::Drawing::Cairo, 320, 240) {}
+
+  std::uint32_t cloth() const { return harness.colorAt(kClothX, kClothY); }
+  // Waits, then looks how strongly the window is covered.
+  void expectCover(double wait, std::uint32_t bare, std::uint32_t cover, double alpha) {
+    harness.frame(wait);
+    EXPECT_LE(support::channelDifference(cloth(), covered(bare, cover, alpha)), 2)
+        << std::hex << cloth() << " instead of " << covered(bare, cover, alpha);
+  }
+};
+
+TEST(ReadyFlash, RisesFastAndFallsSlowly) {
+  Seen table;
+  const std::uint32_t bare = table.cloth();
+  table.expectCover(20, bare, kReadyColor, 0);
+  table.expectCover(0.06, bare, kReadyColor, 0.21);
+  table.expectCover(0.06, bare, kReadyColor, 0.42);
+  table.expectCover(0.105, bare, kReadyColor, 0.315);
+  table.expectCover(0.21, bare, kReadyColor, 0.105);
+  table.expectCover(0.105, bare, kReadyColor, 0);
+  table.expectCover(0.1, bare, kReadyColor, 0);
+}
+
+TEST(ReadyFlash, WaitsForTheEndOfTheIntro) {
+  Seen table;
+  const std::uint32_t bare = table.cloth();
+  const double left = table.screen.effects().introEnd - table.harness.time();
+  table.expectCover(left - 0.01, bare, kReadyColor, 0);
+  table.expectCover(0.015, bare, kReadyColor, 0);
+  table.expectCover(0.12, bare, kReadyColor, 0.42);
+}
+
+TEST(ReadyFlash, CoversTheBoardToo) {
+  Seen table;
+  table.harness.frame(20);
+  table.harness.frame(0.12);
+  const ui::CairoSurface flash = table.harness.picture();
+  table.harness.frame(1);
+  const int x = 160;
+  const int y = 120;
+  EXPECT_LE(support::channelDifference(
+                support::pixelAt(flash.get(), x, y) & 0xFFFFFF,
+                covered(support::pixelAt(table.harness.picture().get(), x, y) & 0xFFFFFF, kReadyColor, 0.42)),
+            2);
+}
+
+TEST(ReadyFlash, IsNotShownInAGameThatIsWonMeanwhile) {
+  Seen table;
+  const std::uint32_t bare = table.cloth();
+  table.playUntilLeft(1);
+  table.harness.frame(table.screen.effects().introEnd - table.harness.time() - 0.25);
+  table.clickBoth(table.order.back());
+  table.harness.frame(0.321);
+  ASSERT_TRUE(mj::isSolved(table.game()));
+  table.expectCover(0.14, bare, kWinColor, 0.2125);
+}
+
+TEST(WinFade, CoversTheWindowWithinItsTimeAndNeverFully) {
+  Seen table;
+  table.waitForIntro();
+  const std::uint32_t bare = table.cloth();
+  table.win();
+  table.expectCover(0, bare, kWinColor, 0);
+  table.expectCover(0.14, bare, kWinColor, 0.2125);
+  table.expectCover(0.14, bare, kWinColor, 0.425);
+  table.expectCover(0.28, bare, kWinColor, 0.85);
+  table.expectCover(0.05, bare, kWinColor, 0.85);
+}
+
+TEST(Burst, IsSeenOverTheBoard) {
+  Seen table;
+  table.waitForIntro();
+  table.take(mj::findHint(table.game()));
+  table.harness.frame(0.3);
+  const ui::CairoSurface burst = table.harness.picture();
+  table.harness.frame(2);
+  EXPECT_FALSE(support::samePicture(burst.get(), table.harness.picture().get(), 60));
+}
+
+TEST(PauseVeil, HidesTheBoard) {
+  Seen table;
+  table.waitForIntro();
+  const ui::CairoSurface open = table.harness.picture();
+  table.harness.key(SDLK_SPACE);
+  table.harness.frame();
+  const std::uint32_t veiled = table.harness.colorAt(160, 120);
+  EXPECT_GT(support::channelDifference(veiled, support::pixelAt(open.get(), 160, 120) & 0xFFFFFF), 60);
+  table.harness.key(SDLK_SPACE);
+  table.harness.frame();
+  EXPECT_TRUE(support::samePicture(table.harness.picture().get(), open.get(), 0));
+}
+
+}  // namespace

@@ -1,0 +1,162 @@
+// How the screens follow one another, through the program's own stack.
+
+#include <SDL_keycode.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "rules/levels.h"
+#include "screens/environment.h"
+#include "screens/playing.h"
+#include "screens/stack.h"
+
+namespace {
+
+using test::Environment;
+using test::Shows;
+using test::Stack;
+using ui::ScreenKind;
+
+constexpr ui::GameState kSplash = {};
+
+ui::GameState playing(int level, std::uint32_t deal) {
+  return {.kind = ScreenKind::Playing, .level = level, .deal = deal};
+}
+
+TEST(ScreenFlow, SplashLeadsToTheFirstLevel) {
+  Stack stack(kSplash);
+  stack.harness.frame();
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 1, 1));
+  EXPECT_EQ(Stack::depth(), 1U);
+}
+
+TEST(ScreenFlow, SolvedLeadsToTheNextLevelWithItsOwnDeal) {
+  Stack stack({.kind = ScreenKind::Solved, .level = 41, .deal = 7});
+  stack.harness.frame();
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 42, 42));
+}
+
+TEST(ScreenFlow, LastLevelFollowsItself) {
+  Stack stack({.kind = ScreenKind::Solved, .level = 100, .deal = 100});
+  stack.harness.frame();
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 100, 100));
+}
+
+TEST(ScreenFlow, EscapeReturnsToTheScreenBelow) {
+  for (const bool paused : {false, true}) {
+    Stack stack(playing(1, 1));
+    ui::Game::instance().push(playing(2, 2));
+    stack.harness.frame();
+    ASSERT_EQ(Stack::depth(), 2U);
+    if (paused) stack.harness.key(SDLK_SPACE);
+    stack.harness.key(SDLK_ESCAPE);
+    EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 1, 1));
+    EXPECT_EQ(Stack::depth(), 1U);
+  }
+}
+
+// A game played by hand on the program's stack; a copy of the rules' record tells what lies where.
+class Hand {
+ public:
+  explicit Hand(const ui::GameState& descriptor)
+      : stack(descriptor),
+        game(mj::createGame(mj::levelToConfig(descriptor.level).slots, descriptor.deal)),
+        order(mj::createDeal(game.slots, descriptor.deal).order) {
+    stack.harness.frame();
+    stack.harness.frame(20);
+    introEnded = stack.harness.time();
+  }
+
+  void hint() {
+    stack.harness.key(SDLK_h);
+    ++game.hints;
+  }
+  void shuffle() {
+    stack.harness.key(SDLK_m);
+    order = mj::reshufflePresent(game.slots, game.faces, game.rng).order;
+    mj::shuffleBoard(game);
+  }
+  void takeAll() {
+    for (const auto& [a, b] : order) {
+      click(a);
+      click(b);
+      mj::applyMatch(game, a, b);
+      stack.harness.run(0.3125, 0.0625);
+      stack.harness.frame();
+    }
+  }
+  // The first frame after the intro counts a tenth of a second, as frames do at most.
+  double playTime() const { return 0.1 + stack.harness.time() - introEnded; }
+
+  Stack stack;
+
+ private:
+  void click(int tile) {
+    const auto p = support::visiblePoint(game, screens::playingLayout(640, 480).board, {}, tile);
+    ASSERT_TRUE(p);
+    stack.harness.click(p->x, p->y);
+  }
+
+  mj::GameState game;
+  std::vector<mj::SlotPair> order;
+  double introEnded;
+};
+
+TEST(WinFade, GivesWayToTheSolvedScreen) {
+  Hand hand(playing(1, 1));
+  hand.takeAll();
+  hand.stack.harness.frame(0.615);
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 1, 1));
+  hand.stack.harness.frame(0.002);
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Solved, 1, 1));
+  EXPECT_EQ(Stack::depth(), 1U);
+}
+
+TEST(WinFade, TellsTheSolvedScreenHowTheGameWent) {
+  Hand hand(playing(3, 4000000000));
+  hand.hint();
+  hand.shuffle();
+  hand.hint();
+  hand.takeAll();
+  const double played = hand.playTime();
+  hand.stack.harness.frame(0.617);
+  ASSERT_THAT(Stack::top(), Shows(ScreenKind::Solved, 3, 4000000000));
+  EXPECT_EQ(Stack::top().timeMs, std::llround(std::floor(1000 * played)));
+  EXPECT_EQ(Stack::top().tiles, 36);
+  EXPECT_EQ(Stack::top().hints, 2);
+  EXPECT_EQ(Stack::top().shuffles, 1);
+}
+
+TEST(AutoplayFlow, SolvesTheFirstLevelAndGoesOnWithTheSecond) {
+  const Environment environment("VESKARA_AUTOPLAY", "0.02");
+  Stack stack(kSplash);
+  std::vector<ScreenKind> seen;
+  for (int frames = 0; frames < 2000 && Stack::top().level < 2; ++frames) {
+    if (seen.empty() || seen.back() != Stack::top().kind) seen.push_back(Stack::top().kind);
+    stack.harness.frame(0.05);
+  }
+  EXPECT_THAT(seen, testing::ElementsAre(ScreenKind::Splash, ScreenKind::Playing, ScreenKind::Solved));
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 2, 2));
+}
+
+class AutoplayLevels : public testing::TestWithParam<int> {};
+
+TEST_P(AutoplayLevels, AreSolved) {
+  const Environment environment("VESKARA_AUTOPLAY", "0.02");
+  Stack stack(playing(GetParam(), static_cast<std::uint32_t>(GetParam())), 320, 240);
+  for (int frames = 0; frames < 5000 && Stack::top().kind == ScreenKind::Playing; ++frames) {
+    stack.harness.frame(0.1);
+  }
+  EXPECT_EQ(Stack::top().kind, ScreenKind::Solved);
+  EXPECT_EQ(Stack::top().tiles, mj::levelToConfig(GetParam()).tiles);
+  EXPECT_EQ(Stack::top().hints, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Level, AutoplayLevels,
+                         testing::Values(2, 9, 11, 20, 29, 38, 45, 56, 67, 78, 89, 91, 100),
+                         [](const auto& param) { return std::to_string(param.param); });
+
+}  // namespace

@@ -1,0 +1,25 @@
+// stack.h: the program's own stack of screens, run without a window.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include "app/app.h"
+#include "support/screen_harness.h"
+
+namespace test {
+
+struct Stack {
+  // Shows this screen alone, in its initial state. Its first frame is yet to come.
+  explicit Stack(const ui::GameState& first, int w = 640, int h = 480);
+
+  static const ui::GameState& top() { return ui::Game::instance().descriptors().back(); }
+  static std::size_t depth() { return ui::Game::instance().descriptors().size(); }
+
+  support::ScreenHarness harness;
+};
+
+MATCHER_P3(Shows, kind, level, deal, "") {
+  return arg.kind == kind && arg.level == level && arg.deal == static_cast<std::uint32_t>(deal);
+}
+
+}  // namespace test

@@ -1,0 +1,133 @@
+// desktop.h: a display of the test's own with a window manager on it, and the game in a window there, driven
+// as a player drives it: by mouse and keys. Several may exist at once, also in parallel test programs.
+// Units: pixels; x right, y down.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ui/handles.h"
+#include "window/child.h"
+
+namespace window {
+
+struct Point {
+  int x = 0;
+  int y = 0;
+};
+
+struct Size {
+  int w = 0;
+  int h = 0;
+
+  bool operator==(const Size&) const = default;
+};
+
+inline constexpr Size kScreen = {1280, 1024};
+// What the first start's settings say.
+inline constexpr Size kFirstWindow = {1100, 760};
+inline constexpr Size kSmallestWindow = {640, 480};
+
+// The layout that a display begins with.
+inline constexpr const char* kLatinKeyboard = "us";
+
+// Keys by their place on the keyboard, named by what they carry on a Latin layout; the numbers are X's.
+enum class Key : unsigned {
+  Zero = 19,
+  Minus = 20,
+  Equals = 21,
+  Q = 24,
+  U = 30,
+  LeftControl = 37,
+  H = 43,
+  M = 58,
+  LeftAlt = 64,
+  Space = 65,
+  F11 = 95,
+};
+
+// An X display with a window manager, and a keyboard of that layout, named as setxkbmap names it. Throws
+// std::runtime_error when they do not come up.
+class Desktop {
+ public:
+  explicit Desktop(const std::string& keyboard = kLatinKeyboard);
+  Desktop(const Desktop&) = delete;
+  Desktop& operator=(const Desktop&) = delete;
+  ~Desktop();
+
+  // For a program that is to run on it; its files go to a directory of this desktop's own.
+  Environment environment() const;
+
+  // While it lives no other program gets an answer from the display: whoever asks it waits.
+  class Frozen {
+   public:
+    explicit Frozen(Desktop& desktop);
+    Frozen(const Frozen&) = delete;
+    Frozen& operator=(const Frozen&) = delete;
+    ~Frozen();
+
+   private:
+    Desktop& frozen;
+  };
+
+ private:
+  friend class Game;
+  struct Connection;
+
+  void waitForWindowManager();
+  void switchKeyboard(const std::string& layout);
+
+  support::TempDir home;
+  Child server;
+  std::string name;  // as DISPLAY names it
+  Child windowManager;
+  std::unique_ptr<Connection> connection;
+};
+
+// The game under test in its window. Places are those of the window's inside.
+class Game {
+ public:
+  // Starts it and waits for its window, with `changes` made to the desktop's environment. Throws
+  // std::runtime_error, with what the program wrote, when no window comes.
+  explicit Game(Desktop& shownOn, const std::vector<std::string>& arguments = {},
+                const Environment& changes = {});
+
+  Child& process() { return child; }
+
+  Size size() const;
+  bool isMaximised() const;
+  bool isFullscreen() const;
+  // What the window shows now; null when it cannot be read, as while it changes its size.
+  ui::CairoSurface picture() const;
+
+  void moveMouse(Point to) const;
+  void pressButton() const;  // the left one
+  void releaseButton() const;
+  void click(Point at) const;
+  // One step, away from the user when positive.
+  void turnWheel(int direction) const;
+  void type(Key key) const;
+  void type(Key modifier, Key key) const;
+
+  // Drags the window's lower right corner by so much with the mouse, as the window manager offers it.
+  void dragCorner(int dx, int dy) const;
+  // The buttons of the title bar: each asks the window manager, or the program itself, and does not wait.
+  void setMaximised(bool maximised) const;
+  void minimise() const;
+  void close() const;
+
+ private:
+  bool hasState(const char* state) const;
+  bool findWindow();
+
+  Desktop& desktop;
+  Child child;
+  unsigned long window = 0;
+};
+
+// The command that starts the program under test, and its arguments.
+std::vector<std::string> gameCommand(const std::vector<std::string>& arguments);
+
+}  // namespace window

@@ -1,0 +1,138 @@
+// Level 1 played in a real window, once with Mesa's OpenGL and once with SDL's software renderer.
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+#include "window/session.h"
+
+namespace {
+
+using window::Environment;
+using window::Key;
+using window::kFirstWindow;
+using window::kScreen;
+using window::kSmallestWindow;
+using window::Point;
+using window::Session;
+using window::Size;
+using window::waitFor;
+
+struct Renderer {
+  const char* name;
+  Environment environment;
+};
+void PrintTo(const Renderer& renderer, std::ostream* out) { *out << renderer.name; }
+
+const Renderer kRenderers[] = {{"OpenGl", {}}, {"Software", window::kNoOpenGl}};
+
+class Playing : public testing::TestWithParam<Renderer> {
+ protected:
+  Session session{{.environment = GetParam().environment}};
+};
+
+INSTANTIATE_TEST_SUITE_P(With, Playing, testing::ValuesIn(kRenderers),
+                         [](const auto& renderer) { return renderer.param.name; });
+
+TEST_P(Playing, APairIsTakenByTwoClicksAndComesBackByUndo) {
+  ASSERT_TRUE(session.showsTable());
+  const auto [a, b] = session.table.pair();
+
+  session.tap(a);
+  EXPECT_TRUE(session.showsSelected(a));
+  session.tap(b);
+  mj::applyMatch(session.table.game, a, b);
+  EXPECT_TRUE(session.showsTable());
+
+  session.game.type(Key::U);
+  mj::undo(session.table.game);
+  EXPECT_TRUE(session.showsTable());
+}
+
+TEST_P(Playing, ABlockedTileIsRefusedAndTheSelectionKept) {
+  ASSERT_TRUE(session.showsTable());
+  const int blocked = session.table.blockedTile(session.game.size());
+  const auto [a, b] = session.table.pair();
+
+  session.tap(blocked);
+  EXPECT_TRUE(session.pauseAndGoOn()) << "a blocked tile was tapped with none selected";
+  session.tap(a);
+  ASSERT_TRUE(session.showsSelected(a));
+  session.tap(blocked);
+  EXPECT_TRUE(session.pauseAndGoOn({a})) << "a blocked tile was tapped with another selected";
+  EXPECT_TRUE(session.showsSelected(a));
+
+  session.tap(b);
+  mj::applyMatch(session.table.game, a, b);
+  EXPECT_TRUE(session.showsTable());
+}
+
+TEST_P(Playing, TheBoardIsZoomedAndPannedAndComesBackAsItWas) {
+  ASSERT_TRUE(session.showsTable());
+  const ui::CairoSurface before(cairo_surface_reference(session.lastPicture()));
+  ui::BoardOpts& view = session.table.view;
+  const Point middle = {kFirstWindow.w / 2, kFirstWindow.h / 2};
+  session.game.moveMouse(middle);
+
+  session.game.turnWheel(1);
+  view.zoom = 1.25;
+  EXPECT_TRUE(session.showsTable());
+  session.game.type(Key::Equals);
+  view.zoom = 1.85;
+  EXPECT_TRUE(session.showsTable());
+  session.game.type(Key::Minus);
+  view.zoom = 1.25;
+  EXPECT_TRUE(session.showsTable());
+
+  // The hand that holds the board turns the wheel: when that shows, the grip has been taken.
+  session.game.pressButton();
+  session.game.turnWheel(1);
+  view.zoom = 1.5;
+  EXPECT_TRUE(session.showsTable());
+  session.game.moveMouse({middle.x + 60, middle.y - 40});
+  view.panX = 60;
+  view.panY = -40;
+  EXPECT_TRUE(session.showsTable());
+  session.game.releaseButton();
+  EXPECT_TRUE(session.pauseAndGoOn()) << "a drag was taken for a tap";
+
+  const auto [a, b] = session.table.pair();
+  session.tap(a);
+  EXPECT_TRUE(session.showsSelected(a));
+  session.tap(a);
+  EXPECT_TRUE(session.showsTable());
+
+  session.game.type(Key::Zero);
+  view = {};
+  EXPECT_TRUE(session.showsTable());
+  // The last breath of the flash after the fly-in may lie on the first picture.
+  EXPECT_TRUE(session.comesToLookLike(before.get(), 5));
+}
+
+TEST_P(Playing, TheBoardFollowsTheWindow) {
+  ASSERT_TRUE(session.hasSize(kFirstWindow));
+  ASSERT_TRUE(session.showsTable());
+
+  session.game.dragCorner(-300, -100);
+  EXPECT_TRUE(session.hasSize({kFirstWindow.w - 300, kFirstWindow.h - 100}));
+  EXPECT_TRUE(session.showsTable());
+  session.game.dragCorner(-600, -500);
+  EXPECT_TRUE(session.hasSize(kSmallestWindow));
+  EXPECT_TRUE(session.showsTable());
+
+  session.game.setMaximised(true);
+  EXPECT_TRUE(waitFor([this] { return session.game.isMaximised() && session.game.size().w == kScreen.w; }));
+  EXPECT_TRUE(session.showsTable());
+  session.game.setMaximised(false);
+  EXPECT_TRUE(session.hasSize(kSmallestWindow));
+
+  session.game.type(Key::F11);
+  EXPECT_TRUE(session.hasSize(kScreen));
+  EXPECT_TRUE(session.game.isFullscreen());
+  EXPECT_TRUE(session.showsTable());
+  session.game.type(Key::F11);
+  EXPECT_TRUE(session.hasSize(kSmallestWindow));
+  EXPECT_TRUE(session.showsTable());
+}
+
+}  // namespace

@@ -1,0 +1,83 @@
+// session.h: a test's player: the real game in its window beside the table as it ought to be. Whatever is
+// asked of the window is waited for.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "support/picture.h"
+#include "window/desktop.h"
+#include "window/table.h"
+
+namespace window {
+
+// For a machine without OpenGL: the accelerated renderer cannot be made there.
+inline const Environment kNoOpenGl = {
+    {"SDL_OPENGL_LIBRARY", "/none"}, {"SDL_VIDEO_GL_DRIVER", "/none"}, {"SDL_VIDEO_EGL_DRIVER", "/none"}};
+
+// How a session differs from the usual one.
+struct Setup {
+  std::vector<std::string> arguments = {};
+  Environment environment = {};
+  std::string keyboard = kLatinKeyboard;
+};
+
+class Session {
+ public:
+  explicit Session(const Setup& setup = {})
+      : desktop(setup.keyboard), game(desktop, setup.arguments, setup.environment) {}
+
+  Desktop desktop;
+  Game game;
+  Table table;
+
+  // Whether the window comes to show the table, but for the tiles in `except`.
+  testing::AssertionResult showsTable(const std::set<int>& except = {}) {
+    testing::AssertionResult result = testing::AssertionFailure();
+    waitFor([&] {
+      picture = game.picture();
+      return static_cast<bool>(result = table.isShownIn(picture.get(), except));
+    });
+    return result;
+  }
+  // The picture in which showsTable saw it; null before.
+  cairo_surface_t* lastPicture() const { return picture.get(); }
+  bool comesToLookLike(cairo_surface_t* earlier, int tolerance) const {
+    return waitFor([&] { return support::samePicture(earlier, game.picture().get(), tolerance); });
+  }
+  bool showsSelected(int tile) const {
+    return waitFor([&] { return table.isSelectedIn(game.picture().get(), tile); });
+  }
+  testing::AssertionResult hasSize(Size size) const {
+    if (waitFor([&] { return game.size() == size; })) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "it is " << game.size().w << " x " << game.size().h;
+  }
+
+  // Whether the program ends by itself, and with this status.
+  testing::AssertionResult endsWith(int status) {
+    const std::optional<int> seen = game.process().waitForEnd();
+    if (seen == status) return testing::AssertionSuccess();
+    if (!seen) return testing::AssertionFailure() << "it does not end";
+    return testing::AssertionFailure() << "status " << *seen << ": " << game.process().errors();
+  }
+
+  void tap(int tile) const { game.click(table.spotOn(tile, game.size())); }
+
+  // Lets the game take all input sent so far, however little is to be seen of it: it is paused, which shows,
+  // and goes on. False if the pause does not hide the board.
+  bool pauseAndGoOn(const std::set<int>& except = {}) {
+    game.type(Key::Space);
+    const bool hidden = waitFor([this] { return table.isHiddenIn(game.picture().get()); });
+    game.type(Key::Space);
+    return hidden && showsTable(except);
+  }
+
+ private:
+  ui::CairoSurface picture;
+};
+
+}  // namespace window

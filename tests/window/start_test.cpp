@@ -1,0 +1,190 @@
+// How the program starts: its command line, its environment, and what it says when something is missing.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "window/session.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
+using window::Child;
+using window::cleanEnvironment;
+using window::Desktop;
+using window::Environment;
+using window::Game;
+using window::gameCommand;
+using window::Key;
+using window::kFirstWindow;
+using window::kNoOpenGl;
+using window::kScreen;
+using window::Session;
+using window::Table;
+using window::waitFor;
+
+constexpr const char* kVersionText = "Quenlock's Mahjong 1.1.0 (Build 1054)\n";
+constexpr const char* kHelpText =
+    "Quenlock's Mahjong 1.1.0\n"
+    "  --version    Version ausgeben\n"
+    "  --fullscreen im Vollbild starten\n"
+    "  --windowed   im Fenster starten\n";
+
+// A run where there is no display at all.
+struct Unseen {
+  explicit Unseen(const std::vector<std::string>& arguments, const Environment& changes = {})
+      : child(gameCommand(arguments), environment(changes)) {}
+
+  Environment environment(const Environment& changes) const {
+    Environment all = cleanEnvironment(home.path());
+    all.insert(changes.begin(), changes.end());
+    return all;
+  }
+
+  support::TempDir home;
+  Child child;
+};
+
+// --- the command line ---
+
+void expectPrints(const std::vector<std::string>& arguments, const std::string& text) {
+  Unseen run(arguments);
+  EXPECT_EQ(run.child.waitForEnd(), 0);
+  EXPECT_EQ(run.child.output(), text);
+  EXPECT_EQ(run.child.errors(), "");
+}
+
+TEST(CommandLine, PrintsWhatIsAskedForFirst) {
+  expectPrints({"--version"}, kVersionText);
+  expectPrints({"--help"}, kHelpText);
+  expectPrints({"--version", "--help"}, kVersionText);
+  expectPrints({"--help", "--version"}, kHelpText);
+  expectPrints({"--fullscreen", "x", "--help"}, kHelpText);
+}
+
+TEST(CommandLine, UnknownArgumentsAreIgnored) {
+  Session session({.arguments = {"-h", "--Version", "--help=all", "", "level 7"}});
+  EXPECT_TRUE(session.hasSize(kFirstWindow));
+  session.game.close();
+  EXPECT_TRUE(session.endsWith(0));
+  EXPECT_THAT(session.game.process().output(), Not(HasSubstr("Mahjong")));
+}
+
+TEST(CommandLine, AsksForAWindowLast) {
+  Session session({.arguments = {"--fullscreen", "--windowed"}});
+  EXPECT_TRUE(session.hasSize(kFirstWindow));
+  EXPECT_TRUE(session.showsTable());
+  EXPECT_FALSE(session.game.isFullscreen());
+}
+
+TEST(CommandLine, AsksForTheFullScreenLast) {
+  Session session({.arguments = {"--windowed", "--fullscreen"}});
+  EXPECT_TRUE(session.hasSize(kScreen));
+  EXPECT_TRUE(session.game.isFullscreen());
+  EXPECT_TRUE(session.showsTable());
+  session.game.type(Key::F11);
+  EXPECT_TRUE(session.hasSize(kFirstWindow));
+}
+
+// --- the display ---
+
+TEST(Display, IsMissedWithAMessage) {
+  for (const Environment& environment :
+       {Environment{{"SDL_VIDEODRIVER", "x11"}},
+        Environment{{"SDL_VIDEODRIVER", "x11,wayland"}, {"XDG_RUNTIME_DIR", "/none"}},
+        Environment{{"SDL_VIDEODRIVER", "x11"}, {"DISPLAY", ":999999"}},
+        Environment{{"SDL_VIDEODRIVER", "nosuch"}}}) {
+    Unseen run({}, environment);
+    EXPECT_EQ(run.child.waitForEnd(), 1);
+    EXPECT_THAT(run.child.errors(), StartsWith("SDL_Init: "));
+    EXPECT_THAT(run.child.output(), IsEmpty());
+  }
+}
+
+TEST(Display, IsUsedWithOpenGlWhereThereIsSome) {
+  Session session;
+  EXPECT_EQ(session.game.process().output(), "[video] Treiber x11, Renderer opengl (beschleunigt), vsync\n");
+  EXPECT_THAT(session.game.process().errors(), IsEmpty());
+}
+
+TEST(Display, IsUsedWithoutOpenGlToo) {
+  Session session({.environment = kNoOpenGl});
+  EXPECT_THAT(session.game.process().output(),
+              StartsWith("[video] Treiber x11, Renderer software (Software!), "));
+  EXPECT_TRUE(waitFor([&] {
+    return session.game.process().errors() == "[gpu] kein vormultipliziertes Mischen — nehme das normale\n";
+  }));
+}
+
+// --- the keyboard ---
+
+TEST(Keyboard, LettersActByTheirPlaceOnALayoutWithoutLatinOnes) {
+  Session session({.keyboard = "ru"});
+  ASSERT_TRUE(session.showsTable());
+  mj::GameState& game = session.table.game;
+
+  session.game.type(Key::M);
+  mj::shuffleBoard(game);
+  EXPECT_TRUE(session.showsTable());
+
+  const auto [a, b] = session.table.pair();
+  session.tap(a);
+  EXPECT_TRUE(session.showsSelected(a));
+  session.tap(b);
+  mj::applyMatch(game, a, b);
+  EXPECT_TRUE(session.showsTable());
+  session.game.type(Key::U);
+  mj::undo(game);
+  EXPECT_TRUE(session.showsTable());
+
+  session.tap(a);
+  EXPECT_TRUE(session.showsSelected(a));
+  session.game.type(Key::H);  // a hint unselects
+  EXPECT_TRUE(session.showsTable());
+
+  session.game.type(Key::LeftControl, Key::Q);
+  EXPECT_TRUE(session.endsWith(0));
+}
+
+// --- the files ---
+
+TEST(Cache, IsNotNeededToPlay) {
+  Session session({.environment = {{"XDG_CACHE_HOME", "/dev/null"}}});
+  EXPECT_TRUE(waitFor([&] {
+    return session.game.process().errors().find(
+               "[assets] cannot write /dev/null/veskara/fonts/QuenlockMahjongGlyphs.ttf\n") !=
+           std::string::npos;
+  }));
+  const auto tiles = static_cast<int>(session.table.game.slots.size());
+  EXPECT_TRUE(waitFor([&] { return session.table.tilesShownIn(session.game.picture().get()) > tiles / 2; }));
+  session.game.close();
+  EXPECT_TRUE(session.endsWith(0));
+}
+
+// --- the environment ---
+
+TEST(Environment, LetsTheGamePlayItselfAndTellItsPace) {
+  Session session({.environment = {{"VESKARA_AUTOPLAY", "0.05"}, {"VESKARA_STATS", "1"}}});
+  const Table next(2, 2);
+  const auto tiles = static_cast<int>(next.game.slots.size());
+  const auto showsNext = [&] { return next.tilesShownIn(session.game.picture().get()) > tiles * 3 / 4; };
+  EXPECT_TRUE(session.showsTable());
+  EXPECT_FALSE(showsNext());
+  EXPECT_TRUE(waitFor(showsNext)) << "level 1 was won and is followed by level 2";
+
+  std::istringstream lines(session.game.process().errors());
+  int count = 0;
+  for (std::string line; std::getline(lines, line); ++count) {
+    EXPECT_THAT(line, MatchesRegex("\\[stats\\] [ 0-9]{3} fps   CPU [ 0-9]{3}\\.[0-9] ms   "
+                                   "GPU [ 0-9]{3}\\.[0-9] ms   [0-9]+ Kopien  1100x760 .*"));
+  }
+  EXPECT_GT(count, 5);
+}
+
+}  // namespace
