@@ -111,7 +111,7 @@ void playingFrame(benchmark::State& state) {
   double empty = 0;
   double bare = 0;
   double playing = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     empty += stage.frame([] {});
     bare += stage.frame([&] {
       for (const Copy& copy : copies) {

@@ -5,12 +5,11 @@
 #include <benchmark/benchmark.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdlib>
 #include <string>
-
-extern char** environ;
 
 namespace {
 
@@ -32,7 +31,7 @@ double secondsToFrame(const char* program, int frame) {
 void start(benchmark::State& state) {
   double game = 0;
   double bare = 0;
-  for (auto _ : state) {
+  while (state.KeepRunning()) {
     bare += secondsToFrame(VESKARA_BARE_PROGRAM, 1);
     const double seconds = secondsToFrame(VESKARA_PROGRAM, static_cast<int>(state.range(0)));
     game += seconds;

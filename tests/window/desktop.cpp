@@ -46,6 +46,11 @@ Environment environmentOn(const std::string& display, const std::string& home) {
   return environment;
 }
 
+Environment changed(Environment environment, const Environment& changes) {
+  for (const auto& [name, value] : changes) environment[name] = value;
+  return environment;
+}
+
 // A property's values, each `Value` being what Xlib keeps one of them in.
 template <class Value>
 std::vector<Value> property(Display* display, Window window, const char* name) {
@@ -179,15 +184,6 @@ std::vector<std::string> gameCommand(const std::vector<std::string>& arguments) 
   command.insert(command.end(), arguments.begin(), arguments.end());
   return command;
 }
-
-namespace {
-
-Environment changed(Environment environment, const Environment& changes) {
-  for (const auto& [name, value] : changes) environment[name] = value;
-  return environment;
-}
-
-}  // namespace
 
 Game::Game(Desktop& shownOn, const std::vector<std::string>& arguments, const Environment& changes)
     : desktop(shownOn), child(gameCommand(arguments), changed(shownOn.environment(), changes)) {

@@ -15,7 +15,6 @@ using window::kScreen;
 using window::kSmallestWindow;
 using window::Point;
 using window::Session;
-using window::Size;
 using window::waitFor;
 
 struct Renderer {

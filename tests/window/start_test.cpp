@@ -17,9 +17,7 @@ using testing::Not;
 using testing::StartsWith;
 using window::Child;
 using window::cleanEnvironment;
-using window::Desktop;
 using window::Environment;
-using window::Game;
 using window::gameCommand;
 using window::Key;
 using window::kFirstWindow;
@@ -154,8 +152,8 @@ TEST(Keyboard, LettersActByTheirPlaceOnALayoutWithoutLatinOnes) {
 
 // --- the files ---
 
-TEST(Cache, IsNotNeededToPlay) {
-  Session session({.environment = {{"XDG_CACHE_HOME", "/dev/null"}}});
+TEST(Files, NeitherACacheNorFontsAreNeededToPlay) {
+  Session session({.environment = {{"XDG_CACHE_HOME", "/dev/null"}, {"FONTCONFIG_FILE", "/none"}}});
   EXPECT_TRUE(waitFor([&] {
     return session.game.process().errors().find(
                "[assets] cannot write /dev/null/veskara/fonts/QuenlockMahjongGlyphs.ttf\n") !=
