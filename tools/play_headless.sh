@@ -20,7 +20,10 @@ export VESKARA_AUTOPLAY=0.1
 build/release/veskara "$@" &
 game=$!
 sleep 12 # the deal has flown in and half of it is taken
-kill -0 "$game"
+if ! kill -0 "$game" 2>/dev/null; then # --help and the like, or a failure
+  wait "$game"
+  exit
+fi
 maim -u build/play.png
 echo "Picture: $PWD/build/play.png"
 sleep 13 # the other half goes

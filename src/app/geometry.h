@@ -14,9 +14,6 @@ struct WindowGeometry {
   int h;
 };
 
-inline constexpr int kMinWindowW = 640;
-inline constexpr int kMinWindowH = 480;
-
 // The stored geometry, brought inside `usable`, the part of the screen that panels leave free: room for the
 // window's frame is kept, and 30 above it for its title bar. An empty `usable` means that it is not known,
 // and the stored geometry is taken as it is. Without a stored position the window is centred.

@@ -51,7 +51,7 @@ ui::SdlWindow openWindow(const store::Settings& settings) {
 // After the renderer is made: for it SDL may open another window in place of the first, and that one would
 // not know of a smallest size told to the first.
 void arrangeWindow(SDL_Window* window, const store::Settings& settings) {
-  SDL_SetWindowMinimumSize(window, ui::kMinWindowW, ui::kMinWindowH);
+  SDL_SetWindowMinimumSize(window, store::kMinWindowW, store::kMinWindowH);
   if (settings.maximized) SDL_MaximizeWindow(window);
   if (settings.fullscreen) SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP);
 }

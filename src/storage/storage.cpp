@@ -1,6 +1,120 @@
 #include "storage/storage.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "storage/json.h"
+#include "storage/paths.h"
+
 namespace store {
+namespace {
+
+constexpr const char* kSettingsFile = "settings.json";
+
+std::string filePath(const std::string& name) { return dataDir() + "/" + name; }
+
+// Null when there is no such file, or none that makes sense. A program that was killed between removing the
+// old file and renaming the new one has left the new one under its temporary name.
+js::Value readFile(const std::string& name) {
+  js::Value doc;
+  if (!js::parseFile(filePath(name), &doc)) js::parseFile(js::temporaryPath(filePath(name)), &doc);
+  return doc;
+}
+
+void writeFile(const std::string& name, const js::Value& doc) {
+  paths::ensureDir(dataDir());
+  const std::string path = filePath(name);
+  if (!js::writeFileAtomic(path, doc))
+    std::fprintf(stderr, "[store] konnte %s nicht schreiben\n", path.c_str());
+}
+
+void read(const js::Value& doc, const char* key, std::string& field) {
+  if (doc[key].kind == js::Value::String) field = doc[key].s;
+}
+
+void read(const js::Value& doc, const char* key, bool& field) {
+  if (doc[key].kind == js::Value::Bool) field = doc[key].b;
+}
+
+void read(const js::Value& doc, const char* key, int& field) { field = doc[key].asInt(field); }
+
+void readVolume(const js::Value& doc, const char* key, double& field) {
+  if (doc[key].kind == js::Value::Number && !std::isnan(doc[key].n)) field = std::clamp(doc[key].n, 0.0, 1.0);
+}
+
+js::Value valueOf(const std::string& s) {
+  js::Value v;
+  v.kind = js::Value::String;
+  v.s = s;
+  return v;
+}
+
+js::Value valueOf(bool b) {
+  js::Value v;
+  v.kind = js::Value::Bool;
+  v.b = b;
+  return v;
+}
+
+js::Value valueOf(double n) {
+  js::Value v;
+  v.kind = js::Value::Number;
+  v.n = n;
+  return v;
+}
+
+js::Value valueOf(int n) { return valueOf(static_cast<double>(n)); }
+
+}  // namespace
+
+std::string dataDir() {
+  // Never destroyed: asked for at exit too.
+  static const std::string& dir = *new std::string(
+      paths::envOr("XDG_DATA_HOME", paths::envOr("HOME", ".") + "/.local/share") + "/veskara");
+  return dir;
+}
+
+std::string solvesDir() { return dataDir() + "/solves"; }
+
+void ensureDataDirs() {
+  paths::ensureDir(dataDir());
+  paths::ensureDir(solvesDir());
+}
+
+Settings loadSettings() {
+  Settings settings;
+  const js::Value doc = readFile(kSettingsFile);
+  read(doc, "language", settings.language);
+  read(doc, "soundOn", settings.soundOn);
+  readVolume(doc, "musicVolume", settings.musicVolume);
+  readVolume(doc, "sfxVolume", settings.sfxVolume);
+  read(doc, "fullscreen", settings.fullscreen);
+  read(doc, "maximized", settings.maximized);
+  read(doc, "windowX", settings.windowX);
+  read(doc, "windowY", settings.windowY);
+  read(doc, "windowW", settings.windowW);
+  read(doc, "windowH", settings.windowH);
+  settings.windowW = std::max(settings.windowW, kMinWindowW);
+  settings.windowH = std::max(settings.windowH, kMinWindowH);
+  return settings;
+}
+
+void saveSettings(const Settings& settings) {
+  js::Value doc;
+  doc.kind = js::Value::Object;
+  doc.o["language"] = valueOf(settings.language);
+  doc.o["soundOn"] = valueOf(settings.soundOn);
+  doc.o["musicVolume"] = valueOf(settings.musicVolume);
+  doc.o["sfxVolume"] = valueOf(settings.sfxVolume);
+  doc.o["fullscreen"] = valueOf(settings.fullscreen);
+  doc.o["maximized"] = valueOf(settings.maximized);
+  doc.o["windowX"] = valueOf(settings.windowX);
+  doc.o["windowY"] = valueOf(settings.windowY);
+  doc.o["windowW"] = valueOf(settings.windowW);
+  doc.o["windowH"] = valueOf(settings.windowH);
+  writeFile(kSettingsFile, doc);
+}
 
 int computeStars(int aids) {
   if (aids <= 0) return 3;

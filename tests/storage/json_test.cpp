@@ -1,0 +1,293 @@
+#include "storage/json.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <clocale>
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <random>
+#include <string>
+
+#include "support/temp_dir.h"
+
+namespace {
+
+using js::Value;
+
+constexpr int kDeep = 1000000;
+
+Value number(double n) {
+  Value v;
+  v.kind = Value::Number;
+  v.n = n;
+  return v;
+}
+
+Value string(std::string s) {
+  Value v;
+  v.kind = Value::String;
+  v.s = std::move(s);
+  return v;
+}
+
+// The value of a text that must be valid.
+Value valid(const std::string& text) {
+  Value v = js::parse(text);
+  EXPECT_NE(v.kind, Value::Null) << text;
+  return v;
+}
+
+std::string textOf(const std::string& text) { return valid('"' + text + '"').s; }
+
+bool isValid(const std::string& text) { return js::parse(text).kind != Value::Null; }
+
+// --- parsing ---
+
+TEST(JsonParse, ReadsEveryKind) {
+  const Value v =
+      valid(R"( { "n" : null , "t":true,"f":false,"x":-1.5e2,"s":"a","a":[1,[],{}],"o":{"k":2} } )");
+  EXPECT_EQ(v.size(), 7U);
+  EXPECT_TRUE(v.has("n"));
+  EXPECT_EQ(v["n"].kind, Value::Null);
+  EXPECT_TRUE(v["t"].b);
+  EXPECT_EQ(v["f"].kind, Value::Bool);
+  EXPECT_FALSE(v["f"].b);
+  EXPECT_EQ(v["x"].n, -150);
+  EXPECT_EQ(v["s"].s, "a");
+  EXPECT_EQ(v["a"].size(), 3U);
+  EXPECT_EQ(v["a"][1].kind, Value::Array);
+  EXPECT_EQ(v["a"][2].kind, Value::Object);
+  EXPECT_EQ(v["o"]["k"].asInt(0), 2);
+}
+
+class JsonError : public testing::TestWithParam<const char*> {};
+
+TEST_P(JsonError, GivesNull) { EXPECT_FALSE(isValid(GetParam())) << GetParam(); }
+
+INSTANTIATE_TEST_SUITE_P(In, JsonError,
+                         testing::Values("", " \t\r\n", "nul", "tru", "fals", "True", "[1,]", "[1 2]", "[1",
+                                         "[", "[,1]", "]", "{", "{\"a\"", "{\"a\":", "{\"a\":1", "{\"a\":1,}",
+                                         "{\"a\" 1}", "{a:1}", "{1:1}", "{\"a\":1 \"b\":2}", "[1}",
+                                         "{\"a\":1]", "\"", "\"a", "\"\\", "\"\\\"", "\"\\x\"", "\"\\u12",
+                                         "\"\\u12\"", "-", "+", ".", "x", "\v1", "\f1", "[\v1]", "\x01",
+                                         "[1,\f2]", "{\"a\":\v1}"));
+
+TEST(JsonParse, IgnoresWhatFollowsTheFirstValue) {
+  EXPECT_EQ(valid("{}\x01\xff garbage").size(), 0U);
+  EXPECT_EQ(valid("12abc").n, 12);
+  EXPECT_TRUE(valid("truex").b);
+}
+
+TEST(JsonParse, LastOfRepeatedKeysWins) {
+  const Value v = valid(R"({"a":1,"a":2})");
+  EXPECT_EQ(v["a"].n, 2);
+  EXPECT_EQ(v.size(), 1U);
+}
+
+TEST(JsonParse, TakesNumbersAsStrtodDoes) {
+  EXPECT_EQ(valid("+5").n, 5);
+  EXPECT_EQ(valid("007").n, 7);
+  EXPECT_EQ(valid("0x1p4").n, 16);
+  EXPECT_EQ(valid(".5").n, 0.5);
+  EXPECT_EQ(valid("1e999").n, HUGE_VAL);
+  EXPECT_TRUE(std::isinf(valid("-inf").n));
+  EXPECT_TRUE(std::isnan(valid("nan").n));
+  EXPECT_TRUE(std::isnan(valid("[-nan]")[0].n));
+}
+
+// On a machine of a country that writes 0,25 the settings' volumes came back as 0.
+TEST(JsonParse, AndDumpKeepTheDecimalPointInACountryOfCommas) {
+  if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr)
+    GTEST_SKIP() << "no German locale on this machine";
+  const double read = valid("0.25").n;
+  const std::string written = number(0.25).dump();
+  std::setlocale(LC_NUMERIC, "C");
+  EXPECT_EQ(read, 0.25);
+  EXPECT_EQ(written, "0.25");
+}
+
+TEST(JsonParse, ReadsEscapes) {
+  EXPECT_EQ(textOf(R"(\"\\\/\b\f\n\r\t)"), "\"\\/\b\f\n\r\t");
+  EXPECT_EQ(textOf(R"(\u0041\u00e9\u20AC)"), "A\u00e9\u20ac");
+  EXPECT_EQ(textOf(R"(a\u0000b)"), std::string("a\0b", 3));
+}
+
+TEST(JsonParse, TakesABadHexadecimalDigitAsZero) { EXPECT_EQ(textOf(R"(\u4x41)"), "\u4041"); }
+
+TEST(JsonParse, JoinsSurrogatesAndKeepsLoneOnes) {
+  EXPECT_EQ(textOf(R"(\uD83D\uDE00)"), "\xF0\x9F\x98\x80");
+  EXPECT_EQ(textOf(R"(\uD83D)"), "\xED\xA0\xBD");
+  EXPECT_EQ(textOf(R"(\uD83Dx)"), "\xED\xA0\xBDx");
+  EXPECT_EQ(textOf(R"(\uD83D\u0041)"),
+            "\xED\xA0\xBD"
+            "A");
+  EXPECT_EQ(textOf(R"(\uDE00)"), "\xED\xB8\x80");
+  EXPECT_EQ(textOf(R"(\uD83D\uD83D\uDE00)"), "\xED\xA0\xBD\xF0\x9F\x98\x80");
+}
+
+TEST(JsonParse, LetsRawBytesPass) {
+  const std::string bytes("\x01\x7f\x80\xff\n\0", 6);
+  EXPECT_EQ(textOf(bytes), bytes);
+}
+
+TEST(JsonParse, SkipsMegabytesOfWhiteSpace) {
+  EXPECT_EQ(valid(std::string(4000000, '\n') + "[" + std::string(4000000, ' ') + "1]")[0].n, 1);
+}
+
+TEST(JsonParse, SurvivesAMillionOpeningBrackets) {
+  EXPECT_FALSE(isValid(std::string(kDeep, '[')));
+  std::string objects;
+  for (int i = 0; i < kDeep; ++i) objects += "{\"\":";
+  EXPECT_FALSE(isValid(objects));
+}
+
+TEST(JsonValue, AMillionDeepIsParsedCopiedDumpedAndDestroyed) {
+  const std::string text = std::string(kDeep, '[') + "1" + std::string(kDeep, ']');
+  const Value v = valid(text);
+  const Value copy = v;  // NOLINT(performance-unnecessary-copy-initialization): the copy is the point
+  EXPECT_EQ(copy.dump(), text);
+}
+
+TEST(JsonParse, OfAnyPrefixOfADocumentIsAllOrNothing) {
+  const std::string text = R"({"a":[1,2.5,"x\u00e9\n"],"b":{"c":null,"d":true}})";
+  for (std::size_t n = 0; n < text.size(); ++n) EXPECT_FALSE(isValid(text.substr(0, n))) << n;
+  EXPECT_TRUE(isValid(text));
+}
+
+TEST(JsonParse, SurvivesRandomBytes) {
+  std::mt19937 random(1);
+  const std::string alphabet = "[]{}\",:\\u0123truefalsn-+.e \n\x01\xff";
+  for (int round = 0; round < 20000; ++round) {
+    std::string text;
+    for (int i = 0; i < 40; ++i) text.push_back(alphabet[random() % alphabet.size()]);
+    const Value v = js::parse(text);
+    // What was read is written so that it is read alike.
+    EXPECT_EQ(js::parse(v.dump()).dump(), v.dump()) << text;
+  }
+}
+
+// --- values ---
+
+TEST(JsonValue, IsNullAtFirst) { EXPECT_EQ(Value().kind, Value::Null); }
+
+TEST(JsonValue, LooksUpWhatIsNotThereAsNull) {
+  const Value v = valid(R"({"a":[1]})");
+  EXPECT_EQ(v["b"].kind, Value::Null);
+  EXPECT_EQ(v["a"][1].kind, Value::Null);
+  EXPECT_EQ(v[0].kind, Value::Null);
+  EXPECT_EQ(v["a"]["x"].kind, Value::Null);
+  EXPECT_EQ(v["b"]["c"][7].asInt(42), 42);
+  EXPECT_FALSE(v["a"].has("a"));
+  EXPECT_EQ(number(1).size(), 0U);
+}
+
+TEST(JsonValue, RoundsHalfUpToAnInteger) {
+  EXPECT_EQ(number(2.5).asInt(0), 3);
+  EXPECT_EQ(number(-2.5).asInt(0), -2);
+  EXPECT_EQ(number(-2.6).asInt(0), -3);
+  EXPECT_EQ(number(2147483647).asInt(0), INT_MAX);
+}
+
+TEST(JsonValue, GivesTheSmallestIntegerForNumbersBeyondTheRange) {
+  for (const double n : {2147483648.0, 2147483647.5, -2147483649.0, 1e300, -1e300, HUGE_VAL, -HUGE_VAL,
+                         std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_EQ(number(n).asInt(0), INT_MIN) << n;
+  }
+}
+
+TEST(JsonValue, ConvertsNothingButNumbers) {
+  EXPECT_EQ(string("3").asInt(7), 7);
+  EXPECT_EQ(valid("true").asInt(7), 7);
+  EXPECT_EQ(Value().asInt(7), 7);
+}
+
+TEST(JsonValue, CanBeAssignedAPartOfItself) {
+  Value v = valid(R"([[1,2],3])");
+  v = v[0];
+  EXPECT_EQ(v.dump(), "[1,2]");
+}
+
+TEST(JsonValue, CopiesAreIndependent) {
+  const Value v = valid(R"({"a":[1]})");
+  Value copy = v;
+  copy.o["a"].a[0] = number(2);
+  EXPECT_EQ(v.dump(), R"({"a":[1]})");
+  EXPECT_EQ(copy.dump(), R"({"a":[2]})");
+}
+
+// --- writing ---
+
+TEST(JsonDump, WritesNumbersShortWhereTheyAreWhole) {
+  EXPECT_EQ(number(3.0).dump(), "3");
+  EXPECT_EQ(number(-0.0).dump(), "0");
+  EXPECT_EQ(number(-1000000).dump(), "-1000000");
+  EXPECT_EQ(number(999999999999999).dump(), "999999999999999");
+  EXPECT_EQ(number(1e15).dump(), "1000000000000000");
+  EXPECT_EQ(number(1e17).dump(), "1e+17");
+  EXPECT_EQ(number(0.1).dump(), "0.10000000000000001");
+  EXPECT_EQ(number(1e300).dump(), "1.0000000000000001e+300");
+  EXPECT_EQ(number(HUGE_VAL).dump(), "inf");
+  EXPECT_EQ(number(-HUGE_VAL).dump(), "-inf");
+  EXPECT_EQ(number(std::numeric_limits<double>::quiet_NaN()).dump(), "nan");
+}
+
+TEST(JsonDump, EscapesNoMoreThanItMust) {
+  EXPECT_EQ(string("\x01").dump(), R"("\u0001")");
+  EXPECT_EQ(string("\b\f\t\n\r\"\\/").dump(), R"("\u0008\u000c\t\n\r\"\\/")");
+  EXPECT_EQ(string("\x7f\x80\xff\u00e9").dump(), "\"\x7f\x80\xff\u00e9\"");
+  EXPECT_EQ(string(std::string("\0", 1)).dump(), R"("\u0000")");
+}
+
+TEST(JsonDump, SortsMembersByTheirBytes) {
+  Value v;
+  v.kind = Value::Object;
+  v.o["b"] = number(1);
+  v.o["a"] = Value();
+  v.o["B"] = string("x");
+  v.o["\xc3\xa9"] = valid("[true,false,{}]");
+  EXPECT_EQ(v.dump(), "{\"B\":\"x\",\"a\":null,\"b\":1,\"\xc3\xa9\":[true,false,{}]}");
+}
+
+// --- files ---
+
+TEST(JsonFile, ThatIsMissingLeavesTheValueAlone) {
+  const support::TempDir dir;
+  Value v = number(5);
+  EXPECT_FALSE(js::parseFile(dir.path("none.json"), &v));
+  EXPECT_EQ(v.n, 5);
+}
+
+TEST(JsonFile, ThatIsNoDocumentReadsAsNull) {
+  const support::TempDir dir;
+  dir.makeFile("a.json", "{\"a\":");
+  Value v = number(5);
+  EXPECT_TRUE(js::parseFile(dir.path("a.json"), &v));
+  EXPECT_EQ(v.kind, Value::Null);
+}
+
+TEST(JsonFile, ReplacesTheOldOneAndLeavesNoTemporary) {
+  const support::TempDir dir;
+  const std::string path = dir.makeFile("a.json", "old");
+  EXPECT_TRUE(js::writeFileAtomic(path, valid(R"({"a":1})")));
+  EXPECT_EQ(support::readAll(path), R"({"a":1})");
+  EXPECT_FALSE(std::filesystem::exists(path + ".tmp"));
+}
+
+TEST(JsonFile, InAMissingDirectoryIsNotWritten) {
+  const support::TempDir dir;
+  EXPECT_FALSE(js::writeFileAtomic(dir.path("none/a.json"), number(1)));
+  EXPECT_FALSE(std::filesystem::exists(dir.path("none")));
+}
+
+// A small document stays in the stream's buffer: a full disk showed itself after the old file was gone.
+TEST(JsonFile, StaysAsItWasWhenTheDiskIsFull) {
+  const support::TempDir dir;
+  const std::string path = dir.makeFile("a.json", "old");
+  std::filesystem::create_symlink("/dev/full", path + ".tmp");
+  EXPECT_FALSE(js::writeFileAtomic(path, number(1)));
+  EXPECT_EQ(support::readAll(path), "old");
+}
+
+}  // namespace
