@@ -5,11 +5,13 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <limits>
 #include <random>
 #include <string>
 
+#include "support/own_process.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -99,13 +101,16 @@ TEST(JsonParse, TakesNumbersAsStrtodDoes) {
 
 // On a machine of a country that writes 0,25 the settings' volumes came back as 0.
 TEST(JsonParse, AndDumpKeepTheDecimalPointInACountryOfCommas) {
-  if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr)
-    GTEST_SKIP() << "no German locale on this machine";
-  const double read = valid("0.25").n;
-  const std::string written = number(0.25).dump();
-  std::setlocale(LC_NUMERIC, "C");
-  EXPECT_EQ(read, 0.25);
-  EXPECT_EQ(written, "0.25");
+  const support::TempDir locales;
+  const std::string german = locales.path("de_DE.UTF-8");
+  ASSERT_EQ(std::system(("localedef -i de_DE -f UTF-8 " + german).c_str()), 0);
+  EXPECT_EQ(support::inOwnProcess([&] {
+              setenv("LOCPATH", locales.path().c_str(), 1);
+              if (std::setlocale(LC_NUMERIC, "de_DE.UTF-8") == nullptr) return std::string("no such locale");
+              return std::to_string(0.5) + " " + number(0.25).dump() + " " +
+                     number(js::parse("0.25").n * 4).dump();
+            }),
+            "0,500000 0.25 1");
 }
 
 TEST(JsonParse, ReadsEscapes) {
