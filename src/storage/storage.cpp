@@ -2,32 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
-#include "storage/json.h"
+#include "storage/documents.h"
 #include "storage/paths.h"
 
 namespace store {
 namespace {
 
 constexpr const char* kSettingsFile = "settings.json";
-
-std::string filePath(const std::string& name) { return dataDir() + "/" + name; }
-
-// Null when there is no such file, or none that makes sense. A program that was killed between removing the
-// old file and renaming the new one has left the new one under its temporary name.
-js::Value readFile(const std::string& name) {
-  js::Value doc;
-  if (!js::parseFile(filePath(name), &doc)) js::parseFile(js::temporaryPath(filePath(name)), &doc);
-  return doc;
-}
-
-void writeFile(const std::string& name, const js::Value& doc) {
-  paths::ensureDir(dataDir());
-  const std::string path = filePath(name);
-  if (!js::writeFileAtomic(path, doc))
-    std::fprintf(stderr, "[store] konnte %s nicht schreiben\n", path.c_str());
-}
 
 void read(const js::Value& doc, const char* key, std::string& field) {
   if (doc[key].kind == js::Value::String) field = doc[key].s;
@@ -42,29 +24,6 @@ void read(const js::Value& doc, const char* key, int& field) { field = doc[key].
 void readVolume(const js::Value& doc, const char* key, double& field) {
   if (doc[key].kind == js::Value::Number && !std::isnan(doc[key].n)) field = std::clamp(doc[key].n, 0.0, 1.0);
 }
-
-js::Value valueOf(const std::string& s) {
-  js::Value v;
-  v.kind = js::Value::String;
-  v.s = s;
-  return v;
-}
-
-js::Value valueOf(bool b) {
-  js::Value v;
-  v.kind = js::Value::Bool;
-  v.b = b;
-  return v;
-}
-
-js::Value valueOf(double n) {
-  js::Value v;
-  v.kind = js::Value::Number;
-  v.n = n;
-  return v;
-}
-
-js::Value valueOf(int n) { return valueOf(static_cast<double>(n)); }
 
 }  // namespace
 

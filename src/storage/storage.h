@@ -4,7 +4,11 @@
 // only.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
+
+#include "rules/engine.h"
 
 namespace store {
 
@@ -39,6 +43,94 @@ struct Settings {
 // Volumes are brought between 0 and 1 (nan gives the default), the window to at least 640 x 480.
 Settings loadSettings();
 void saveSettings(const Settings& settings);
+
+// Levels count from 1 to this.
+inline constexpr int kLastLevel = 100;
+
+// How far the player has come, kept in progress.json with the best results.
+struct Progress {
+  int currentLevel = 1;  // the highest level that may be played, 1 to kLastLevel
+  int totalSolves = 0;   // games solved, repetitions too; not negative
+
+  bool operator==(const Progress&) const = default;
+};
+
+// The best of each kind that was reached on a level; they need not come from one solve. All zero: none.
+// A damaged file may yield any number here, negative ones too.
+struct LevelBest {
+  int stars = 0;
+  int aids = 0;                // the fewest; means nothing without stars
+  std::int64_t elapsedMs = 0;  // the shortest, milliseconds; below 1: none
+
+  bool operator==(const LevelBest&) const = default;
+};
+
+// Brought into the ranges above.
+Progress loadProgress();
+// Stores the two numbers as they are given, beside the best results, which stay.
+void saveProgress(const Progress& progress);
+// Counts one more solve, at most INT_MAX; solving the highest level, or one beyond it, opens one more. Gives
+// what is now stored.
+Progress advanceLevel(int level);
+// Forgets progress and best results; gives those of a first start.
+Progress resetProgress();
+LevelBest bestFor(int level);
+// Betters each part of the level's best on its own: more stars, fewer aids, less time. The first solve's aids
+// and the first time are taken whatever they are. Gives what is now stored.
+LevelBest recordBest(int level, const LevelBest& result);
+
+// A game that was left, kept in save.json: everything that continuing it needs.
+struct SavedGame {
+  bool valid = false;  // there is one; otherwise nothing else here has a meaning
+  int level = 0;       // 1 to kLastLevel
+  std::uint32_t seed = 0;
+  mj::GameState game;
+  std::int64_t elapsedMs = 0;  // milliseconds of play
+  std::int64_t savedAt = 0;    // milliseconds since the Unix epoch; set by saving
+
+  bool operator==(const SavedGame&) const = default;
+};
+
+// Replaces the game that was saved before. Of the game's slots only their level is kept, and neither `valid`
+// nor `savedAt` is looked at.
+void saveGame(const SavedGame& saved);
+// Invalid when there is none, or when it does not fit the level's layout. What is damaged inside a fitting
+// one is repaired: ids and counters lie in their ranges, a face that cannot be read is a tile gone, seeds and
+// times beyond their range become the nearest number in it. That faces are known, form pairs and agree with
+// the history is for the caller to see.
+SavedGame loadGame();
+// Afterwards there is none.
+void clearGame();
+
+// A solved board of the gallery, kept in solves.json: one for each level, the newest first, at most 200.
+// A damaged file may yield any number here, negative ones too.
+struct SolveEntry {
+  std::string id;  // as newSolveId gave it; never empty in a listed entry
+  int level = 0;
+  int tiles = 0;
+  std::uint32_t seed = 0;
+  std::int64_t elapsedMs = 0;  // milliseconds
+  std::int64_t solvedAt = 0;   // milliseconds since the Unix epoch
+  std::string shot;            // file name of its picture in solvesDir(); empty without one
+  int stars = 0;
+  int aids = 0;
+
+  bool operator==(const SolveEntry&) const = default;
+};
+
+std::vector<SolveEntry> listSolves();
+// Adds a solve if it is the level's first or betters the one that is there: by stars, then time, then aids.
+// The picture of the worse one is deleted. An entry beyond the 200th is forgotten, its picture stays.
+void recordSolve(const SolveEntry& entry);
+// Removes the solve and its picture; an unknown id removes nothing.
+void deleteSolve(const std::string& id);
+// Removes all of them and their pictures.
+void clearAllSolves();
+// The time in milliseconds, "_" and a random number below 100000: two solves never share one in practice.
+std::string newSolveId();
+// Where the entry's picture lies. Empty when it has none, or when `shot` is no bare file name ("..", a path,
+// a zero byte inside): a damaged file leads to nothing outside solvesDir(), for deleting neither.
+std::string shotPath(const SolveEntry& entry);
 
 // Stars of a solved deal, 1 to 3, from its aids (hints plus shuffles); a negative number counts as none.
 int computeStars(int aids);

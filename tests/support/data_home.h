@@ -1,0 +1,42 @@
+// data_home.h: an empty directory for the player's files, so that a test starts like a first start. Knows
+// nothing of what the files mean.
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+#include "storage/storage.h"
+#include "support/temp_dir.h"
+
+namespace support {
+
+// Where the game keeps its files until the end of the process; making one empties it. The game looks its
+// directory up once, so all tests of a process share the one, and the first is made before the game asks.
+class DataHome {
+ public:
+  DataHome() { std::filesystem::remove_all(path()); }
+
+  // Where the game keeps this file, such as "save.json" or "solves/a.png".
+  std::string path(const std::string& file = "") const { return root().path(below(file)); }
+  bool has(const std::string& file) const { return std::filesystem::exists(path(file)); }
+  // Its bytes, none if it is not there.
+  std::string text(const std::string& file) const { return readAll(path(file)); }
+  void write(const std::string& file, const std::string& bytes) const { root().makeFile(below(file), bytes); }
+
+ private:
+  static std::string below(const std::string& file) { return file.empty() ? "veskara" : "veskara/" + file; }
+
+  static const TempDir& root() {
+    static const TempDir dir;
+    static const bool inUse = [] {
+      setenv("XDG_DATA_HOME", dir.path().c_str(), 1);
+      return store::dataDir() == dir.path(below(""));
+    }();
+    if (!inUse) throw std::logic_error("the game looked for its files before the test's directory was made");
+    return dir;
+  }
+};
+
+}  // namespace support
