@@ -7,10 +7,11 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <limits>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 namespace js {
@@ -335,6 +336,19 @@ struct Writing {
   std::map<std::string, Value>::const_iterator member;
 };
 
+// --- files ---
+
+// A write that was cut off between removing and renaming has left the only whole copy under the temporary
+// name. The next write empties that file first: cut off as well, it would leave nothing. False when the copy
+// cannot be brought to safety.
+bool finishCutOffWrite(const std::string& temporary, const std::string& path) {
+  std::error_code error;
+  if (std::filesystem::exists(path, error)) return true;
+  if (error) return false;
+  std::filesystem::rename(temporary, path, error);
+  return !error || error == std::errc::no_such_file_or_directory;
+}
+
 }  // namespace
 
 Value::Value(const Value& other) {
@@ -420,8 +434,14 @@ Value parse(const std::string& text) { return Parser(text).run(); }
 
 bool parseFile(const std::string& path, Value* out) {
   std::ifstream file(path, std::ios::binary);
-  if (!file) return false;
-  *out = parse(std::string(std::istreambuf_iterator<char>(file), {}));
+  std::string text;
+  std::array<char, 65536> chunk;
+  while (file.read(chunk.data(), chunk.size()) || file.gcount() > 0) {
+    text.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
+  }
+  // Not opened, or not readable: a directory can be opened.
+  if (!file.eof()) return false;
+  *out = parse(text);
   return true;
 }
 
@@ -429,6 +449,7 @@ std::string temporaryPath(const std::string& path) { return path + ".tmp"; }
 
 bool writeFileAtomic(const std::string& path, const Value& v) {
   const std::string temporary = temporaryPath(path);
+  if (!finishCutOffWrite(temporary, path)) return false;
   std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
   if (!file) return false;
   file << v.dump();

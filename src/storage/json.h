@@ -52,14 +52,16 @@ struct Value {
 // The value at the start of the text; null where the text is not valid.
 Value parse(const std::string& text);
 
-// Whether the file could be opened. If so, `out` is what its text parses to; otherwise it is left alone.
+// Whether the file could be read. If so, `out` is what its text parses to; otherwise it is left alone.
 bool parseFile(const std::string& path, Value* out);
 
 // The name under which writeFileAtomic prepares the new contents of `path`.
 std::string temporaryPath(const std::string& path);
 
 // Writes `v` to the temporary file, and then puts it in the place of the old one.
-// False when that fails; the old file is touched only after the new one was written completely.
+// False when that fails; the old file is touched only after the new one was written completely. Killed at any
+// moment, it leaves the old or the new one under `path`, or, that missing, the new one under the temporary
+// name.
 bool writeFileAtomic(const std::string& path, const Value& v);
 
 }  // namespace js

@@ -1,10 +1,13 @@
 #include "storage/json.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
+#include <algorithm>
 #include <climits>
 #include <clocale>
 #include <cmath>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <limits>
@@ -19,6 +22,14 @@ namespace {
 using js::Value;
 
 constexpr int kDeep = 1000000;
+
+// What a desktop gives the main thread, however much this machine does.
+void limitStack() {
+  rlimit stack = {};
+  ASSERT_EQ(getrlimit(RLIMIT_STACK, &stack), 0);
+  stack.rlim_cur = std::min<rlim_t>(8U << 20U, stack.rlim_max);
+  ASSERT_EQ(setrlimit(RLIMIT_STACK, &stack), 0);
+}
 
 Value number(double n) {
   Value v;
@@ -137,22 +148,38 @@ TEST(JsonParse, LetsRawBytesPass) {
   EXPECT_EQ(textOf(bytes), bytes);
 }
 
+TEST(JsonParse, TakesAZeroByteForNoPartOfAnyToken) {
+  EXPECT_FALSE(isValid(std::string("\0", 1)));
+  EXPECT_FALSE(isValid(std::string("[\0]", 3)));
+  EXPECT_FALSE(isValid(std::string("[1\0]", 4)));
+  EXPECT_FALSE(isValid(std::string("tr\0ue", 5)));
+  EXPECT_EQ(valid(std::string("1\0002", 3)).n, 1);
+}
+
 TEST(JsonParse, SkipsMegabytesOfWhiteSpace) {
   EXPECT_EQ(valid(std::string(4000000, '\n') + "[" + std::string(4000000, ' ') + "1]")[0].n, 1);
 }
 
+std::string openingBraces() {
+  std::string text;
+  for (int i = 0; i < kDeep; ++i) text += "{\"\":";
+  return text;
+}
+
 TEST(JsonParse, SurvivesAMillionOpeningBrackets) {
+  limitStack();
   EXPECT_FALSE(isValid(std::string(kDeep, '[')));
-  std::string objects;
-  for (int i = 0; i < kDeep; ++i) objects += "{\"\":";
-  EXPECT_FALSE(isValid(objects));
+  EXPECT_FALSE(isValid(openingBraces()));
 }
 
 TEST(JsonValue, AMillionDeepIsParsedCopiedDumpedAndDestroyed) {
-  const std::string text = std::string(kDeep, '[') + "1" + std::string(kDeep, ']');
-  const Value v = valid(text);
-  const Value copy = v;  // NOLINT(performance-unnecessary-copy-initialization): the copy is the point
-  EXPECT_EQ(copy.dump(), text);
+  limitStack();
+  for (const std::string& text : {std::string(kDeep, '[') + "1" + std::string(kDeep, ']'),
+                                  openingBraces() + "1" + std::string(kDeep, '}')}) {
+    const Value v = valid(text);
+    const Value copy = v;  // NOLINT(performance-unnecessary-copy-initialization): the copy is the point
+    EXPECT_EQ(copy.dump(), text);
+  }
 }
 
 TEST(JsonParse, OfAnyPrefixOfADocumentIsAllOrNothing) {
@@ -272,6 +299,29 @@ TEST(JsonFile, ThatIsNoDocumentReadsAsNull) {
   EXPECT_EQ(v.kind, Value::Null);
 }
 
+// The game ended with an exception at its start.
+TEST(JsonFile, ThatIsADirectoryIsNotRead) {
+  const support::TempDir dir;
+  Value v = number(5);
+  EXPECT_FALSE(js::parseFile(dir.makeDir("a.json"), &v));
+  EXPECT_EQ(v.n, 5);
+}
+
+TEST(JsonFile, ThatIsEmptyReadsAsNull) {
+  const support::TempDir dir;
+  Value v = number(5);
+  EXPECT_TRUE(js::parseFile(dir.makeFile("a.json", ""), &v));
+  EXPECT_EQ(v.kind, Value::Null);
+}
+
+TEST(JsonFile, IsReadToItsEnd) {
+  const support::TempDir dir;
+  const std::string path = dir.makeFile("a.json", '"' + std::string(1000000, 'x') + '"');
+  Value v;
+  EXPECT_TRUE(js::parseFile(path, &v));
+  EXPECT_EQ(v.s.size(), 1000000U);
+}
+
 TEST(JsonFile, ReplacesTheOldOneAndLeavesNoTemporary) {
   const support::TempDir dir;
   const std::string path = dir.makeFile("a.json", "old");
@@ -293,6 +343,23 @@ TEST(JsonFile, StaysAsItWasWhenTheDiskIsFull) {
   std::filesystem::create_symlink("/dev/full", path + ".tmp");
   EXPECT_FALSE(js::writeFileAtomic(path, number(1)));
   EXPECT_EQ(support::readAll(path), "old");
+}
+
+// Killed between removing and renaming, and again while it next wrote, the program lost both files.
+TEST(JsonFile, WrittenAfterACutOffWriteIsNotLostByAFailure) {
+  const support::TempDir dir;
+  const std::string path = dir.path("a.json");
+  dir.makeFile("a.json.tmp", "1");
+  const std::string written = support::inOwnProcess([&] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit none = {};
+    setrlimit(RLIMIT_FSIZE, &none);
+    return std::to_string(js::writeFileAtomic(path, number(2)));
+  });
+  EXPECT_EQ(written, "0");
+  EXPECT_EQ(support::readAll(path), "1");
+  EXPECT_TRUE(js::writeFileAtomic(path, number(3)));
+  EXPECT_EQ(support::readAll(path), "3");
 }
 
 }  // namespace
