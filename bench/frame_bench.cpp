@@ -13,6 +13,7 @@
 #include "app/frame.h"
 #include "rules/table_themes.h"
 #include "screens/playing.h"
+#include "support/temp_dir.h"
 #include "ui/felt.h"
 #include "ui/fonts.h"
 #include "ui/gpu.h"
@@ -139,6 +140,8 @@ BENCHMARK(playingFrame)
 }  // namespace
 
 int main(int argc, char** argv) {
+  const support::TempDir files;
+  setenv("XDG_DATA_HOME", files.path().c_str(), 1);
   SDL_SetHint(SDL_HINT_VIDEODRIVER, "dummy");
   if (SDL_Init(SDL_INIT_VIDEO) != 0) return 1;
   ui::registerBundledFonts();

@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "support/temp_dir.h"
+
 namespace {
 
 // Seconds from the start of the program to the end of its given frame.
@@ -48,6 +50,8 @@ BENCHMARK(start)->ArgName("frame")->Arg(1)->Arg(2)->Iterations(40)->UseManualTim
 }  // namespace
 
 int main(int argc, char** argv) {
+  const support::TempDir files;
+  setenv("XDG_DATA_HOME", files.path().c_str(), 1);
   setenv("SDL_VIDEODRIVER", "dummy", 1);
   setenv("SDL_RENDER_DRIVER", "software", 1);
   benchmark::Initialize(&argc, argv);

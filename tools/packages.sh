@@ -7,7 +7,7 @@ game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libcairo2-dev libpan
 headless_packages="xvfb maim"
 # What the tests and benchmarks need beside these.
 check_packages="git locales clang-format clang-tidy libgtest-dev libgmock-dev libbenchmark-dev xvfb openbox
-  x11-xkb-utils libx11-dev libxtst-dev"
+  x11-xkb-utils libx11-dev libxtst-dev python3"
 
 # install_packages NAME...: says what it installs; does nothing when all are there.
 install_packages() {

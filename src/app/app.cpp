@@ -32,9 +32,11 @@ Game& Game::instance() {
 
 store::Settings& Game::settings() {
   // Never destroyed: the live screen's destructor may still ask for it while the program ends.
-  static auto& settings = *new store::Settings;
+  static auto& settings = *new store::Settings(store::loadSettings());
   return settings;
 }
+
+void Game::persistSettings() { store::saveSettings(settings()); }
 
 void Game::push(const GameState& descriptor) { pendingRequest = {Operation::Push, descriptor}; }
 void Game::pop() { pendingRequest = {Operation::Pop, {}}; }

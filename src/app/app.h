@@ -17,8 +17,10 @@ class Game {
 
   // The program's own stack, built on first use and destroyed at exit, its live screen with it.
   static Game& instance();
-  // The player's preferences, to be changed in place. They outlive every screen.
+  // The player's preferences, read from disk on first use, to be changed in place. They outlive every screen.
   static store::Settings& settings();
+  // Writes them to disk.
+  static void persistSettings();
 
   // Ask for a change of the stack. It is carried out when the current frame's update has returned; of several
   // requests in one frame the last one counts. The last descriptor is never popped: its screen is built anew.

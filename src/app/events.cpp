@@ -66,6 +66,7 @@ void EventReader::keyDown(const SDL_Keysym& key, Ctx& ctx) {
   const int code = keyCode(key);
   if (code == SDLK_F11) {
     settings.fullscreen = !settings.fullscreen;
+    fullscreenToggled = true;
   } else if (code == SDLK_q && (key.mod & KMOD_CTRL) != 0) {
     quit = true;
   } else {
@@ -81,16 +82,25 @@ void EventReader::leftReleased(double now, Ctx& ctx) {
 
 void EventReader::windowChanged(const SDL_WindowEvent& event, Uint32 windowFlags) {
   const bool windowed = !settings.fullscreen && (windowFlags & kNotWindowed) == 0;
-  if (windowed && event.event == SDL_WINDOWEVENT_SIZE_CHANGED) {
-    settings.windowW = event.data1;
-    settings.windowH = event.data2;
+  switch (event.event) {
+    case SDL_WINDOWEVENT_SIZE_CHANGED:
+      if (!windowed) return;
+      settings.windowW = event.data1;
+      settings.windowH = event.data2;
+      break;
+    case SDL_WINDOWEVENT_MOVED:
+      if (!windowed) return;
+      settings.windowX = event.data1;
+      settings.windowY = event.data2;
+      break;
+    case SDL_WINDOWEVENT_MAXIMIZED:
+    case SDL_WINDOWEVENT_RESTORED:
+      settings.maximized = event.event == SDL_WINDOWEVENT_MAXIMIZED;
+      break;
+    default:
+      return;
   }
-  if (windowed && event.event == SDL_WINDOWEVENT_MOVED) {
-    settings.windowX = event.data1;
-    settings.windowY = event.data2;
-  }
-  if (event.event == SDL_WINDOWEVENT_MAXIMIZED) settings.maximized = true;
-  if (event.event == SDL_WINDOWEVENT_RESTORED) settings.maximized = false;
+  geometryChanged = true;
 }
 
 }  // namespace ui

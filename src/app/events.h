@@ -4,6 +4,8 @@
 
 #include <SDL.h>
 
+#include <utility>
+
 #include "app/context.h"
 #include "storage/storage.h"
 
@@ -27,6 +29,11 @@ class EventReader {
 
   // The program shall end: the window was closed, or Ctrl+Q.
   bool quitRequested() const { return quit; }
+  // Whether the full-screen switch was turned since the last call.
+  bool takeFullscreenToggle() { return std::exchange(fullscreenToggled, false); }
+  // Whether the window's geometry in the settings has changed, until it is told to be saved.
+  bool geometryDirty() const { return geometryChanged; }
+  void geometrySaved() { geometryChanged = false; }
 
  private:
   void keyDown(const SDL_Keysym& key, Ctx& ctx);
@@ -35,6 +42,8 @@ class EventReader {
 
   store::Settings& settings;
   bool quit = false;
+  bool fullscreenToggled = false;
+  bool geometryChanged = false;
   double lastLeftRelease = -10;
   double prevMouseX = 0;
   double prevMouseY = 0;

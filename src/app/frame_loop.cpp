@@ -14,6 +14,8 @@ namespace {
 
 // Animations do not jump after a stall.
 constexpr double kMaxFrameTime = 0.1;
+// While the player drags the window its geometry is written no more often.
+constexpr double kGeometrySaveInterval = 2;
 
 double pixelScale(SDL_Window* window, int pixelW) {
   int windowW = 0;
@@ -45,6 +47,7 @@ bool FrameLoop::pass() {
   if (pixelW <= 0 || pixelH <= 0) return !events.quitRequested();
 
   drawFrame(pixelW, pixelH);
+  saveGeometry();
   return !events.quitRequested() && !ctx.quit && !terminationRequested();
 }
 
@@ -52,6 +55,7 @@ void FrameLoop::drainEvents() {
   events.beginFrame(ctx);
   SDL_Event event;
   while (SDL_PollEvent(&event) != 0) events.handle(event, SDL_GetWindowFlags(window), now(), ctx);
+  if (events.takeFullscreenToggle()) Game::persistSettings();
 }
 
 void FrameLoop::applyFullscreen() {
@@ -97,6 +101,13 @@ void FrameLoop::drawFrame(int pixelW, int pixelH) {
   stats->add(drawn - begun, shown - drawn);
   if (!stats->due(shown)) return;
   std::fputs(stats->report(shown, gpuDrawCalls(), pixelW, pixelH, profReport()).c_str(), stderr);
+}
+
+void FrameLoop::saveGeometry() {
+  if (!events.geometryDirty() || ctx.time - lastGeometrySave <= kGeometrySaveInterval) return;
+  Game::persistSettings();
+  events.geometrySaved();
+  lastGeometrySave = ctx.time;
 }
 
 }  // namespace ui

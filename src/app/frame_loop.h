@@ -26,6 +26,7 @@ class FrameLoop {
   void applyFullscreen();
   void readMouse();
   void drawFrame(int pixelW, int pixelH);
+  void saveGeometry();
 
   SDL_Window* window;
   SDL_Renderer* renderer;
@@ -35,6 +36,7 @@ class FrameLoop {
   Ctx ctx;  // lives across frames so that its `quit` does
   bool appliedFullscreen;
   double lastFrameTime;
+  double lastGeometrySave = 0;
   std::optional<FrameStats> stats;  // when VESKARA_STATS is set
 };
 

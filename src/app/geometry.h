@@ -12,6 +12,8 @@ struct WindowGeometry {
   int y;
   int w;
   int h;
+
+  bool isPlaced() const { return !SDL_WINDOWPOS_ISCENTERED(x); }
 };
 
 // The stored geometry, brought inside `usable`, the part of the screen that panels leave free: room for the

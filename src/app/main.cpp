@@ -42,16 +42,26 @@ SDL_Rect usableBounds() {
   return {};
 }
 
-ui::SdlWindow openWindow(const store::Settings& settings) {
-  const ui::WindowGeometry geometry = ui::initialGeometry(settings, usableBounds());
+ui::SdlWindow openWindow(const ui::WindowGeometry& geometry) {
   return ui::SdlWindow(SDL_CreateWindow("Quenlock's Mahjong", geometry.x, geometry.y, geometry.w, geometry.h,
                                         SDL_WINDOW_SHOWN | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
 }
 
+// A window manager may take the place a window is opened at for that of its frame, while SDL tells that of
+// its inside: the window would wander down by the height of its title bar at each start. Once it has its
+// frame, the inside is put where it was, and what was told of the first place forgotten.
+void placeInside(SDL_Window* window, const ui::WindowGeometry& geometry) {
+  SDL_PumpEvents();
+  SDL_SetWindowPosition(window, geometry.x, geometry.y);
+  SDL_PumpEvents();
+  SDL_FlushEvent(SDL_WINDOWEVENT);
+}
+
 // After the renderer is made: for it SDL may open another window in place of the first, and that one would
 // not know of a smallest size told to the first.
-void arrangeWindow(SDL_Window* window, const store::Settings& settings) {
+void arrangeWindow(SDL_Window* window, const ui::WindowGeometry& geometry, const store::Settings& settings) {
   SDL_SetWindowMinimumSize(window, store::kMinWindowW, store::kMinWindowH);
+  if (geometry.isPlaced()) placeInside(window, geometry);
   if (settings.maximized) SDL_MaximizeWindow(window);
   if (settings.fullscreen) SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP);
 }
@@ -88,21 +98,24 @@ int play(std::span<const char* const> arguments) {
   store::Settings& settings = ui::Game::settings();
   ui::applyWindowArguments(arguments, settings);
 
-  const ui::SdlWindow window = openWindow(settings);
+  const ui::WindowGeometry geometry = ui::initialGeometry(settings, usableBounds());
+  const ui::SdlWindow window = openWindow(geometry);
   if (!window) return fail("SDL_CreateWindow");
   // The game takes keys, not text; an input method would swallow letters.
   SDL_StopTextInput();
   const ui::SdlRenderer renderer = openRenderer(window.get());
   if (!renderer) return fail("SDL_CreateRenderer");
-  arrangeWindow(window.get(), settings);
+  arrangeWindow(window.get(), geometry, settings);
   reportVideo(renderer.get());
 
   ui::gpuInit(renderer.get());
   ui::registerBundledFonts();
+  store::ensureDataDirs();
 
   ui::FrameLoop loop(window.get(), renderer.get(), nowSeconds);
   while (loop.pass()) {
   }
+  ui::Game::persistSettings();
   ui::gpuShutdown();
   return 0;
 }

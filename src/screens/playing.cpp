@@ -12,6 +12,7 @@
 #include "app/app.h"
 #include "rules/levels.h"
 #include "rules/table_themes.h"
+#include "screens/resume.h"
 #include "screens/screens.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
@@ -29,6 +30,7 @@ constexpr double kReadyRise = 0.12;
 constexpr double kReadyFall = 0.42;
 constexpr double kReadyAlpha = 0.42;
 constexpr double kDefaultAutoplay = 0.35;
+constexpr double kAutosaveInterval = 5;
 
 constexpr double kNoZoom = 1.001;  // zooming in steps and back leaves rounding errors
 constexpr double kMaxZoom = 3;
@@ -80,10 +82,19 @@ PlayingLayout playingLayout(double w, double h) {
 }
 
 Playing::Playing(const ui::GameState& descriptor)
-    : level(descriptor.level),
-      deal(descriptor.deal),
-      game(mj::createGame(mj::levelToConfig(level).slots, deal)),
-      autoplay(autoplayFromEnvironment()) {}
+    : level(descriptor.level), deal(descriptor.deal), autoplay(autoplayFromEnvironment()) {
+  if (auto saved = resumableGame(level, deal)) {
+    resumed = true;
+    game = std::move(saved->game);
+    elapsed = static_cast<double>(saved->elapsedMs) / 1000;
+  } else {
+    game = mj::createGame(mj::levelToConfig(level).slots, deal);
+  }
+}
+
+Playing::~Playing() {
+  if (!finished && !won()) save();
+}
 
 void Playing::update(ui::Ctx& ctx) {
   drawTable(ctx);
@@ -93,6 +104,7 @@ void Playing::update(ui::Ctx& ctx) {
   layout = playingLayout(ctx.w, ctx.h);
   boundPan();
   advanceClock(ctx.dt);
+  autosave(ctx.dt);
   removePendingPair(ctx.time);
   endFlashes(ctx.time);
   drawTiles(ctx);
@@ -136,6 +148,7 @@ void Playing::drawTable(ui::Ctx& ctx) const {
 
 void Playing::begin(double now) {
   started = true;
+  if (resumed) return;
   introActive = true;
   fx.beginIntro(game, now);
 }
@@ -148,6 +161,17 @@ void Playing::endIntro(double now) {
 
 void Playing::advanceClock(double dt) {
   if (!introActive && !paused && !won()) elapsed += dt;
+}
+
+void Playing::autosave(double dt) {
+  saveClock += dt;
+  if (saveClock <= kAutosaveInterval || won()) return;
+  saveClock = 0;
+  save();
+}
+
+void Playing::save() const {
+  store::saveGame({.level = level, .seed = deal, .game = game, .elapsedMs = elapsedMs()});
 }
 
 void Playing::removePendingPair(double now) {
@@ -251,10 +275,12 @@ void Playing::winFade(ui::Ctx& ctx) {
   const double p = (ctx.time - *winAt) / kWinFadeTime;
   cover(ctx, kWinColor, std::min(0.85 * p, 0.85));
   if (p < kWinEnd) return;
+  finished = true;
+  store::clearGame();
   ui::Game::instance().replace({.kind = ui::ScreenKind::Solved,
                                 .level = level,
                                 .deal = deal,
-                                .timeMs = static_cast<std::int64_t>(1000 * elapsed),
+                                .timeMs = elapsedMs(),
                                 .tiles = static_cast<int>(game.slots.size()),
                                 .hints = game.hints,
                                 .shuffles = game.shuffles});

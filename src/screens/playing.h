@@ -25,8 +25,10 @@ PlayingLayout playingLayout(double w, double h);
 
 class Playing : public ui::Screen {
  public:
-  // Deals the descriptor's level and deal.
+  // Goes on with the saved game if it is one of the descriptor's level and deal; otherwise deals.
   explicit Playing(const ui::GameState& descriptor);
+  // Saves the game unless it is won.
+  ~Playing() override;
 
   void update(ui::Ctx& ctx) override;
 
@@ -59,6 +61,7 @@ class Playing : public ui::Screen {
   void begin(double now);
   void endIntro(double now);
   void advanceClock(double dt);
+  void autosave(double dt);
   void removePendingPair(double now);
   void endFlashes(double now);
   void drawTiles(ui::Ctx& ctx);
@@ -75,6 +78,8 @@ class Playing : public ui::Screen {
   void takeBack();
   void clearHint();
   void boundPan();
+  void save() const;
+  std::int64_t elapsedMs() const { return static_cast<std::int64_t>(1000 * elapsed); }
   bool won() const { return mj::isSolved(game); }
 
   int level;
@@ -84,10 +89,13 @@ class Playing : public ui::Screen {
   PlayingLayout layout;   // of the last frame
   ui::BoardOpts options;  // of the last frame
 
+  bool resumed = false;
   bool started = false;
   bool introActive = false;
   bool paused = false;
+  bool finished = false;  // handed over to the next screen
   double elapsed = 0;
+  double saveClock = 0;
   std::optional<double> winAt;
   std::optional<double> readyAt;
 

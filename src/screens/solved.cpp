@@ -4,17 +4,17 @@
 #include "app/app.h"
 #include "rules/table_themes.h"
 #include "screens/screens.h"
+#include "storage/storage.h"
 #include "ui/felt.h"
 
 namespace screens {
 namespace {
 
-constexpr int kLastLevel = 100;
-
 // After a win: goes on to the next level, dealt with its own number. The last level follows itself.
 class Solved : public ui::Screen {
  public:
-  explicit Solved(const ui::GameState& descriptor) : nextLevel(std::min(descriptor.level + 1, kLastLevel)) {}
+  explicit Solved(const ui::GameState& descriptor)
+      : nextLevel(std::min(descriptor.level + 1, store::kLastLevel)) {}
 
   void update(ui::Ctx& ctx) override {
     ui::drawFelt(ctx, mj::tableThemeForLevel(nextLevel), true);

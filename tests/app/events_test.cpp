@@ -118,6 +118,13 @@ TEST_F(Events, F11TogglesFullScreenAndReachesNoScreen) {
   EXPECT_THAT(ctx.in.keys, IsEmpty());
 }
 
+TEST_F(Events, TurnOfTheFullScreenSwitchIsToldOnce) {
+  EXPECT_FALSE(reader.takeFullscreenToggle());
+  press(SDLK_F11, SDL_SCANCODE_F11);
+  EXPECT_TRUE(reader.takeFullscreenToggle());
+  EXPECT_FALSE(reader.takeFullscreenToggle());
+}
+
 TEST_F(Events, CtrlQEndsTheProgramAndReachesNoScreen) {
   for (const auto ctrl : {KMOD_LCTRL, KMOD_RCTRL}) {
     ui::EventReader fresh(settings);
@@ -313,6 +320,24 @@ TEST_F(Events, MaximisedStateIsRememberedWhateverTheWindowsState) {
   }
 }
 
+TEST_F(Events, GeometryIsDirtyFromAChangeUntilItIsSaved) {
+  EXPECT_FALSE(reader.geometryDirty());
+  for (const Uint8 what : {SDL_WINDOWEVENT_SIZE_CHANGED, SDL_WINDOWEVENT_MOVED, SDL_WINDOWEVENT_MAXIMIZED,
+                           SDL_WINDOWEVENT_RESTORED}) {
+    take(windowEvent(what, 700, 500));
+    EXPECT_TRUE(reader.geometryDirty());
+    reader.geometrySaved();
+    EXPECT_FALSE(reader.geometryDirty());
+  }
+}
+
+TEST_F(Events, GeometryThatIsNotRememberedIsNotDirty) {
+  windowFlags = SDL_WINDOW_MAXIMIZED;
+  take(windowEvent(SDL_WINDOWEVENT_SIZE_CHANGED, 1920, 1080));
+  take(windowEvent(SDL_WINDOWEVENT_MOVED, 0, 0));
+  EXPECT_FALSE(reader.geometryDirty());
+}
+
 TEST_F(Events, OtherWindowEventsChangeNothing) {
   settings.maximized = true;
   for (const Uint8 what : {SDL_WINDOWEVENT_RESIZED, SDL_WINDOWEVENT_EXPOSED, SDL_WINDOWEVENT_MINIMIZED,
@@ -322,6 +347,7 @@ TEST_F(Events, OtherWindowEventsChangeNothing) {
   expectGeometryKept(settings);
   EXPECT_TRUE(settings.maximized);
   EXPECT_FALSE(reader.quitRequested());
+  EXPECT_FALSE(reader.geometryDirty());
 }
 
 }  // namespace

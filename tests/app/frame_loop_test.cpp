@@ -10,6 +10,7 @@
 #include "app/app.h"
 #include "app/fake_screens.h"
 #include "app/signals.h"
+#include "support/data_home.h"
 #include "support/picture.h"
 #include "ui/gpu.h"
 
@@ -86,6 +87,11 @@ class FrameLoopTest : public testing::Test {
     return picture;
   }
 
+  bool savedWidthIs(int w) const {
+    return data.text("settings.json").find("\"windowW\":" + std::to_string(w)) != std::string::npos;
+  }
+
+  support::DataHome data;
   ui::SdlWindow window;
   ui::SdlRenderer renderer;
 };
@@ -276,6 +282,51 @@ TEST_F(FrameLoopTest, F11MakesTheWindowFullScreenAndBackWithoutForgettingItsSize
   SDL_PushEvent(&key);
   pass(loop);
   EXPECT_FALSE(isFullScreen());
+}
+
+TEST_F(FrameLoopTest, F11IsSavedAtOnce) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_Event key = keyDown(SDLK_F11, SDL_SCANCODE_F11);
+  SDL_PushEvent(&key);
+  std::string savedBeforeTheFrame;
+  pass(loop, [&](ui::Ctx&) { savedBeforeTheFrame = data.text("settings.json"); });
+  EXPECT_THAT(savedBeforeTheFrame, testing::HasSubstr("\"fullscreen\":true"));
+}
+
+TEST_F(FrameLoopTest, GeometryIsSavedNoMoreOftenThanEveryTwoSeconds) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  const auto resizeAt = [&](double time, int w) {
+    fixedTime = time;
+    SDL_SetWindowSize(window.get(), w, 500);
+    pass(loop);
+  };
+  resizeAt(100, 700);
+  EXPECT_TRUE(savedWidthIs(700));
+  resizeAt(101, 710);
+  resizeAt(102, 720);
+  EXPECT_TRUE(savedWidthIs(700));
+  fixedTime = 102.001;
+  pass(loop);
+  EXPECT_TRUE(savedWidthIs(720));
+}
+
+TEST_F(FrameLoopTest, NothingIsSavedWhileTheGeometryStays) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  for (fixedTime = 100; fixedTime < 110; fixedTime += 0.5) pass(loop);
+  EXPECT_FALSE(data.has("settings.json"));
+}
+
+TEST_F(FrameLoopTest, FirstTwoSecondsSaveNoGeometry) {
+  // The clock starts at 0 with the loop; a window that finds its place does not cost a write.
+  fixedTime = 0;
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_SetWindowSize(window.get(), 700, 500);
+  fixedTime = 2;
+  pass(loop);
+  EXPECT_FALSE(data.has("settings.json"));
+  fixedTime = 2.001;
+  pass(loop);
+  EXPECT_TRUE(savedWidthIs(700));
 }
 
 TEST_F(FrameLoopTest, FullScreenAskedForByAScreenComesWithTheNextFrame) {

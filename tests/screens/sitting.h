@@ -1,8 +1,11 @@
 // sitting.h: somebody at the table: a Playing screen of its own, run without a window.
 #pragma once
 
+#include <optional>
+
 #include "rules/deal.h"
 #include "screens/playing.h"
+#include "support/data_home.h"
 #include "support/screen_harness.h"
 
 namespace test {
@@ -11,9 +14,15 @@ inline constexpr ui::GameState kFirstLevel = {.kind = ui::ScreenKind::Playing, .
 // Once the lowest pair of this deal is taken no pair is left, and a shuffle helps.
 inline constexpr ui::GameState kSoonStuck = {.kind = ui::ScreenKind::Playing, .level = 1, .deal = 9};
 
+// Whether the player's files of before are gone or still there.
+enum class Files { None, Kept };
+
 struct Sitting {
   explicit Sitting(const ui::GameState& descriptor = kFirstLevel,
-                   support::Drawing drawing = support::Drawing::Textures, int w = 640, int h = 480);
+                   support::Drawing drawing = support::Drawing::Textures, int w = 640, int h = 480,
+                   Files files = Files::None);
+  Sitting(const ui::GameState& descriptor, Files files)
+      : Sitting(descriptor, support::Drawing::Textures, 640, 480, files) {}
 
   // Waits until the tiles have flown in and the flash after it is over.
   void waitForIntro();
@@ -33,6 +42,7 @@ struct Sitting {
   ui::BoardOpts shown();
   support::Point at(int tile) const;
 
+  std::optional<support::DataHome> data;
   screens::Playing screen;
   support::ScreenHarness harness;
   std::vector<mj::SlotPair> order;  // of pairs by which the deal can be won

@@ -4,17 +4,20 @@
 #include <gmock/gmock.h>
 
 #include "app/app.h"
+#include "support/data_home.h"
 #include "support/screen_harness.h"
 
 namespace test {
 
 struct Stack {
-  // Shows this screen alone, in its initial state. Its first frame is yet to come.
+  // Shows this screen alone, in its initial state, with no files of the player's. Its first frame is yet to
+  // come.
   explicit Stack(const ui::GameState& first, int w = 640, int h = 480);
 
   static const ui::GameState& top() { return ui::Game::instance().descriptors().back(); }
   static std::size_t depth() { return ui::Game::instance().descriptors().size(); }
 
+  support::DataHome data;
   support::ScreenHarness harness;
 };
 

@@ -169,6 +169,11 @@ Environment Desktop::environment() const {
   return environment;
 }
 
+std::string Desktop::dataPath(const std::string& file) const {
+  const std::string dir = environment().at("XDG_DATA_HOME") + "/veskara";
+  return file.empty() ? dir : dir + "/" + file;
+}
+
 Desktop::Frozen::Frozen(Desktop& desktop) : frozen(desktop) {
   XGrabServer(frozen.connection->display);
   XSync(frozen.connection->display, False);
@@ -186,7 +191,10 @@ std::vector<std::string> gameCommand(const std::vector<std::string>& arguments) 
 }
 
 Game::Game(Desktop& shownOn, const std::vector<std::string>& arguments, const Environment& changes)
-    : desktop(shownOn), child(gameCommand(arguments), changed(shownOn.environment(), changes)) {
+    : Game(gameCommand(arguments), shownOn, changes) {}
+
+Game::Game(const std::vector<std::string>& command, Desktop& shownOn, const Environment& changes)
+    : desktop(shownOn), child(command, changed(shownOn.environment(), changes)) {
   waitFor([this] { return findWindow() || child.hasEnded(); });
   if (window == 0) throw std::runtime_error("no window: " + child.output() + child.errors());
 }
@@ -208,6 +216,14 @@ Size Game::size() const {
   XWindowAttributes attributes = {};
   XGetWindowAttributes(desktop.connection->display, window, &attributes);
   return {attributes.width, attributes.height};
+}
+
+Point Game::position() const {
+  Point place;
+  Window below = 0;
+  XTranslateCoordinates(desktop.connection->display, window, desktop.connection->root(), 0, 0, &place.x,
+                        &place.y, &below);
+  return place;
 }
 
 bool Game::hasState(const char* state) const {
@@ -296,6 +312,11 @@ void Game::dragCorner(int dx, int dy) const {
   moveMouse({grip.x + dx, grip.y + dy});
   desktop.connection->button(kRightButton, false);
   desktop.connection->key(Key::LeftAlt, false);
+}
+
+void Game::moveTo(Point place) const {
+  XMoveWindow(desktop.connection->display, window, place.x, place.y);
+  XSync(desktop.connection->display, False);
 }
 
 void Game::setMaximised(bool maximised) const {

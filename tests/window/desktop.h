@@ -16,6 +16,8 @@ namespace window {
 struct Point {
   int x = 0;
   int y = 0;
+
+  bool operator==(const Point&) const = default;
 };
 
 struct Size {
@@ -35,6 +37,7 @@ inline constexpr const char* kLatinKeyboard = "us";
 
 // Keys by their place on the keyboard, named by what they carry on a Latin layout; the numbers are X's.
 enum class Key : unsigned {
+  Escape = 9,
   Zero = 19,
   Minus = 20,
   Equals = 21,
@@ -59,6 +62,8 @@ class Desktop {
 
   // For a program that is to run on it; its files go to a directory of this desktop's own.
   Environment environment() const;
+  // Where the game keeps the player's files, this one or all.
+  std::string dataPath(const std::string& file = "") const;
 
   // While it lives no other program gets an answer from the display: whoever asks it waits.
   class Frozen {
@@ -93,10 +98,13 @@ class Game {
   // std::runtime_error, with what the program wrote, when no window comes.
   explicit Game(Desktop& shownOn, const std::vector<std::string>& arguments = {},
                 const Environment& changes = {});
+  // The same for another command that starts it.
+  Game(const std::vector<std::string>& command, Desktop& shownOn, const Environment& changes);
 
   Child& process() { return child; }
 
   Size size() const;
+  Point position() const;  // of the inside, on the screen
   bool isMaximised() const;
   bool isFullscreen() const;
   // What the window shows now; null when it cannot be read, as while it changes its size.
@@ -113,6 +121,8 @@ class Game {
 
   // Drags the window's lower right corner by so much with the mouse, as the window manager offers it.
   void dragCorner(int dx, int dy) const;
+  // Asks the window manager for another place, and does not wait.
+  void moveTo(Point place) const;
   // The buttons of the title bar: each asks the window manager, or the program itself, and does not wait.
   void setMaximised(bool maximised) const;
   void minimise() const;

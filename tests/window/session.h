@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/picture.h"
@@ -29,9 +31,15 @@ struct Setup {
 class Session {
  public:
   explicit Session(const Setup& setup = {})
-      : desktop(setup.keyboard), game(desktop, setup.arguments, setup.environment) {}
+      : Session(std::make_shared<Desktop>(setup.keyboard), setup, Table()) {}
+  // The game started once more where an earlier one has ended, with its files; it ought to show the table as
+  // it was left.
+  Session(const Session& earlier, const Setup& setup) : Session(earlier.place, setup, earlier.table) {
+    table.view = {};
+  }
 
-  Desktop desktop;
+  std::shared_ptr<Desktop> place;
+  Desktop& desktop;
   Game game;
   Table table;
 
@@ -77,6 +85,12 @@ class Session {
   }
 
  private:
+  Session(std::shared_ptr<Desktop> on, const Setup& setup, const Table& shown)
+      : place(std::move(on)),
+        desktop(*place),
+        game(desktop, setup.arguments, setup.environment),
+        table(shown) {}
+
   ui::CairoSurface picture;
 };
 

@@ -1,0 +1,43 @@
+#include "screens/resume.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+namespace screens {
+namespace {
+
+// Thirty years of play, and more aids than anybody asks for: beyond, counting on would overflow.
+constexpr std::int64_t kMaxElapsedMs = 1'000'000'000'000;
+constexpr int kMaxAids = 999'999;
+
+// Keeps the entries that undo can take back, one after the other: both slots empty, and no slot twice.
+void repairHistory(mj::GameState& game) {
+  std::vector<char> claimed = mj::presence(game);
+  std::vector<mj::HistoryEntry> kept;
+  for (auto entry = game.history.rbegin(); entry != game.history.rend(); ++entry) {
+    char& a = claimed[static_cast<std::size_t>(entry->a)];
+    char& b = claimed[static_cast<std::size_t>(entry->b)];
+    if (a != 0 || b != 0 || entry->a == entry->b) continue;
+    a = 1;
+    b = 1;
+    kept.push_back(std::move(*entry));
+  }
+  game.history.assign(std::move_iterator(kept.rbegin()), std::move_iterator(kept.rend()));
+}
+
+}  // namespace
+
+std::optional<store::SavedGame> resumableGame(int level, std::uint32_t deal) {
+  store::SavedGame saved = store::loadGame();
+  if (!saved.valid || saved.level != level || saved.seed != deal || mj::isSolved(saved.game)) return {};
+  mj::GameState& game = saved.game;
+  if (!mj::isFree(game, game.selected)) game.selected = -1;
+  game.hints = std::min(game.hints, kMaxAids);
+  game.shuffles = std::min(game.shuffles, kMaxAids);
+  repairHistory(game);
+  saved.elapsedMs = std::clamp<std::int64_t>(saved.elapsedMs, 0, kMaxElapsedMs);
+  return saved;
+}
+
+}  // namespace screens

@@ -1,0 +1,321 @@
+// Whatever state the player's files are in, the real program starts, plays, answers at once and ends well.
+// Where rights matter it runs as a user who has few.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "rules/deal.h"
+#include "rules/levels.h"
+#include "storage/storage.h"
+#include "support/own_process.h"
+#include "window/session.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+using window::Desktop;
+using window::Environment;
+using window::Game;
+using window::Key;
+
+constexpr int kNobody = 65534;
+
+// A place that every user may look into, with the program and the player's files in it.
+class Home {
+ public:
+  Home() {
+    fs::permissions(dir.path(), fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec |
+                                    fs::perms::group_read | fs::perms::others_read);
+    fs::create_directories(data());
+    for (const char* file : {VESKARA_PROGRAM, VESKARA_KEEP_LIBRARIES}) {
+      fs::copy_file(file, dir.path(fs::path(file).filename()));
+    }
+  }
+
+  std::string path(const std::string& below) const { return dir.path(below); }
+  std::string data() const { return dir.path("data/veskara"); }
+  void write(const std::string& file, const std::string& text) const {
+    std::ofstream(data() + "/" + file, std::ios::binary) << text;
+  }
+  // Gives all of it away, as far as this user can.
+  void giveToNobody() const {
+    if (geteuid() != 0) return;
+    for (const auto& entry : fs::recursive_directory_iterator(dir.path("data"))) give(entry.path());
+    give(dir.path("data"));
+    give(dir.path());
+  }
+  std::vector<std::string> command() const {
+    std::vector<std::string> command;
+    if (geteuid() == 0) {
+      command = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--pdeathsig=KILL"};
+    }
+    command.push_back(dir.path(fs::path(VESKARA_PROGRAM).filename()));
+    return command;
+  }
+  Environment environment() const {
+    Environment environment = {{"VESKARA_STATS", "1"},
+                               {"HOME", dir.path()},
+                               {"XDG_DATA_HOME", dir.path("data")},
+                               {"XDG_CACHE_HOME", dir.path("cache")}};
+#ifdef __SANITIZE_ADDRESS__
+    environment["LD_PRELOAD"] = dir.path(fs::path(VESKARA_KEEP_LIBRARIES).filename());
+#endif
+    return environment;
+  }
+
+ private:
+  static void give(const fs::path& path) {
+    if (lchown(path.c_str(), kNobody, kNobody) != 0) throw std::runtime_error("cannot give " + path.string());
+  }
+
+  support::TempDir dir;
+};
+
+// A game of level 1 in which four pairs were taken and a hint and a shuffle were asked for.
+store::SavedGame goodGame() {
+  const std::vector<mj::Slot>& slots = mj::levelToConfig(1).slots;
+  store::SavedGame saved = {.valid = true, .level = 1, .seed = 1, .game = mj::createGame(slots, 1)};
+  for (int i = 0; i < 4; ++i) {
+    const auto [a, b] = mj::findHint(saved.game);
+    mj::applyMatch(saved.game, a, b);
+  }
+  mj::shuffleBoard(saved.game);
+  saved.game.hints = 1;
+  saved.elapsedMs = 61000;
+  return saved;
+}
+
+// The text of a file as the game writes it.
+std::string written(const std::string& file, const std::function<void()>& save) {
+  const support::TempDir home;
+  return support::inOwnProcess([&] {
+    setenv("XDG_DATA_HOME", home.path().c_str(), 1);
+    save();
+    return support::readAll(home.path("veskara/" + file));
+  });
+}
+
+std::string goodSave() {
+  return written("save.json", [] { store::saveGame(goodGame()); });
+}
+
+// What matters of a game, to be compared across processes.
+std::string textOf(const mj::GameState& game) {
+  std::string text;
+  for (const std::string& face : game.faces) text += face + ",";
+  for (const int number : {game.removed, game.hints, game.shuffles, static_cast<int>(game.history.size())}) {
+    text += " " + std::to_string(number);
+  }
+  return text + " " + std::to_string(game.rng);
+}
+
+// A hint, a shuffle and an undo, as the keys ask for them.
+void playKeys(mj::GameState& game) {
+  if (mj::findHint(game).first >= 0) ++game.hints;
+  mj::shuffleBoard(game);
+  mj::undo(game);
+}
+
+std::string afterKeys(mj::GameState game) {
+  playKeys(game);
+  return textOf(game);
+}
+
+mj::GameState freshGame() { return mj::createGame(mj::levelToConfig(1).slots, 1); }
+
+// Statistics come a second after the start, when the splash screen is long gone.
+void waitUntilPlaying(Game& game) {
+  EXPECT_TRUE(window::waitFor([&] { return game.process().errors().find("[stats]") != std::string::npos; }));
+}
+
+// The program's run in this home: it is asked for a hint, a shuffle and an undo at once, and ended.
+struct Run {
+  std::string errors;
+  std::string game;  // as it was saved
+};
+
+Run playIn(Desktop& desktop, const Home& home) {
+  Game game(home.command(), desktop, home.environment());
+  waitUntilPlaying(game);
+  for (const Key key : {Key::H, Key::M, Key::U}) game.type(key);
+  game.type(Key::LeftControl, Key::Q);
+  EXPECT_EQ(game.process().waitForEnd(), 0) << game.process().errors();
+  return {.errors = game.process().errors(), .game = support::inOwnProcess([&] {
+                                               setenv("XDG_DATA_HOME", home.path("data").c_str(), 1);
+                                               return textOf(store::loadGame().game);
+                                             })};
+}
+
+struct Damage {
+  const char* name;
+  std::function<void(const Home&)> make;
+  mj::GameState expected;  // on the table when the program has started
+};
+
+mj::GameState goodGameBut(const std::function<void(mj::GameState&)>& change) {
+  mj::GameState game = goodGame().game;
+  change(game);
+  return game;
+}
+
+// The good save with its first `from` replaced.
+std::string saveWith(const std::string& from, const std::string& to) {
+  std::string text = goodSave();
+  const std::size_t at = text.find(from);
+  if (at == std::string::npos) throw std::runtime_error("the save holds no " + from);
+  return text.replace(at, from.size(), to);
+}
+
+Damage saved(const char* name, const std::string& text, const mj::GameState& expected) {
+  return {name, [text](const Home& home) { home.write("save.json", text); }, expected};
+}
+
+void expectPlays(const std::vector<Damage>& damages) {
+  Desktop desktop;
+  for (const Damage& damage : damages) {
+    SCOPED_TRACE(damage.name);
+    const Home home;
+    damage.make(home);
+    home.giveToNobody();
+    const Run run = playIn(desktop, home);
+    EXPECT_EQ(run.game, afterKeys(damage.expected));
+    EXPECT_THAT(run.errors, Not(HasSubstr("[store]")));
+  }
+}
+
+// --- files that can be replaced ---
+
+TEST(DamagedFiles, CutAtAnyPlaceGiveAFreshGame) {
+  const std::string save = goodSave();
+  const std::string settings = written("settings.json", [] { store::saveSettings({}); });
+  Desktop desktop;
+  for (std::size_t length = 0; length < save.size(); length += 100) {
+    SCOPED_TRACE(length);
+    const Home home;
+    for (const char* file : {"save.json", "progress.json", "solves.json"}) {
+      home.write(file, save.substr(0, length));
+    }
+    home.write("settings.json", settings.substr(0, length % settings.size()));
+    home.giveToNobody();
+    EXPECT_EQ(playIn(desktop, home).game, afterKeys(freshGame()));
+  }
+}
+
+TEST(DamagedFiles, OfWrongKindsGiveAFreshGame) {
+  std::vector<Damage> damages;
+  for (const char* text : {"null", "[]", "7", "{\"current_mahjong\":[]}", "{\"current_mahjong\":{}}",
+                           "{\"current_mahjong\":{\"level\":1,\"faces\":{}}}", "\xFF\xFE", "{{{{"}) {
+    damages.push_back(saved(text, text, freshGame()));
+  }
+  damages.push_back(saved("level", saveWith("\"level\":1", "\"level\":\"1\""), freshGame()));
+  damages.push_back(saved("seed", saveWith("\"seed\":1", "\"seed\":[1]"), freshGame()));
+  expectPlays(damages);
+}
+
+TEST(DamagedFiles, LoseNoMoreThanWhatIsDamaged) {
+  const std::string firstFace = "\"faces\":[\"" + goodGame().game.faces[0] + "\"";
+  ASSERT_NE(goodGame().game.faces[0], "");
+  const mj::GameState good = goodGame().game;
+  const auto withoutFirst = [](mj::GameState& game) {
+    game.faces[0].clear();
+    ++game.removed;
+  };
+  expectPlays({
+      saved("nothing damaged", goodSave(), good),
+      saved("a number among the faces", saveWith(firstFace, "\"faces\":[5"), goodGameBut(withoutFirst)),
+      saved("an odd count of tiles", saveWith(firstFace, "\"faces\":[\"\""), goodGameBut(withoutFirst)),
+      saved("a face that nobody knows", saveWith(firstFace, "\"faces\":[\"rose\""),
+            goodGameBut([](mj::GameState& game) { game.faces[0] = "rose"; })),
+      saved("no history", saveWith("\"history\":[", "\"history\":5,\"was\":["),
+            goodGameBut([](mj::GameState& game) { game.history.clear(); })),
+      saved("a history of tiles on the table",
+            saveWith("\"history\":[",
+                     "\"history\":[" + std::string() + "{\"a\":0,\"b\":0,\"fa\":\"dot1\",\"fb\":\"dot1\"},"),
+            good),
+      saved("counters", saveWith("\"hintsUsed\":1", "\"hintsUsed\":-7"),
+            goodGameBut([](mj::GameState& game) { game.hints = 0; })),
+      saved("a time beyond reason", saveWith("\"elapsedMs\":61000", "\"elapsedMs\":1e300"), good),
+      {"save under its temporary name", [](const Home& home) { home.write("save.json.tmp", goodSave()); },
+       good},
+      {"settings of wrong kinds",
+       [](const Home& home) {
+         home.write("save.json", goodSave());
+         home.write("settings.json",
+                    R"({"language":1,"soundOn":"yes","musicVolume":nan,"windowW":1e300,"windowX":-1e300})");
+       },
+       good},
+  });
+}
+
+TEST(DamagedFiles, AnEmptyDirectoryInTheirPlaceIsReplaced) {
+  expectPlays({{"save.json", [](const Home& home) { fs::create_directory(home.data() + "/save.json"); },
+                freshGame()}});
+}
+
+TEST(DamagedFiles, ThatCannotBeReadAreReplaced) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give files to a user of few rights";
+  expectPlays({{"save.json",
+                [](const Home& home) {
+                  home.write("save.json", goodSave());
+                  fs::permissions(home.data() + "/save.json", fs::perms::none);
+                },
+                freshGame()}});
+}
+
+// --- nothing can be written ---
+
+// The program plays a fresh game on: a shuffle shows. It says that it could not write, and ends well.
+void expectPlaysUnsaved(const Home& home, const Environment& changes = {}) {
+  Desktop desktop;
+  Environment environment = home.environment();
+  for (const auto& [name, value] : changes) environment[name] = value;
+  Game game(home.command(), desktop, environment);
+  window::Table table;
+  waitUntilPlaying(game);
+  game.type(Key::M);
+  mj::shuffleBoard(table.game);
+  EXPECT_TRUE(window::waitFor([&] { return static_cast<bool>(table.isShownIn(game.picture().get())); }));
+  game.type(Key::LeftControl, Key::Q);
+  EXPECT_EQ(game.process().waitForEnd(), 0);
+  const std::string dir = environment["XDG_DATA_HOME"] + "/veskara";
+  for (const char* file : {"settings.json", "save.json"}) {
+    EXPECT_THAT(game.process().errors(),
+                HasSubstr("[store] konnte " + dir + "/" + file + " nicht schreiben\n"));
+  }
+}
+
+TEST(DataDirectory, ThatIsReadOnlyCostsTheFilesButNotTheGame) {
+  const Home home;
+  home.giveToNobody();
+  fs::permissions(home.data(), fs::perms::owner_read | fs::perms::owner_exec);
+  expectPlaysUnsaved(home);
+  EXPECT_TRUE(fs::is_empty(home.data()));
+}
+
+TEST(DataDirectory, ThatCannotBeMadeCostsTheFilesButNotTheGame) {
+  const Home home;
+  home.giveToNobody();
+  expectPlaysUnsaved(home, {{"XDG_DATA_HOME", "/dev/null/data"}});
+}
+
+TEST(DataDirectory, WhoseFilesAreFullDirectoriesCostsThemButNotTheGame) {
+  const Home home;
+  for (const char* file : {"settings.json", "save.json"}) {
+    fs::create_directories(home.data() + "/" + file + "/full");
+  }
+  home.giveToNobody();
+  expectPlaysUnsaved(home);
+  EXPECT_TRUE(fs::exists(home.data() + "/save.json/full"));
+}
+
+}  // namespace

@@ -1,0 +1,266 @@
+// What the player did and chose outlives the program, whichever way it ends.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <sstream>
+#include <string>
+
+#include "window/session.h"
+
+namespace {
+
+using testing::ElementsAreArray;
+using window::Child;
+using window::Key;
+using window::kFirstWindow;
+using window::kScreen;
+using window::Point;
+using window::Session;
+using window::Size;
+using window::waitFor;
+
+// --- the game on the table ---
+
+struct WayOut {
+  const char* name;
+  std::function<void(Session&)> take;
+  int status = 0;
+};
+void PrintTo(const WayOut& way, std::ostream* out) { *out << way.name; }
+
+WayOut bySignal(const char* name, int signal) {
+  return {name, [signal](Session& session) { session.game.process().send(signal); }};
+}
+
+const WayOut kWaysOut[] = {
+    {"ControlQ", [](Session& session) { session.game.type(Key::LeftControl, Key::Q); }},
+    {"ClosedWindow", [](Session& session) { session.game.close(); }},
+    {"ClosedMinimisedWindow",
+     [](Session& session) {
+       session.game.minimise();
+       session.game.close();
+     }},
+    {"EscapeAndControlQ",
+     [](Session& session) {
+       session.game.type(Key::Escape);
+       EXPECT_TRUE(session.showsTable());
+       session.game.type(Key::LeftControl, Key::Q);
+     }},
+    bySignal("Sigterm", SIGTERM),
+    bySignal("Sigint", SIGINT),
+    bySignal("Sighup", SIGHUP),
+};
+
+void takePair(Session& session) {
+  ASSERT_TRUE(session.showsTable());
+  const auto [a, b] = session.table.pair();
+  session.tap(a);
+  EXPECT_TRUE(session.showsSelected(a));
+  session.tap(b);
+  mj::applyMatch(session.table.game, a, b);
+  EXPECT_TRUE(session.showsTable());
+}
+
+class Leaving : public testing::TestWithParam<WayOut> {};
+INSTANTIATE_TEST_SUITE_P(By, Leaving, testing::ValuesIn(kWaysOut),
+                         [](const auto& way) { return way.param.name; });
+
+TEST_P(Leaving, KeepsTheGameOnTheTable) {
+  Session first;
+  takePair(first);
+  GetParam().take(first);
+  ASSERT_TRUE(first.endsWith(GetParam().status));
+
+  Session second(first, {});
+  EXPECT_TRUE(second.showsTable());
+  second.game.type(Key::U);
+  mj::undo(second.table.game);
+  EXPECT_TRUE(second.showsTable());
+}
+
+TEST(Killed, GameIsBackAsItWasFiveSecondsBefore) {
+  Session first;
+  takePair(first);
+  const std::string save = first.desktop.dataPath("save.json");
+  std::filesystem::remove(save);
+  ASSERT_TRUE(waitFor([&] { return std::filesystem::exists(save); })) << "it is saved while it is played";
+  first.game.process().send(SIGKILL);
+  ASSERT_TRUE(first.endsWith(-SIGKILL));
+  EXPECT_TRUE(Session(first, {}).showsTable());
+}
+
+// --- the window and its settings ---
+
+void quit(Session& session) {
+  session.game.type(Key::LeftControl, Key::Q);
+  ASSERT_TRUE(session.endsWith(0));
+}
+
+TEST(Window, ComesBackWhereAndAsLargeAsItWas) {
+  Session first;
+  ASSERT_TRUE(first.hasSize(kFirstWindow));
+  first.game.dragCorner(-200, -100);
+  const Size size = {kFirstWindow.w - 200, kFirstWindow.h - 100};
+  ASSERT_TRUE(first.hasSize(size));
+  const Point before = first.game.position();
+  first.game.moveTo({70, 90});
+  ASSERT_TRUE(waitFor([&] { return first.game.position() != before; }));
+  const Point place = first.game.position();
+  quit(first);
+
+  Session second(first, {});
+  EXPECT_TRUE(second.hasSize(size));
+  EXPECT_TRUE(waitFor([&] { return second.game.position() == place; }))
+      << second.game.position().x << ", " << second.game.position().y;
+  quit(second);
+  Session third(second, {});
+  EXPECT_TRUE(third.hasSize(size));
+  EXPECT_TRUE(waitFor([&] { return third.game.position() == place; })) << "it wanders";
+}
+
+TEST(Window, ComesBackMaximised) {
+  Session first;
+  first.game.setMaximised(true);
+  ASSERT_TRUE(waitFor([&] { return first.game.isMaximised() && first.game.size().w == kScreen.w; }));
+  ASSERT_TRUE(first.showsTable());
+  quit(first);
+  Session second(first, {});
+  EXPECT_TRUE(waitFor([&] { return second.game.isMaximised() && second.game.size().w == kScreen.w; }));
+  second.game.setMaximised(false);
+  EXPECT_TRUE(second.hasSize(kFirstWindow));
+}
+
+TEST(Window, IsFullScreenAgainEvenWhenTheProgramWasKilled) {
+  Session first;
+  ASSERT_TRUE(first.showsTable());
+  first.game.type(Key::F11);
+  ASSERT_TRUE(waitFor([&] { return first.game.isFullscreen(); }));
+  first.game.process().send(SIGKILL);
+  ASSERT_TRUE(first.endsWith(-SIGKILL));
+  Session second(first, {});
+  EXPECT_TRUE(waitFor([&] { return second.game.isFullscreen(); }));
+}
+
+TEST(CommandLine, ChoiceOfTheWindowLastsToTheNextStart) {
+  Session first({.arguments = {"--fullscreen"}});
+  EXPECT_TRUE(first.hasSize(kScreen));
+  quit(first);
+  Session second(first, {});
+  EXPECT_TRUE(second.hasSize(kScreen));
+  quit(second);
+  Session third(second, {.arguments = {"--windowed"}});
+  EXPECT_TRUE(third.hasSize(kFirstWindow));
+  quit(third);
+  EXPECT_TRUE(Session(third, {}).hasSize(kFirstWindow));
+}
+
+// --- the files, as another reader of JSON sees them ---
+
+std::vector<std::string> linesOf(const std::string& file) {
+  Child reader({"python3", VESKARA_FLATTEN_JSON, file}, window::cleanEnvironment("/nonexistent"));
+  EXPECT_EQ(reader.waitForEnd(), 0) << reader.errors();
+  std::vector<std::string> lines;
+  std::istringstream text(reader.output());
+  for (std::string line; std::getline(text, line);) lines.push_back(line);
+  return lines;
+}
+
+TEST(SettingsFile, HoldsItsTenMembers) {
+  Session session;
+  ASSERT_TRUE(session.hasSize(kFirstWindow));
+  const Point place = session.game.position();
+  quit(session);
+  const std::vector<std::string> expected = {
+      ".fullscreen=false",
+      ".language=\"\"",
+      ".maximized=false",
+      ".musicVolume=0.25",
+      ".sfxVolume=1",
+      ".soundOn=true",
+      ".windowH=" + std::to_string(kFirstWindow.h),
+      ".windowW=" + std::to_string(kFirstWindow.w),
+      ".windowX=" + std::to_string(place.x),
+      ".windowY=" + std::to_string(place.y),
+  };
+  EXPECT_THAT(linesOf(session.desktop.dataPath("settings.json")), ElementsAreArray(expected));
+}
+
+std::string member(const std::string& name, const std::string& value) {
+  return ".current_mahjong." + name + "=" + value;
+}
+std::string member(const std::string& name, long long value) { return member(name, std::to_string(value)); }
+std::string quoted(const std::string& text) { return "\"" + text + "\""; }
+
+// What the file of this game of level 1 holds, but for its two times.
+std::vector<std::string> linesOf(const mj::GameState& game) {
+  std::vector<std::string> lines;
+  for (std::size_t i = 0; i < game.faces.size(); ++i) {
+    lines.push_back(member("faces[" + std::to_string(i) + "]", quoted(game.faces[i])));
+  }
+  lines.push_back(member("hintsUsed", game.hints));
+  for (std::size_t i = 0; i < game.history.size(); ++i) {
+    const std::string entry = "history[" + std::to_string(i) + "].";
+    lines.push_back(member(entry + "a", game.history[i].a));
+    lines.push_back(member(entry + "b", game.history[i].b));
+    lines.push_back(member(entry + "fa", quoted(game.history[i].faceA)));
+    lines.push_back(member(entry + "fb", quoted(game.history[i].faceB)));
+  }
+  lines.push_back(member("level", 1));
+  lines.push_back(member("rngState", game.rng));
+  lines.push_back(member("seed", 1));
+  lines.push_back(member("selectedId", game.selected));
+  lines.push_back(member("shufflesUsed", game.shuffles));
+  return lines;
+}
+
+// The value of this member; it is taken out of the lines.
+std::int64_t take(std::vector<std::string>& lines, const std::string& name) {
+  const std::string start = member(name, "");
+  for (auto line = lines.begin(); line != lines.end(); ++line) {
+    if (!line->starts_with(start)) continue;
+    const std::int64_t value = std::stoll(line->substr(start.size()));
+    lines.erase(line);
+    return value;
+  }
+  ADD_FAILURE() << "no " << name;
+  return 0;
+}
+
+TEST(SaveFile, HoldsTheGame) {
+  const auto started = std::chrono::system_clock::now();
+  Session session;
+  mj::GameState& game = session.table.game;
+  takePair(session);
+  takePair(session);
+  session.game.type(Key::H);
+  ++game.hints;
+  session.game.type(Key::M);
+  mj::shuffleBoard(game);
+  EXPECT_TRUE(session.showsTable());
+  const int selected = mj::freeIds(game).back();
+  session.tap(selected);
+  EXPECT_TRUE(session.showsSelected(selected));
+  game.selected = selected;
+  quit(session);
+  const auto ended = std::chrono::system_clock::now();
+
+  std::vector<std::string> lines = linesOf(session.desktop.dataPath("save.json"));
+  const auto sinceEpoch = [](const auto& time) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
+  };
+  const std::int64_t savedAt = take(lines, "savedAt");
+  EXPECT_LE(sinceEpoch(started), savedAt);
+  EXPECT_LE(savedAt, sinceEpoch(ended));
+  const std::int64_t elapsed = take(lines, "elapsedMs");
+  EXPECT_GT(elapsed, 0);
+  EXPECT_LT(elapsed, sinceEpoch(ended) - sinceEpoch(started));
+  const std::vector<std::string> expected = linesOf(game);
+  ASSERT_EQ(lines.size(), expected.size());
+  for (std::size_t i = 0; i < lines.size(); ++i) EXPECT_EQ(lines[i], expected[i]);
+}
+
+}  // namespace
