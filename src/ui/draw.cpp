@@ -217,4 +217,12 @@ void drawTextCentered(cairo_t* cr, double cx, double cy, std::string_view text, 
   showLayout(cr, cx - 0.5 * size.w, cy - 0.5 * size.h, layout, style);
 }
 
+void textPathCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style) {
+  if (!isDrawable(text, style)) return;
+  PangoLayout* layout = fittedLayout(cr, text, style);
+  const TextSize size = sizeOf(layout);
+  cairo_move_to(cr, cx - 0.5 * size.w, cy - 0.5 * size.h);
+  pango_cairo_layout_path(cr, layout);
+}
+
 }  // namespace ui

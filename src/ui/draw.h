@@ -63,4 +63,7 @@ void drawText(cairo_t* cr, double x, double y, std::string_view text, const Text
 // Draws with the middle of the text's box at (cx, cy), whatever `style.align` says.
 void drawTextCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style);
 
+// Adds the outlines of the same letters in the same place to the path, without drawing them.
+void textPathCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style);
+
 }  // namespace ui

@@ -21,14 +21,6 @@ void fillWith(cairo_t* cr, double w, double h, cairo_pattern_t* pattern) {
   cairo_fill(cr);
 }
 
-void paintCloth(cairo_t* cr, double w, double h, const mj::TableTheme& theme) {
-  const CairoPattern cloth(cairo_pattern_create_linear(0, 0, 0, h));
-  addStop(cloth.get(), 0, theme.top, 1);
-  addStop(cloth.get(), 0.5, theme.middle, 1);
-  addStop(cloth.get(), 1, theme.bottom, 1);
-  fillWith(cr, w, h, cloth.get());
-}
-
 // A lamp hangs a little above the middle of the table.
 void paintLight(cairo_t* cr, double w, double h, const mj::TableTheme& theme) {
   const double x = w / 2;
@@ -80,7 +72,7 @@ void paintOrnament(cairo_t* cr, double w, double h, std::uint32_t color) {
 }
 
 void paintFelt(cairo_t* cr, double w, double h, const mj::TableTheme& theme, bool ornate) {
-  paintCloth(cr, w, h, theme);
+  drawCloth(cr, w, h, theme);
   paintLight(cr, w, h, theme);
   paintVignette(cr, w, h, theme);
   if (ornate) paintOrnament(cr, w, h, theme.ornament);
@@ -124,6 +116,14 @@ double feltFrameMargin(double w, double h) {
 double feltCornerSize(double w, double h) {
   const double v = std::min(w, h) * 0.05;
   return v <= 16 ? 16 : std::round(std::min(v, 34.0));
+}
+
+void drawCloth(cairo_t* cr, double w, double h, const mj::TableTheme& theme) {
+  const CairoPattern cloth(cairo_pattern_create_linear(0, 0, 0, h));
+  addStop(cloth.get(), 0, theme.top, 1);
+  addStop(cloth.get(), 0.5, theme.middle, 1);
+  addStop(cloth.get(), 1, theme.bottom, 1);
+  fillWith(cr, w, h, cloth.get());
 }
 
 void drawFelt(const Ctx& ctx, const mj::TableTheme* theme, bool ornate) {

@@ -12,6 +12,9 @@ namespace ui {
 // direction).
 void drawFelt(const Ctx& ctx, const mj::TableTheme* theme, bool ornate);
 
+// The bare cloth alone, without light, rim and frame, filling (0, 0, w, h).
+void drawCloth(cairo_t* cr, double w, double h, const mj::TableTheme& theme);
+
 // Distance of the golden frame from the window's edge, 12 to 28.
 double feltFrameMargin(double w, double h);
 // Side of the keys in the frame's corners, 16 to 34.

@@ -152,14 +152,10 @@ void drawBlossom(cairo_t* cr, const Rect& face, const Blossom& blossom, int rank
 }
 
 void drawBlank(cairo_t* cr, const Rect& rect, const TilePaint& paint, double alpha) {
-  const double radius = tileRadius(rect.w);
   const Rect face = tileFaceRect(rect);
   const Rect inner{face.x + face.w * 0.08, face.y + face.h * 0.07, face.w * 0.84, face.h * 0.86};
-  fillRoundedRect(cr, rect, radius, paint.body, alpha);
-  strokeRoundedRect(cr, rect, radius, 1, kBodyEdge, alpha);
-  fillRoundedRect(cr, face, radius, paint.face, alpha);
-  strokeRoundedRect(cr, face, radius, 1, kFaceEdge, alpha);
-  strokeRoundedRect(cr, inner, radius * 0.7, 1, kInnerFrame, alpha * kInnerFrameAlpha);
+  drawTileBlock(cr, rect, paint.body, paint.face, alpha);
+  strokeRoundedRect(cr, inner, tileRadius(rect.w) * 0.7, 1, kInnerFrame, alpha * kInnerFrameAlpha);
 }
 
 // A faded picture fades as one layer, so that its overlapping strokes do not show through each other.
@@ -212,6 +208,15 @@ Rect insetRect(const Rect& rect, double inset) {
 Rect scaledRect(const Rect& rect, double factor) {
   return {rect.x - (factor - 1) * rect.w / 2, rect.y - (factor - 1) * rect.h / 2, rect.w * factor,
           rect.h * factor};
+}
+
+void drawTileBlock(cairo_t* cr, const Rect& rect, unsigned body, unsigned face, double alpha) {
+  const double radius = tileRadius(rect.w);
+  const Rect faceRect = tileFaceRect(rect);
+  fillRoundedRect(cr, rect, radius, body, alpha);
+  strokeRoundedRect(cr, rect, radius, 1, kBodyEdge, alpha);
+  fillRoundedRect(cr, faceRect, radius, face, alpha);
+  strokeRoundedRect(cr, faceRect, radius, 1, kFaceEdge, alpha);
 }
 
 void drawTileFace(cairo_t* cr, const Rect& faceRect, const std::string& face) {

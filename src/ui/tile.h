@@ -48,6 +48,8 @@ Rect insetRect(const Rect& rect, double inset);
 // `rect` made larger by `factor` about its centre.
 Rect scaledRect(const Rect& rect, double factor);
 
+// The block without any picture: body and face with their outlines.
+void drawTileBlock(cairo_t* cr, const Rect& rect, unsigned body, unsigned face, double alpha);
 // The picture alone. An unknown face is shown as a one of dots.
 void drawTileFace(cairo_t* cr, const Rect& faceRect, const std::string& face);
 // An unselected tile without overlays. An empty face name gives a blank tile, here and below.

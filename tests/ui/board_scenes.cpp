@@ -38,8 +38,12 @@ ui::CairoSurface paintScene(Path path, const Frame& frame, const std::function<v
     ui::gpuSetScale(frame.scale);
     window.clear(kFelt);
     ui::gpuBeginFrame();
-    ui::Ctx ctx = contextOf(nullptr, frame);
-    draw(ctx);
+    const ui::CairoSurface overlay = support::makePicture(w, h, [&](cairo_t* cr) {
+      cairo_scale(cr, frame.scale, frame.scale);
+      ui::Ctx ctx = contextOf(cr, frame);
+      draw(ctx);
+    });
+    EXPECT_TRUE(support::samePicture(overlay.get(), support::makePicture(w, h).get())) << "drawn with cairo";
     return window.picture();
   }
   ui::gpuShutdown();

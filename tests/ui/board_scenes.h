@@ -26,7 +26,8 @@ struct Frame {
   double time = 0;
   double scale = 1;
 };
-// On the texture path the picture shows the copies alone, as the renderer has them.
+// On the texture path the picture shows the copies alone, as the renderer has them; anything drawn with cairo
+// there fails the test.
 ui::CairoSurface paintScene(Path path, const Frame& frame, const std::function<void(ui::Ctx&)>& draw);
 
 // Box of the pixels that are not bare felt, in device pixels; empty for bare felt.

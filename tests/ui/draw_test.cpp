@@ -370,6 +370,35 @@ TEST(CentredText, IsShrunkToFitToo) {
   EXPECT_TRUE(samePicture(seen.get(), centred({.size = 14}).get()));
 }
 
+TEST(TextPath, OutlinesTheLettersWhereTheyAreDrawn) {
+  const ui::TextStyle style{.size = 40, .maxWidth = 0.8 * measured("XX", {.size = 40}).w};
+  const ui::CairoSurface recording(cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, nullptr));
+  const ui::CairoContext cr(cairo_create(recording.get()));
+  ui::drawTextCentered(cr.get(), 150, 40, "XX", style);
+  ui::Rect ink;
+  cairo_recording_surface_ink_extents(recording.get(), &ink.x, &ink.y, &ink.w, &ink.h);
+
+  ui::textPathCentered(cr.get(), 150, 40, "XX", style);
+  double left = 0;
+  double top = 0;
+  double right = 0;
+  double bottom = 0;
+  cairo_fill_extents(cr.get(), &left, &top, &right, &bottom);
+  EXPECT_GT(right - left, 30);
+  EXPECT_NEAR(left, ink.x, 1.5);
+  EXPECT_NEAR(top, ink.y, 1.5);
+  EXPECT_NEAR(right, ink.x + ink.w, 1.5);
+  EXPECT_NEAR(bottom, ink.y + ink.h, 1.5);
+}
+
+TEST(TextPath, OfNothingIsNoPath) {
+  textPicture([](cairo_t* cr) {
+    ui::textPathCentered(cr, 150, 40, "", {.size = 20});
+    ui::textPathCentered(cr, 150, 40, kWords, {.size = 0});
+    EXPECT_FALSE(cairo_has_current_point(cr));
+  });
+}
+
 TEST(Text, HasItsColourAndOpacity) {
   const auto picture = textPicture(
       [](cairo_t* cr) { ui::drawText(cr, 10, 0, "\u2588", {.size = 40, .color = 0xFF0000, .alpha = 0.4}); });

@@ -1,0 +1,26 @@
+// scenes.h: two more uses of a board: the faded one that drifts behind the menu, and the picture of one in a
+// file. Knows no screen and no record of games. Units: logical pixels, seconds; the file's size in its
+// pixels.
+#pragma once
+
+#include <string>
+
+#include "app/context.h"
+#include "rules/engine.h"
+#include "rules/table_themes.h"
+
+namespace ui {
+
+// The game's board over the whole window, faded, zooming and drifting slowly by ctx.time. Only tiles are
+// drawn, so that whatever cloth lies below shows through. With a renderer the board is painted when the
+// window's size or the game is another than in the frame before, and copied otherwise; only one board is
+// kept. Where the renderer cannot paint into a texture there is no backdrop.
+void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game);
+
+// Writes a PNG of size x size pixels: the theme's cloth, the board as it looks on the table, a thin frame.
+// A file of that name is replaced once the picture is whole: should anything go wrong, or the program die
+// meanwhile, it is as it was before. False when nothing could be written, or without a pixel to write.
+bool captureBoardPng(const mj::GameState& game, const mj::TableTheme& theme, int size,
+                     const std::string& path);
+
+}  // namespace ui

@@ -1,0 +1,374 @@
+#include "ui/title.h"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <numbers>
+#include <string>
+
+#include "ui/draw.h"
+#include "ui/gpu.h"
+#include "ui/tile.h"
+
+namespace ui {
+namespace {
+
+constexpr std::uint32_t kGold = 0xE8C44D;
+constexpr std::uint32_t kGlowHighlight = 0xFFF7DF;
+constexpr std::uint32_t kGlowShadow = 0xB8860B;
+
+// The picture of a glowing letter, in font sizes: room for the letter, and a margin for its halo.
+constexpr double kRoomW = 1.2;
+constexpr double kRoomH = 1.4;
+constexpr double kMargin = 0.7;
+
+constexpr int kHaloPasses = 3;
+constexpr double kHaloStep = 0.035;  // growth from pass to pass
+constexpr double kRimWidth = 0.05;   // of a whole word, in font sizes
+
+constexpr double kWavePeriod = 2.8;
+constexpr double kWaveLead = 2.5;   // letters that the crest runs on beyond the word's ends
+constexpr double kWaveReach = 1.6;  // letters from the crest to where it is felt no more
+constexpr double kWaveLift = 2;     // pixels
+constexpr double kWaveGrowth = 0.06;
+
+constexpr std::array<std::uint32_t, 4> kInk = {0xB91C1C, 0x1E3A8A, 0x15803D, 0x8A6D1D};
+constexpr std::uint32_t kTileBody = 0xC9B98F;
+constexpr std::uint32_t kTileFace = 0xF5EEDC;
+constexpr std::uint32_t kTileHighlight = 0xFFF3C4;
+constexpr double kTileStep = 1.12;  // from tile to tile, in tile widths
+
+constexpr double kDropDelay = 0.15;
+constexpr double kDropStagger = 0.11;
+constexpr double kDropTime = 0.46;
+constexpr double kDropHeight = 0.9;  // in tile heights
+
+// --- letters ---
+
+std::size_t charLength(char first) {
+  const auto byte = static_cast<unsigned char>(first);
+  if (byte >= 0xF0 && byte <= 0xF7) return 4;
+  if (byte >= 0xE0 && byte <= 0xEF) return 3;
+  if (byte >= 0xC0 && byte <= 0xDF) return 2;
+  return 1;
+}
+
+// Of a broken piece GLib gives a number beyond all code points, which is neither a mark nor of any script.
+gunichar codePoint(std::string_view piece) {
+  return g_utf8_get_char_validated(piece.data(), static_cast<gssize>(piece.size()));
+}
+
+bool isRightToLeft(std::string_view piece) {
+  const GUnicodeScript script = g_unichar_get_script(codePoint(piece));
+  return script == G_UNICODE_SCRIPT_ARABIC || script == G_UNICODE_SCRIPT_HEBREW;
+}
+
+// The characters with their combining marks: what is drawn as one. A mark at the start stands alone.
+std::vector<std::string_view> letters(std::string_view text) {
+  std::vector<std::string_view> result;
+  for (const std::string_view piece : chars(text)) {
+    if (!result.empty() && g_unichar_ismark(codePoint(piece))) {
+      result.back() = {result.back().data(), result.back().size() + piece.size()};
+    } else {
+      result.push_back(piece);
+    }
+  }
+  return result;
+}
+
+// "sans" bold, as both titles have it.
+TextStyle letterStyle(double size, std::uint32_t color, double alpha) {
+  return {.family = "sans", .size = size, .bold = true, .color = color, .alpha = alpha};
+}
+
+void blitCentered(SDL_Texture* texture, double cx, double cy, double w, double h, double alpha) {
+  gpuBlit(texture, cx - w / 2, cy - h / 2, w, h, alpha);
+}
+
+// --- the glowing word ---
+
+struct GlowLetter {
+  std::string_view text;
+  double advance;
+};
+
+struct GlowWord {
+  std::vector<GlowLetter> letters;
+  double w = 0;
+  double h = 0;
+};
+
+std::vector<std::string_view> glowLetters(std::string_view text) {
+  std::vector<std::string_view> pieces = letters(text);
+  if (std::any_of(pieces.begin(), pieces.end(), isRightToLeft)) return {text};
+  return pieces;
+}
+
+GlowWord measureWord(cairo_t* cr, std::string_view text, double size) {
+  GlowWord word;
+  const TextStyle style = letterStyle(size, kGold, 1);
+  for (const std::string_view letter : glowLetters(text)) {
+    double advance = 0;
+    double height = 0;
+    measureText(cr, letter, style, advance, height);
+    word.letters.push_back({letter, advance});
+    word.w += advance;
+    word.h = std::max(word.h, height);
+  }
+  return word;
+}
+
+// A letter's room is the same for all; a whole word needs what it is wide.
+double roomFor(const GlowLetter& letter, double size) { return std::max(kRoomW * size, letter.advance); }
+
+struct GlowPaint {
+  std::uint32_t color;
+  std::uint32_t haloColor;
+  double haloAlpha;
+};
+
+// A letter's halo is made of larger copies. Those of a whole word would run away sideways: it gets a soft rim
+// instead, as wide as the halo is above and below a letter.
+void drawHalo(cairo_t* cr, double cx, double cy, const GlowLetter& letter, double size,
+              const GlowPaint& paint) {
+  if (letter.advance > kRoomW * size) {
+    textPathCentered(cr, cx, cy, letter.text, letterStyle(size, paint.haloColor, 1));
+    softShadowFromPath(cr, 0, 0, kRimWidth * size, paint.haloColor, kHaloPasses * paint.haloAlpha);
+    cairo_new_path(cr);
+    return;
+  }
+  for (int pass = kHaloPasses; pass >= 1; --pass) {
+    const double grown = size * (1 + kHaloStep * pass);
+    drawTextCentered(cr, cx, cy, letter.text, letterStyle(grown, paint.haloColor, paint.haloAlpha));
+  }
+}
+
+void drawGlowLetter(cairo_t* cr, double cx, double cy, const GlowLetter& letter, double size,
+                    const GlowPaint& paint) {
+  drawHalo(cr, cx, cy, letter, size, paint);
+  drawTextCentered(cr, cx, cy, letter.text, letterStyle(size, paint.color, 1));
+}
+
+struct GlowJob {
+  const GlowLetter& letter;
+  double size;
+  std::uint32_t color;
+
+  double w() const { return roomFor(letter, size) + kMargin * size; }
+  double h() const { return (kRoomH + kMargin) * size; }
+};
+
+void paintGlowLetter(cairo_t* cr, void* user) {
+  const auto& job = *static_cast<const GlowJob*>(user);
+  drawGlowLetter(cr, job.w() / 2, job.h() / 2, job.letter, job.size, {job.color, job.color, 0.16});
+}
+
+std::string hex(std::uint32_t color) {
+  std::array<char, 9> digits{};
+  std::snprintf(digits.data(), digits.size(), "%06x", color);
+  return digits.data();
+}
+
+// Lengths in keys: fine enough to tell sizes apart that make a difference.
+std::string quarters(double length) { return std::to_string(static_cast<int>(length * 4)); }
+
+SDL_Texture* glowLetter(GlowJob job) {
+  const std::string key =
+      "glow|" + std::string(job.letter.text) + "|" + quarters(job.size) + "|" + hex(job.color);
+  return gpuTexture(key, gpuPixels(job.w()), gpuPixels(job.h()), paintGlowLetter, &job);
+}
+
+// How much of the wave letter i of n feels, 0 to 1.
+double waveAt(int i, int n, double time) {
+  const double crest = (n + 2 * kWaveLead) * (std::fmod(time, kWavePeriod) / kWavePeriod) - kWaveLead;
+  return std::max(0.0, 1 - std::abs(i - crest) / kWaveReach);
+}
+
+void blitGlowLetter(double cx, double cy, const GlowLetter& letter, double size, double growth, double wave) {
+  const GlowJob gold{letter, size, kGold};
+  blitCentered(glowLetter(gold), cx, cy, gold.w() * growth, gold.h() * growth, 1);
+  if (wave <= 0.01) return;
+  blitCentered(glowLetter({letter, size, kGlowHighlight}), cx, cy, gold.w() * growth, gold.h() * growth,
+               wave);
+}
+
+// --- the word on tiles ---
+
+void drawTitleTile(cairo_t* cr, const Rect& rect, std::string_view letter, std::uint32_t ink, double alpha) {
+  const Rect face = tileFaceRect(rect);
+  drawTileBlock(cr, rect, kTileBody, kTileFace, alpha);
+  TextStyle style = letterStyle(rect.h * 0.5, ink, alpha);
+  style.maxWidth = face.w;
+  drawTextCentered(cr, face.x + face.w / 2, face.y + face.h / 2, letter, style);
+}
+
+void drawTileHighlight(cairo_t* cr, const Rect& rect, double alpha) {
+  fillRoundedRect(cr, tileFaceRect(rect), tileRadius(rect.w), kTileHighlight, alpha);
+}
+
+struct TitleTileJob {
+  std::string_view letter;
+  double w;
+  double h;
+  std::uint32_t ink;
+  bool highlight;
+};
+
+void paintTitleTile(cairo_t* cr, void* user) {
+  const auto& job = *static_cast<const TitleTileJob*>(user);
+  const Rect rect{0, 0, job.w, job.h};
+  if (job.highlight) return drawTileHighlight(cr, rect, 1);
+  drawTitleTile(cr, rect, job.letter, job.ink, 1);
+}
+
+SDL_Texture* titleTile(std::string_view letter, double w, double h, std::uint32_t ink, bool highlight) {
+  const std::string key =
+      "ttl|" + std::string(letter) + "|" + quarters(w) + "|" + hex(ink) + (highlight ? "|1" : "|0");
+  TitleTileJob job{letter, w, h, ink, highlight};
+  return gpuTexture(key, gpuPixels(w), gpuPixels(h), paintTitleTile, &job);
+}
+
+// How far a tile's drop is done; negative before it begins, 1 or more at rest.
+double dropProgress(int i, double sinceStart) {
+  return (sinceStart - (kDropDelay + kDropStagger * i)) / kDropTime;
+}
+
+// How a tile stands in one frame.
+struct TilePose {
+  double dy;  // below its place
+  double scale;
+  double sway;  // squash in width, which looks like a slight turn
+  double alpha;
+  double shine;  // opacity of the highlight
+};
+
+// From 0 to 1, a little beyond it on the way.
+double easeOutBack(double progress) {
+  const double p = progress - 1;
+  return 1 + p * p * (2.4 * p + 1.4);
+}
+
+// The light that passes over tile i of n, 0 to 1.
+double shimmerAt(int i, int n, double time) {
+  const double light = std::fmod(1.4 * time, n + 3) - 1.5;
+  return 0.55 * std::max(0.0, 1 - std::abs(i - light));
+}
+
+TilePose tilePose(int i, int n, double tileH, double time, double dropped) {
+  const double arrived = dropped < 1 ? easeOutBack(dropped) : 1;
+  const double bob = std::sin(1.7 * time + 0.55 * i) * 0.05;
+  const double turn = std::sin(1.2 * time + 0.6 * i) * 5 * std::numbers::pi / 180;
+  return {.dy = (arrived * bob - (1 - arrived) * kDropHeight) * tileH,
+          .scale = 0.82 + 0.18 * arrived,
+          .sway = std::cos(turn * arrived),
+          .alpha = arrived,
+          .shine = arrived * shimmerAt(i, n, time)};
+}
+
+struct LetterTile {
+  std::string_view letter;
+  std::uint32_t ink;
+  double cx;
+  double cy;
+  double w;
+  double h;
+};
+
+void blitLetterTile(const LetterTile& tile, const TilePose& pose) {
+  const double w = tile.w * pose.scale * pose.sway;
+  const double h = tile.h * pose.scale;
+  blitCentered(titleTile(tile.letter, tile.w, tile.h, tile.ink, false), tile.cx, tile.cy, w, h, pose.alpha);
+  if (pose.shine <= 0) return;
+  blitCentered(titleTile("", tile.w, tile.h, 0, true), tile.cx, tile.cy, w, h, pose.shine);
+}
+
+void drawLetterTile(cairo_t* cr, const LetterTile& tile, const TilePose& pose) {
+  const Rect rect{-tile.w / 2, -tile.h / 2, tile.w, tile.h};
+  cairo_save(cr);
+  cairo_translate(cr, tile.cx, tile.cy);
+  cairo_scale(cr, pose.sway * pose.scale, pose.scale);
+  drawTitleTile(cr, rect, tile.letter, tile.ink, pose.alpha);
+  if (pose.shine > 0) drawTileHighlight(cr, rect, pose.shine);
+  cairo_restore(cr);
+}
+
+}  // namespace
+
+std::vector<std::string_view> chars(std::string_view text) {
+  std::vector<std::string_view> result;
+  while (!text.empty()) {
+    result.push_back(text.substr(0, charLength(text.front())));
+    text.remove_prefix(result.back().size());
+  }
+  return result;
+}
+
+std::uint32_t mixColor(std::uint32_t color, double t) {
+  const double part = std::clamp(t, 0.0, 1.0);
+  std::uint32_t mixed = 0;
+  for (const int shift : {16, 8, 0}) {
+    const auto from = static_cast<double>((color >> shift) & 0xFFU);
+    const auto to = static_cast<double>((kGlowHighlight >> shift) & 0xFFU);
+    mixed |= static_cast<std::uint32_t>(from + (to - from) * part) << shift;
+  }
+  return mixed;
+}
+
+void drawGlowTitle(const Ctx& ctx, double cx, double top, std::string_view text, double size) {
+  const GlowWord word = measureWord(ctx.cr, text, size);
+  const auto n = static_cast<int>(word.letters.size());
+  double x = cx - word.w / 2;
+  for (int i = 0; i < n; ++i) {
+    const GlowLetter& letter = word.letters[static_cast<std::size_t>(i)];
+    const double wave = waveAt(i, n, ctx.time);
+    const double growth = 1 + kWaveGrowth * wave;
+    const double middleX = x + letter.advance / 2;
+    const double middleY = top + word.h / 2 - kWaveLift * wave;
+    if (gpuRenderer() != nullptr) {
+      blitGlowLetter(middleX, middleY, letter, size, growth, wave);
+    } else {
+      drawGlowLetter(ctx.cr, middleX, middleY, {letter.text, letter.advance * growth}, size * growth,
+                     {mixColor(kGold, wave), mixColor(kGlowShadow, wave), 0.12 + 0.1 * wave});
+    }
+    x += letter.advance;
+  }
+}
+
+double glowTitleWidth(const Ctx& ctx, std::string_view text, double size) {
+  return measureWord(ctx.cr, text, size).w;
+}
+
+double drawTileTitle(const Ctx& ctx, double cx, double top, std::string_view text, double tileW,
+                     double startTime) {
+  const double tileH = std::round(kTileAspect * tileW);
+  const std::vector<std::string_view> word = letters(text);
+  const auto n = static_cast<int>(word.size());
+  const double step = kTileStep * tileW;
+  for (int i = 0; i < n && tileW > 0; ++i) {
+    const double dropped = dropProgress(i, ctx.time - startTime);
+    if (dropped < 0) break;
+    const TilePose pose = tilePose(i, n, tileH, ctx.time, dropped);
+    const LetterTile tile{.letter = word[static_cast<std::size_t>(i)],
+                          .ink = kInk[static_cast<std::size_t>(i) % kInk.size()],
+                          .cx = cx + (i + 0.5 - n / 2.0) * step,
+                          .cy = top + tileH / 2 + pose.dy,
+                          .w = tileW,
+                          .h = tileH};
+    if (gpuRenderer() != nullptr) {
+      blitLetterTile(tile, pose);
+    } else {
+      drawLetterTile(ctx.cr, tile, pose);
+    }
+  }
+  return tileH;
+}
+
+double tileTitleWidth(std::string_view text, double tileW) {
+  return static_cast<double>(letters(text).size()) * kTileStep * tileW;
+}
+
+}  // namespace ui
