@@ -1,0 +1,53 @@
+// i18n_data.h: the catalogues as they are built in, one source file a language below catalogues/. Everybody
+// but i18n.cpp asks i18n.h instead.
+#pragma once
+
+#include <cstddef>
+
+namespace i18n_data {
+
+// UTF-8. A text's {{name}} stands where the caller's value goes.
+struct Entry {
+  const char* key;
+  const char* text;
+};
+
+struct Catalog {
+  const char* code;
+  const char* nativeName;
+  const char* englishName;
+  bool rtl;
+  const Entry* entries;  // sorted by key; every catalogue has the same keys
+  std::size_t count;
+};
+
+inline constexpr std::size_t kCatalogCount = 22;
+inline constexpr std::size_t kEntryCount = 55;
+
+extern const Entry kEntries_de[kEntryCount];
+extern const Entry kEntries_en[kEntryCount];
+extern const Entry kEntries_fr[kEntryCount];
+extern const Entry kEntries_es[kEntryCount];
+extern const Entry kEntries_it[kEntryCount];
+extern const Entry kEntries_pt[kEntryCount];
+extern const Entry kEntries_nl[kEntryCount];
+extern const Entry kEntries_pl[kEntryCount];
+extern const Entry kEntries_cs[kEntryCount];
+extern const Entry kEntries_hu[kEntryCount];
+extern const Entry kEntries_ro[kEntryCount];
+extern const Entry kEntries_sv[kEntryCount];
+extern const Entry kEntries_da[kEntryCount];
+extern const Entry kEntries_fi[kEntryCount];
+extern const Entry kEntries_el[kEntryCount];
+extern const Entry kEntries_tr[kEntryCount];
+extern const Entry kEntries_ru[kEntryCount];
+extern const Entry kEntries_ja[kEntryCount];
+extern const Entry kEntries_zh[kEntryCount];
+extern const Entry kEntries_ko[kEntryCount];
+extern const Entry kEntries_ar[kEntryCount];
+extern const Entry kEntries_he[kEntryCount];
+
+// In the order in which the languages are offered.
+extern const Catalog kCatalogs[kCatalogCount];
+
+}  // namespace i18n_data
