@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "storage/paths.h"
@@ -12,19 +14,42 @@ namespace {
 
 std::string filePath(const std::string& name) { return dataDir() + "/" + name; }
 
+void sayNotWritten(const std::string& path) {
+  std::fprintf(stderr, "[store] konnte %s nicht schreiben\n", path.c_str());
+}
+
+// Not so when it cannot be found out.
+bool isMissing(const std::string& path) {
+  std::error_code error;
+  return !std::filesystem::exists(path, error) && !error;
+}
+
+// Nothing when the document is there but cannot be read.
+std::optional<js::Value> tryRead(const std::string& path) {
+  js::Value doc;
+  if (js::parseFile(path, &doc)) return doc;
+  if (!isMissing(path)) return std::nullopt;
+  const std::string temporary = js::temporaryPath(path);
+  if (js::parseFile(temporary, &doc) || isMissing(temporary)) return doc;
+  return std::nullopt;
+}
+
 }  // namespace
 
-js::Value readFile(const std::string& name) {
-  js::Value doc;
-  if (!js::parseFile(filePath(name), &doc)) js::parseFile(js::temporaryPath(filePath(name)), &doc);
+js::Value readFile(const std::string& name) { return tryRead(filePath(name)).value_or(js::Value()); }
+
+std::optional<js::Value> readFileToChange(const std::string& name) {
+  std::optional<js::Value> doc = tryRead(filePath(name));
+  if (!doc) sayNotWritten(filePath(name));
   return doc;
 }
 
-void writeFile(const std::string& name, const js::Value& doc) {
+bool writeFile(const std::string& name, const js::Value& doc) {
   paths::ensureDir(dataDir());
   const std::string path = filePath(name);
-  if (!js::writeFileAtomic(path, doc))
-    std::fprintf(stderr, "[store] konnte %s nicht schreiben\n", path.c_str());
+  const bool written = js::writeFileAtomic(path, doc);
+  if (!written) sayNotWritten(path);
+  return written;
 }
 
 js::Value valueOf(const std::string& s) {

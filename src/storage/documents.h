@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <optional>
 #include <string>
 #include <type_traits>
 
@@ -17,8 +18,12 @@ namespace store {
 // old file and renaming the new one has left the new one under its temporary name; that one is read then.
 js::Value readFile(const std::string& name);
 
-// Makes the directory too. A failure is said on standard error.
-void writeFile(const std::string& name, const js::Value& doc);
+// The same for a change that keeps part of what it reads: nothing when the file is there but cannot be read,
+// as it must not be replaced then. That is said on standard error.
+std::optional<js::Value> readFileToChange(const std::string& name);
+
+// Makes the directory too. False on a failure, which is said on standard error.
+bool writeFile(const std::string& name, const js::Value& doc);
 
 js::Value valueOf(const std::string& s);
 js::Value valueOf(bool b);

@@ -48,13 +48,16 @@ LevelBest merged(const LevelBest& old, const LevelBest& result) {
 
 Progress loadProgress() { return progressOf(progressDoc()); }
 
-void saveProgress(const Progress& progress) { writeProgressDoc(progress, bestsOf(progressDoc())); }
+void saveProgress(const Progress& progress) {
+  if (const auto doc = readFileToChange(kFile)) writeProgressDoc(progress, bestsOf(*doc));
+}
 
 Progress advanceLevel(int level) {
-  Progress progress = loadProgress();
+  const auto doc = readFileToChange(kFile);
+  Progress progress = doc ? progressOf(*doc) : Progress();
   if (level >= progress.currentLevel) progress.currentLevel = std::min(progress.currentLevel + 1, kLastLevel);
   if (progress.totalSolves < std::numeric_limits<int>::max()) ++progress.totalSolves;
-  saveProgress(progress);
+  if (doc) writeProgressDoc(progress, bestsOf(*doc));
   return progress;
 }
 
@@ -67,12 +70,13 @@ Progress resetProgress() {
 LevelBest bestFor(int level) { return bestOf(progressDoc(), level); }
 
 LevelBest recordBest(int level, const LevelBest& result) {
-  const js::Value doc = progressDoc();
-  const LevelBest best = merged(bestOf(doc, level), result);
-  Bests bests = bestsOf(doc);
+  const auto doc = readFileToChange(kFile);
+  if (!doc) return result;
+  const LevelBest best = merged(bestOf(*doc, level), result);
+  Bests bests = bestsOf(*doc);
   bests[std::to_string(level)] = objectOf(
       {{"stars", valueOf(best.stars)}, {"aids", valueOf(best.aids)}, {"elapsedMs", valueOf(best.elapsedMs)}});
-  writeProgressDoc(progressOf(doc), std::move(bests));
+  writeProgressDoc(progressOf(*doc), std::move(bests));
   return best;
 }
 

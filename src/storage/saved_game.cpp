@@ -85,8 +85,10 @@ mj::GameState gameOf(const js::Value& doc, const std::vector<mj::Slot>& slots) {
 }  // namespace
 
 void saveGame(const SavedGame& saved) {
+  const auto old = readFileToChange(kFile);
+  if (!old) return;
   // What else a file holds may be a later version's.
-  js::Value doc = objectOf(readFile(kFile).o);
+  js::Value doc = objectOf(old->o);
   doc.o[kMember] = gameDoc(saved);
   writeFile(kFile, doc);
 }

@@ -41,11 +41,22 @@ SolveEntry entryOf(const js::Value& doc) {
           .aids = doc["aids"].asInt(0)};
 }
 
-void writeSolves(const std::vector<SolveEntry>& solves) {
+bool writeSolves(const std::vector<SolveEntry>& solves) {
   js::Value doc;
   doc.kind = js::Value::Array;
   for (const SolveEntry& entry : solves) doc.a.push_back(entryDoc(entry));
-  writeFile(kFile, doc);
+  return writeFile(kFile, doc);
+}
+
+// Those with an id.
+std::vector<SolveEntry> solvesOf(const js::Value& doc) {
+  std::vector<SolveEntry> solves;
+  solves.reserve(doc.size());
+  for (const js::Value& element : doc.a) {
+    SolveEntry entry = entryOf(element);
+    if (!entry.id.empty()) solves.push_back(std::move(entry));
+  }
+  return solves;
 }
 
 // A picture that cannot be deleted stays, and harms nobody.
@@ -66,48 +77,47 @@ bool isPlainName(const std::string& name) {
 
 }  // namespace
 
-std::vector<SolveEntry> listSolves() {
-  const js::Value doc = readFile(kFile);
-  std::vector<SolveEntry> solves;
-  solves.reserve(doc.size());
-  for (const js::Value& element : doc.a) {
-    SolveEntry entry = entryOf(element);
-    if (!entry.id.empty()) solves.push_back(std::move(entry));
-  }
-  return solves;
-}
+std::vector<SolveEntry> listSolves() { return solvesOf(readFile(kFile)); }
 
+// A picture goes only when the file no longer needs it.
 void recordSolve(const SolveEntry& entry) {
-  std::vector<SolveEntry> solves = listSolves();
+  const auto doc = readFileToChange(kFile);
+  if (!doc) return;
+  std::vector<SolveEntry> solves = solvesOf(*doc);
+  SolveEntry dropped;
   const auto old = std::find_if(solves.begin(), solves.end(),
                                 [&](const SolveEntry& solve) { return solve.level == entry.level; });
   if (old == solves.end()) {
     solves.insert(solves.begin(), entry);
   } else if (isBetter(entry, *old)) {
-    if (old->shot != entry.shot) removeShot(*old);
+    if (old->shot != entry.shot) dropped = *old;
     *old = entry;
     std::rotate(solves.begin(), old, old + 1);
   } else {
-    removeShot(entry);
+    dropped = entry;
   }
   if (solves.size() > kMostSolves) solves.resize(kMostSolves);
-  writeSolves(solves);
+  if (writeSolves(solves)) removeShot(dropped);
 }
 
 void deleteSolve(const std::string& id) {
-  std::vector<SolveEntry> solves = listSolves();
+  const auto doc = readFileToChange(kFile);
+  if (!doc) return;
+  std::vector<SolveEntry> solves = solvesOf(*doc);
   const auto found =
       std::find_if(solves.begin(), solves.end(), [&](const SolveEntry& solve) { return solve.id == id; });
+  SolveEntry dropped;
   if (found != solves.end()) {
-    removeShot(*found);
+    dropped = *found;
     solves.erase(found);
   }
-  writeSolves(solves);
+  if (writeSolves(solves)) removeShot(dropped);
 }
 
 void clearAllSolves() {
-  for (const SolveEntry& solve : listSolves()) removeShot(solve);
-  writeSolves({});
+  const std::vector<SolveEntry> solves = listSolves();
+  if (!writeSolves({})) return;
+  for (const SolveEntry& solve : solves) removeShot(solve);
 }
 
 std::string newSolveId() {

@@ -1,7 +1,7 @@
 // storage.h: the records that outlive a run, and the files they are kept in. Knows nothing of the window or
 // the screens. Reading never fails: what is missing, damaged or of a wrong kind reads as its default. Writing
-// replaces a whole file; when it fails, one line on standard error says so and the game goes on. Main thread
-// only.
+// replaces a whole file; when it fails, or when what is to be kept of the old file cannot be read, one line
+// on standard error says so, the old file stays, and the game goes on. Main thread only.
 #pragma once
 
 #include <cstdint>
@@ -38,6 +38,8 @@ struct Settings {
   int windowH = 760;
   int windowX = kNoPosition;
   int windowY = kNoPosition;
+
+  bool operator==(const Settings&) const = default;
 };
 
 // Volumes are brought between 0 and 1 (nan gives the default), the window to at least 640 x 480.

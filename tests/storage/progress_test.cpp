@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <limits>
 #include <string>
 
@@ -165,6 +166,14 @@ TEST(AdvanceLevel, KeepsTheBestResults) {
   store::recordBest(1, {3, 0, 5000});
   store::advanceLevel(1);
   EXPECT_EQ(store::bestFor(1), (LevelBest{3, 0, 5000}));
+}
+
+// A file that could not be read for a moment was replaced by a first start's.
+TEST(AdvanceLevel, LeavesAFileAloneThatCannotBeRead) {
+  const DataHome home;
+  std::filesystem::create_directories(home.path(kFile));
+  EXPECT_EQ(store::advanceLevel(1), (Progress{2, 1}));
+  EXPECT_TRUE(std::filesystem::is_directory(home.path(kFile)));
 }
 
 TEST(ResetProgress, ForgetsEverything) {

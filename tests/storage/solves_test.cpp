@@ -272,6 +272,18 @@ TEST(RecordSolve, KeepsAPictureThatTheBetterOneSharesWithTheOld) {
   EXPECT_TRUE(hasPicture(home, better));
 }
 
+// The list on a full disk still named a picture that was gone.
+TEST(RecordSolve, KeepsThePicturesWhenTheListCannotBeWritten) {
+  const DataHome home;
+  const SolveEntry old = record(home, solveOf(1, "old"));
+  std::filesystem::create_symlink("/dev/full", home.path("solves.json.tmp"));
+  record(home, changed(solveOf(1, "better"), [](SolveEntry& e) { e.stars = 3; }));
+  store::deleteSolve("old");
+  store::clearAllSolves();
+  EXPECT_EQ(store::listSolves(), Solves{old});
+  EXPECT_TRUE(hasPicture(home, old));
+}
+
 TEST(RecordSolve, ForgetsTheOldestOfMoreThanTwoHundredButKeepsItsPicture) {
   const DataHome home;
   home.write(kFile, fileOf(200));

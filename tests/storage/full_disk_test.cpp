@@ -1,0 +1,153 @@
+// Disks that take nothing more, and directories that may not be written.
+
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+
+#include "states.h"
+#include "support/data_home.h"
+#include "support/own_process.h"
+
+namespace {
+
+using support::DataHome;
+using support::inOwnProcess;
+using test::Kind;
+
+constexpr std::size_t kPage = 4096;
+constexpr uid_t kNobody = 65534;
+
+std::string failureOf(const DataHome& home, const Kind& kind) {
+  return "[store] konnte " + home.path(kind.file) + " nicht schreiben\n";
+}
+
+// What saving the state says on standard error. A pipe takes it: the disk may be full.
+std::string save(const Kind& kind, int n) {
+  return inOwnProcess([&] {
+    std::array<int, 2> ends = {};
+    if (pipe(ends.data()) != 0 || dup2(ends[1], STDERR_FILENO) < 0) return std::string("no pipe");
+    kind.save(n);
+    close(ends[1]);
+    close(STDERR_FILENO);
+    std::string said(1000, '\0');
+    said.resize(static_cast<std::size_t>(std::max<ssize_t>(read(ends[0], said.data(), said.size()), 0)));
+    return said;
+  });
+}
+
+class Disk : public testing::TestWithParam<Kind> {
+ protected:
+  const Kind& kind = GetParam();
+};
+
+TEST_P(Disk, ThatBreaksOffAnywhereKeepsTheOldState) {
+  const DataHome home;
+  kind.save(1);
+  kind.save(2);
+  const std::string old = home.text(kind.file);
+  // The next state may be a byte shorter.
+  for (rlim_t limit = 0; limit + 4 < old.size(); limit += 1 + old.size() / 10) {
+    const std::string said = inOwnProcess([&] {
+      std::signal(SIGXFSZ, SIG_IGN);
+      const rlimit bytes = {limit, limit};
+      setrlimit(RLIMIT_FSIZE, &bytes);
+      return save(kind, 3);
+    });
+    EXPECT_EQ(said, failureOf(home, kind)) << limit;
+    EXPECT_EQ(home.text(kind.file), old) << limit;
+  }
+  EXPECT_EQ(save(kind, 3), "");
+  EXPECT_EQ(kind.load(), 3);
+}
+
+// Whether this process, which gives its mounts up for it, has a small disk there.
+bool mountSmallDisk(const std::string& at) {
+  return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+         mount("tmpfs", at.c_str(), "tmpfs", 0, "size=256k") == 0;
+}
+
+void fillBut(const std::string& path, std::uintmax_t room) {
+  std::ofstream file(path, std::ios::binary);
+  while (std::filesystem::space(std::filesystem::path(path).parent_path()).available > room) {
+    file << std::string(kPage, 'x') << std::flush;
+  }
+}
+
+TEST_P(Disk, ThatIsFullKeepsTheOldStateUntilThereIsRoomAgain) {
+  const DataHome home;
+  std::filesystem::create_directories(home.path());
+  const std::string told = inOwnProcess([&]() -> std::string {
+    if (!mountSmallDisk(home.path())) return "no mount";
+    kind.save(1);
+    for (const std::uintmax_t room : {std::size_t{0}, kPage}) {
+      fillBut(home.path("filler"), room);
+      std::string said = save(kind, 2);
+      const int found = kind.load();
+      if (found != (said.empty() ? 2 : 1)) return "state " + std::to_string(found) + " and " + said;
+      if (!said.empty() && said != failureOf(home, kind)) return said;
+      if (room == 0 && said.empty()) return "the disk was not full";
+      std::filesystem::remove(home.path("filler"));
+    }
+    kind.save(2);
+    return std::to_string(kind.load());
+  });
+  if (told == "no mount") GTEST_SKIP() << "a test may not mount here";
+  EXPECT_EQ(told, "2");
+}
+
+// Has the directory made and used by a user for whom permissions count: not by root.
+std::string asNobody(const DataHome& home, const std::function<std::string()>& act) {
+  const std::string above = std::filesystem::path(home.path()).parent_path().string();
+  if (geteuid() == 0 && chown(above.c_str(), kNobody, kNobody) != 0) return "no chown";
+  return inOwnProcess([&] {
+    if (geteuid() == 0 && setresuid(kNobody, kNobody, kNobody) != 0) return std::string("still root");
+    return act();
+  });
+}
+
+TEST_P(Disk, WithADirectoryThatMayNotBeWrittenKeepsTheOldState) {
+  using std::filesystem::perms;
+  const DataHome home;
+  EXPECT_EQ(asNobody(home,
+                     [&] {
+                       kind.save(1);
+                       std::filesystem::permissions(home.path(), perms(0555));
+                       std::string told = save(kind, 2);
+                       told += std::to_string(kind.load());
+                       std::filesystem::permissions(home.path(), perms(0755));
+                       told += save(kind, 2);
+                       return told + std::to_string(kind.load());
+                     }),
+            failureOf(home, kind) + "12");
+}
+
+// A file of which a part is to be kept is not replaced by one without it.
+TEST_P(Disk, WithAFileThatMayNotBeReadKeepsItsState) {
+  using std::filesystem::perms;
+  const bool isReadFirst = kind.name != std::string("settings");
+  const DataHome home;
+  EXPECT_EQ(asNobody(home,
+                     [&] {
+                       kind.save(1);
+                       std::filesystem::permissions(home.path(kind.file), perms(0));
+                       std::string said = save(kind, 2);
+                       std::filesystem::permissions(home.path(kind.file), perms(0644));
+                       return said + std::to_string(kind.load());
+                     }),
+            isReadFirst ? failureOf(home, kind) + "1" : "2");
+}
+
+INSTANTIATE_TEST_SUITE_P(Saving, Disk, testing::ValuesIn(test::kinds()),
+                         [](const auto& kind) { return std::string(kind.param.name); });
+
+}  // namespace

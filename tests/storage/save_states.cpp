@@ -1,0 +1,14 @@
+// Saves states of a kind one after the other, for tests that watch it from outside.
+// Run by them: save_states KIND FIRST LAST
+
+#include <cstdlib>
+
+#include "states.h"
+
+int main(int argc, char** argv) {
+  if (argc != 4) return 2;
+  const test::Kind& kind = test::kindNamed(argv[1]);
+  const int last = std::atoi(argv[3]);
+  for (int n = std::atoi(argv[2]); n <= last; ++n) kind.save(n);
+  return 0;
+}
