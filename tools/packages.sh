@@ -7,7 +7,8 @@ game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libcairo2-dev libpan
 headless_packages="xvfb maim"
 # What the tests and benchmarks need beside these.
 check_packages="git locales python3 strace clang libclang-rt-dev clang-format clang-tidy libgtest-dev libgmock-dev
-  libbenchmark-dev nlohmann-json3-dev xvfb openbox x11-xkb-utils libx11-dev libxtst-dev"
+  libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev
+  libxtst-dev"
 
 # install_packages NAME...: says what it installs; does nothing when all are there.
 install_packages() {

@@ -1,0 +1,373 @@
+// Measures the committed sounds as they are decoded, whatever the scripts that made them meant.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <vorbis/vorbisfile.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+#include <numbers>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr std::array<std::string_view, 13> kEffects{"click", "place", "tile",  "nono",    "remove",
+                                                    "error", "hint",  "ready", "success", "win_glare",
+                                                    "star1", "star2", "star3"};
+constexpr int kRate = 44'100;
+constexpr double kSilence = -120.0;
+constexpr double kMinusOneDecibel = 0.8913;
+constexpr double kFingerprintFloor = -40.0;
+
+using Samples = std::vector<double>;
+
+struct Sound {
+  std::string name;
+  int rate = 0;
+  std::vector<Samples> channels;
+
+  std::size_t frames() const { return channels.at(0).size(); }
+  double seconds() const { return static_cast<double>(frames()) / rate; }
+};
+
+std::size_t frames(double seconds) { return static_cast<std::size_t>(std::lround(seconds * kRate)); }
+
+struct CloseVorbis {
+  void operator()(OggVorbis_File* file) const { ov_clear(file); }
+};
+
+Sound decoded(std::string_view name) {
+  const std::string path = std::string(VESKARA_ASSETS) + "/audio/" + std::string(name) + ".ogg";
+  OggVorbis_File file;
+  if (ov_fopen(path.c_str(), &file) != 0) throw std::runtime_error("cannot decode " + path);
+  const std::unique_ptr<OggVorbis_File, CloseVorbis> closing(&file);
+  const vorbis_info* info = ov_info(&file, -1);
+  Sound sound{std::string(name), static_cast<int>(info->rate),
+              std::vector<Samples>(static_cast<std::size_t>(info->channels))};
+  float** block = nullptr;
+  int section = 0;
+  long got = 0;
+  while ((got = ov_read_float(&file, &block, 4096, &section)) > 0) {
+    for (std::size_t c = 0; c < sound.channels.size(); ++c) {
+      sound.channels[c].insert(sound.channels[c].end(), block[c], block[c] + got);
+    }
+  }
+  if (got < 0) throw std::runtime_error("broken data in " + path);
+  return sound;
+}
+
+double peak(const Sound& sound) {
+  double highest = 0.0;
+  for (const Samples& channel : sound.channels) {
+    for (double x : channel) highest = std::max(highest, std::abs(x));
+  }
+  return highest;
+}
+
+double decibels(double power) {
+  return power > 0.0 ? std::max(kSilence, 10.0 * std::log10(power)) : kSilence;
+}
+
+double power(std::span<const double> part) {
+  double sum = 0.0;
+  for (double x : part) sum += x * x;
+  return sum / static_cast<double>(part.size());
+}
+
+// A filter of second order: b over a, a0 being 1.
+struct Biquad {
+  double b0, b1, b2, a1, a2;
+
+  Samples operator()(const Samples& in) const {
+    Samples out(in.size());
+    double x1 = 0.0, x2 = 0.0, y1 = 0.0, y2 = 0.0;
+    for (std::size_t i = 0; i < in.size(); ++i) {
+      out[i] = b0 * in[i] + b1 * x1 + b2 * x2 - a1 * y1 - a2 * y2;
+      x2 = std::exchange(x1, in[i]);
+      y2 = std::exchange(y1, out[i]);
+    }
+    return out;
+  }
+};
+
+// K weighting of ITU-R BS.1770 at 44.1 kHz: the ear hears the middle better than the bass.
+constexpr Biquad kShelf{1.5308412300503478, -2.6509799951547297, 1.1690790799215869, -1.6636551132560204,
+                        0.7125954280732254};
+constexpr Biquad kHighpass{1.0, -2.0, 1.0, -1.9891696736297957, 0.9891990357870394};
+
+// K-weighted power, channels added, of each window of `width` seconds that begins every `step` seconds. What
+// lies past the end is silent.
+std::vector<double> loudnessPowers(const Sound& sound, double width, double step) {
+  Samples sums(sound.frames() + frames(width) + 1, 0.0);
+  for (const Samples& channel : sound.channels) {
+    const Samples weighted = kHighpass(kShelf(channel));
+    for (std::size_t i = 0; i < weighted.size(); ++i) sums[i + 1] += weighted[i] * weighted[i];
+  }
+  for (std::size_t i = 1; i < sums.size(); ++i) sums[i] += sums[i - 1];
+  std::vector<double> powers;
+  for (std::size_t i = 0; i < sound.frames(); i += frames(step)) {
+    powers.push_back((sums[i + frames(width)] - sums[i]) / static_cast<double>(frames(width)));
+  }
+  return powers;
+}
+
+double lufs(double power) { return decibels(power) - 0.691; }
+
+// Effects are compared by their loudest 50 ms: what makes one start.
+double loudestMoment(const Sound& sound) {
+  return lufs(std::ranges::max(loudnessPowers(sound, 0.05, 0.001)));
+}
+
+double meanAbove(const std::vector<double>& powers, double floor) {
+  double sum = 0.0;
+  int count = 0;
+  for (double p : powers) {
+    if (p <= floor) continue;
+    sum += p;
+    ++count;
+  }
+  return count > 0 ? sum / count : 0.0;
+}
+
+// Integrated loudness of BS.1770: silence and what lies 10 LU below the rest do not count.
+double integratedLoudness(const Sound& sound) {
+  const std::vector<double> powers = loudnessPowers(sound, 0.4, 0.1);
+  const double silent = std::pow(10.0, (-70.0 + 0.691) / 10.0);
+  return lufs(meanAbove(powers, std::max(silent, 0.1 * meanAbove(powers, silent))));
+}
+
+// A third of an octave around a frequency.
+Biquad thirdOctave(double hertz) {
+  const double w = 2.0 * std::numbers::pi * hertz / kRate;
+  const double alpha = std::sin(w) / (2.0 * 4.318);
+  const double a0 = 1.0 + alpha;
+  return {alpha / a0, 0.0, -alpha / a0, -2.0 * std::cos(w) / a0, (1.0 - alpha) / a0};
+}
+
+// The spectrum in thirds of octaves from 100 Hz to 8 kHz.
+std::vector<double> thirdOctaveFrequencies() {
+  std::vector<double> frequencies;
+  for (int third = 0; third < 20; ++third) frequencies.push_back(100.0 * std::exp2(third / 3.0));
+  return frequencies;
+}
+
+Samples mono(const Sound& sound) {
+  const double share = 1.0 / static_cast<double>(sound.channels.size());
+  Samples mixed(sound.frames(), 0.0);
+  for (const Samples& channel : sound.channels) {
+    for (std::size_t i = 0; i < mixed.size(); ++i) mixed[i] += share * channel[i];
+  }
+  return mixed;
+}
+
+// What an ear would tell a sound by: the level of each third of an octave in each of six parts of its first
+// 0.6 s, in dB below the sound's loudest such part, nothing being quieter than -40.
+std::vector<double> fingerprint(const Sound& sound) {
+  constexpr std::size_t kParts = 6;
+  Samples samples = mono(sound);
+  samples.resize(frames(0.6));
+  std::vector<double> levels;
+  for (double hertz : thirdOctaveFrequencies()) {
+    const Samples band = thirdOctave(hertz)(samples);
+    const std::size_t width = band.size() / kParts;
+    for (std::size_t part = 0; part < kParts; ++part) {
+      levels.push_back(decibels(power(std::span(band).subspan(part * width, width))));
+    }
+  }
+  const double loudest = std::ranges::max(levels);
+  for (double& level : levels) level = std::max(level - loudest, kFingerprintFloor);
+  return levels;
+}
+
+// The mean difference of two fingerprints, in dB, where at least one of the sounds is heard.
+double differenceByEar(const std::vector<double>& a, const std::vector<double>& b) {
+  double sum = 0.0;
+  int heard = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (std::max(a[i], b[i]) <= kFingerprintFloor) continue;
+    sum += std::abs(a[i] - b[i]);
+    ++heard;
+  }
+  return sum / heard;
+}
+
+// The music as it plays on: its last second, then its first.
+Samples acrossTheSeam(const Samples& channel) {
+  Samples around(channel.end() - kRate, channel.end());
+  around.insert(around.end(), channel.begin(), channel.begin() + kRate);
+  return around;
+}
+
+double largestStep(std::span<const double> part) {
+  double step = 0.0;
+  for (std::size_t i = 1; i < part.size(); ++i) step = std::max(step, std::abs(part[i] - part[i - 1]));
+  return step;
+}
+
+std::vector<Sound> effects() {
+  std::vector<Sound> sounds;
+  for (std::string_view name : kEffects) sounds.push_back(decoded("sfx_" + std::string(name)));
+  return sounds;
+}
+
+TEST(EffectFiles, SuitTheMixer) {
+  for (const Sound& sound : effects()) {
+    EXPECT_EQ(sound.rate, kRate) << sound.name;
+    EXPECT_THAT(sound.channels.size(), testing::AnyOf(1U, 2U)) << sound.name;
+  }
+}
+
+TEST(EffectFiles, AreShort) {
+  for (const Sound& sound : effects()) {
+    EXPECT_GE(sound.seconds(), 0.05) << sound.name;
+    EXPECT_LE(sound.seconds(), 1.5) << sound.name;
+  }
+}
+
+TEST(EffectFiles, StayADecibelBelowFullScale) {
+  for (const Sound& sound : effects()) EXPECT_LT(peak(sound), kMinusOneDecibel) << sound.name;
+}
+
+TEST(EffectFiles, BeginAndEndWithoutAClick) {
+  for (const Sound& sound : effects()) {
+    for (const Samples& channel : sound.channels) {
+      EXPECT_LT(std::abs(channel.front()), 0.001) << sound.name;
+      EXPECT_LT(std::abs(channel.back()), 0.001) << sound.name;
+    }
+  }
+}
+
+TEST(EffectFiles, AreHeardWithoutDelay) {
+  for (const Sound& sound : effects()) {
+    const Samples samples = mono(sound);
+    const auto audible = [threshold = 0.05 * peak(sound)](double x) { return std::abs(x) > threshold; };
+    const auto first = std::ranges::find_if(samples, audible) - samples.begin();
+    EXPECT_LT(static_cast<std::size_t>(first), frames(0.02)) << sound.name;
+  }
+}
+
+// A bell cut off would be heard as a hand that stops it.
+TEST(EffectFiles, DieAwayBeforeTheyEnd) {
+  for (const Sound& sound : effects()) {
+    const Samples samples = mono(sound);
+    const auto tail = std::span(samples).last(samples.size() / 20);
+    EXPECT_LT(decibels(power(tail)), decibels(peak(sound) * peak(sound)) - 40.0) << sound.name;
+  }
+}
+
+TEST(EffectFiles, LieWithin6DecibelsOfLoudness) {
+  std::vector<double> loudness;
+  for (const Sound& sound : effects()) loudness.push_back(loudestMoment(sound));
+  EXPECT_LE(std::ranges::max(loudness) - std::ranges::min(loudness), 6.0);
+}
+
+// The sounds of a fresh deal's tiles, which ring into each other.
+Sound twentyTilesInASecond(const Sound& tile) {
+  Sound row{"row", kRate, std::vector<Samples>(tile.channels.size(), Samples(frames(1.0) + tile.frames()))};
+  for (std::size_t c = 0; c < tile.channels.size(); ++c) {
+    for (int number = 0; number < 20; ++number) {
+      const std::size_t start = frames(0.05 * number);
+      for (std::size_t i = 0; i < tile.frames(); ++i) row.channels[c][start + i] += tile.channels[c][i];
+    }
+  }
+  return row;
+}
+
+TEST(EffectFiles, TilesOfADealStaySofterThanWhateverIsHeardOnce) {
+  const double row = loudestMoment(twentyTilesInASecond(decoded("sfx_tile")));
+  for (const Sound& sound : effects()) {
+    if (sound.name == "sfx_tile") continue;
+    EXPECT_LT(row, loudestMoment(sound)) << sound.name;
+  }
+}
+
+// For comparison: one and the same sound played softer is 0 dB away from itself.
+TEST(EffectFiles, AreToldApartByEar) {
+  std::vector<std::vector<double>> prints;
+  for (const Sound& sound : effects()) prints.push_back(fingerprint(sound));
+  for (std::size_t a = 0; a < prints.size(); ++a) {
+    for (std::size_t b = 0; b < a; ++b) {
+      EXPECT_GT(differenceByEar(prints[a], prints[b]), 3.0) << kEffects[a] << " and " << kEffects[b];
+    }
+  }
+}
+
+class Music : public testing::Test {
+ protected:
+  Sound sound = decoded("bgm_calm");
+};
+
+TEST_F(Music, IsStereoAtTheRateOfTheMixer) {
+  EXPECT_EQ(sound.rate, kRate);
+  EXPECT_EQ(sound.channels.size(), 2U);
+}
+
+TEST_F(Music, LastsAtLeastThreeMinutes) { EXPECT_GE(sound.seconds(), 180.0); }
+
+TEST_F(Music, StaysADecibelBelowFullScale) { EXPECT_LT(peak(sound), kMinusOneDecibel); }
+
+TEST_F(Music, IsAsLoudAsIntended) { EXPECT_NEAR(integratedLoudness(sound), -20.0, 0.5); }
+
+// Heard for an hour at one setting of the volume: no passage drops out, none startles.
+TEST_F(Music, KeepsItsBarsWithin10Decibels) {
+  std::vector<double> bars = loudnessPowers(sound, 3.75, 3.75);
+  const auto [quietest, loudest] = std::ranges::minmax(bars);
+  EXPECT_LT(decibels(loudest) - decibels(quietest), 10.0);
+}
+
+TEST_F(Music, JumpsAtItsSeamNoFurtherThanItMovesAnyway) {
+  for (const Samples& channel : sound.channels) {
+    const Samples around = acrossTheSeam(channel);
+    const auto before = std::span(around).subspan(kRate - frames(0.1), frames(0.1));
+    const auto after = std::span(around).subspan(kRate, frames(0.1));
+    const double jump = std::abs(around[kRate] - around[kRate - 1]);
+    EXPECT_LE(jump, std::min(largestStep(before), largestStep(after)));
+  }
+}
+
+TEST_F(Music, BeginsOutOfSilenceWithoutAClick) {
+  for (const Samples& channel : sound.channels) EXPECT_LT(std::abs(channel.front()), 0.003);
+}
+
+TEST_F(Music, IsAsLoudAfterItsSeamAsBefore) {
+  for (const Samples& channel : sound.channels) {
+    const double before = decibels(power(std::span(channel).last(frames(0.05))));
+    const double after = decibels(power(std::span(channel).first(frames(0.05))));
+    EXPECT_NEAR(before, after, 2.0);
+    EXPECT_GT(before, -60.0) << "the music stops before it begins again";
+  }
+}
+
+// Bands more than 30 dB below the loudest are left out: they are masked, and mostly the encoder's noise.
+TEST_F(Music, HasOneSpectrumOnBothSidesOfItsSeam) {
+  const Samples around = acrossTheSeam(mono(sound));
+  std::vector<double> before, after;
+  for (double hertz : thirdOctaveFrequencies()) {
+    const Samples band = thirdOctave(hertz)(around);
+    before.push_back(decibels(power(std::span(band).subspan(kRate - frames(0.05), frames(0.05)))));
+    after.push_back(decibels(power(std::span(band).subspan(kRate, frames(0.05)))));
+  }
+  const double loudest = std::ranges::max(before);
+  for (std::size_t i = 0; i < before.size(); ++i) {
+    if (before[i] < loudest - 30.0) continue;
+    EXPECT_NEAR(before[i], after[i], 3.0) << "band " << i;
+  }
+}
+
+// A click is short and reaches into the high frequencies, where this music has next to nothing.
+TEST_F(Music, DoesNotClickAtItsSeam) {
+  constexpr Biquad kAbove6kHz{0.54004996, -1.08009991, 0.54004996, -0.8559895, 0.30421033};
+  for (const Samples& channel : sound.channels) {
+    const Samples high = kAbove6kHz(kAbove6kHz(acrossTheSeam(channel)));
+    const auto seam = std::span(high).subspan(kRate - frames(0.0025), frames(0.005));
+    EXPECT_LT(decibels(power(seam)), -80.0);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,165 @@
+#!/usr/bin/python3
+"""Makes the thirteen sound effects, assets/audio/sfx_*.ogg.
+
+Run:    /usr/bin/python3 tools/make_sounds.py [output directory]
+Needs:  Debian's python3-numpy, python3-scipy and vorbis-tools. The same packages give the same sounds.
+
+Tiles speak as wood and ivory, rewards as bells; what cannot be done is low and dull. Whatever has a pitch
+takes it from D major, the key of the music, so that nothing rings against it.
+"""
+
+import sys
+from pathlib import Path
+
+import numpy as np
+
+from loudness import loudest_moment
+from synth import (BOWL, RATE, clock, contact_noise, faded, in_room, mix, note, room, samples, struck,
+                   write_ogg)
+
+DEFAULT_OUTPUT = Path(__file__).resolve().parent.parent / "assets/audio"
+QUALITY = 5
+
+# The encoder smears a blow a little forward in time; this much silence before it takes that up.
+LEAD_IN = 0.004
+
+# Overtones of a bar that rings when struck, as in a celesta, with the octave that its resonator adds.
+CELESTA = ((1.0, 1.0, 1.0), (2.0, 0.22, 0.7), (2.756, 0.16, 0.5), (4.0, 0.05, 0.35), (5.404, 0.07, 0.25))
+GLASS = ((1.0, 1.0, 1.0), (2.32, 0.3, 0.6), (4.25, 0.14, 0.4), (6.63, 0.05, 0.25))
+
+
+def ringing(overtones, name, t60, seconds, attack=0.002):
+    """A bell of one kind at a note; higher overtones die sooner, by the third value of each."""
+    partials = [(note(name) * ratio, level, t60 * life) for ratio, level, life in overtones]
+    return struck(partials, seconds, attack)
+
+
+def ivory_tap(rng, pitch):
+    """Two hard small bodies that touch: short, high, with little wood below."""
+    body = struck([(1930 * pitch, 1.0, 0.045), (3170 * pitch, 0.6, 0.03), (4890 * pitch, 0.22, 0.018),
+                   (705 * pitch, 0.35, 0.07)], 0.2, 0.0004)
+    return body + mix(0.2, (0, 0.25, contact_noise(rng, 1500, 6000, 0.012, 0.05)))
+
+
+def wooden_knock(rng, pitch):
+    body = struck([(208 * pitch, 1.0, 0.16), (417 * pitch, 0.7, 0.11), (702 * pitch, 0.35, 0.07),
+                   (1130 * pitch, 0.1, 0.04)], 0.4, 0.0025)
+    return body + mix(0.4, (0, 0.3, contact_noise(rng, 150, 900, 0.04, 0.1, 0.002)))
+
+
+def click(rng):
+    body = struck([(1480, 1.0, 0.04), (2960, 0.5, 0.025), (4430, 0.2, 0.015)], 0.14, 0.0006)
+    return mix(0.24, (0, 1.0, body), (0, 0.3, contact_noise(rng, 1800, 5500, 0.008, 0.05)))
+
+
+def place(rng):
+    wood = struck([(330, 0.9, 0.17), (588, 0.7, 0.13), (917, 0.3, 0.08)], 0.3, 0.001)
+    return mix(0.36, (0, 0.4, ivory_tap(rng, 0.8)), (0.001, 0.9, wood))
+
+
+def tile(rng):
+    body = struck([(294, 1.0, 0.09), (553, 0.55, 0.06), (985, 0.22, 0.035)], 0.2, 0.003)
+    return mix(0.3, (0, 1.0, body), (0, 0.5, contact_noise(rng, 200, 1400, 0.035, 0.1, 0.002)))
+
+
+def nono(rng):
+    return mix(0.55, (0, 1.0, wooden_knock(rng, 1.06)), (0.15, 0.9, wooden_knock(rng, 0.89)))
+
+
+def remove(rng):
+    """The pair is heard first; what lifts it away is hardly more than air, as it is heard with every pair."""
+    shimmer = [(0.06 + 0.06 * step, 0.11, ringing(CELESTA, name, 0.6, 0.7, 0.03))
+               for step, name in enumerate(("D6", "A6", "D7"))]
+    times = clock(0.5)
+    air = contact_noise(rng, 2500, 7000, 0.45, 0.5) * np.sin(np.pi * np.minimum(1.0, times / 0.3)) ** 2
+    return mix(0.9, (0, 1.0, ivory_tap(rng, 0.8)), (0.036, 0.9, ivory_tap(rng, 0.95)), (0.04, 0.12, air),
+               *shimmer)
+
+
+def error(rng):
+    body = struck([(98, 0.8, 0.24), (147, 0.8, 0.2), (233, 0.6, 0.15), (371, 0.22, 0.08)], 0.45, 0.006)
+    return mix(0.5, (0, 1.0, body), (0, 0.5, contact_noise(rng, 70, 420, 0.08, 0.2, 0.004)))
+
+
+def hint(rng):
+    return mix(1.1, (0, 0.8, ringing(GLASS, "E5", 0.9, 1.0)), (0.13, 1.0, ringing(GLASS, "B5", 1.0, 0.95)))
+
+
+def ready(rng):
+    return mix(1.48, (0, 1.0, ringing(BOWL, "D4", 2.8, 1.45, 0.012)),
+               (0, 0.25, ringing(BOWL, "A4", 2.2, 1.45, 0.02)))
+
+
+def success(rng):
+    figure = [(0.12 * step, 0.75 + 0.08 * step, ringing(CELESTA, name, 1.4, 1.4))
+              for step, name in enumerate(("D5", "F#5", "A5", "D6"))]
+    return mix(1.48, *figure, (0.36, 0.35, ringing(CELESTA, "D5", 1.1, 1.1, 0.01)))
+
+
+def win_glare(rng):
+    """Some forty small bells, first sparse and soft, then dense, the last ones rising out of the sound."""
+    names = ("D5", "A5", "B5", "D6", "E6", "F#6", "A6", "B6", "D7")
+    bells = []
+    for strike in range(40):
+        progress = strike / 40
+        register = min(len(names) - 1, int(rng.integers(0, 5) + 5 * progress))
+        start = 0.75 * progress ** 0.8 + 0.01 * rng.random()
+        bells.append((start, 0.12 + 0.3 * np.sin(np.pi * 0.72 * progress) ** 2,
+                      ringing(CELESTA, names[register], 0.75, 0.9, 0.006)))
+    swell = (0, 0.5, ringing(CELESTA, "D5", 1.3, 1.4, 0.25))
+    return mix(1.48, swell, *bells)
+
+
+def star(chord, broken, sparkle=()):
+    """A chord of bells (note, level), broken upwards by `broken` seconds a step, and small ones after it."""
+    def made(_):
+        struck_notes = [(broken * step, level, ringing(CELESTA, name, 1.25, 1.3))
+                        for step, (name, level) in enumerate(chord)]
+        small = [(0.1 + 0.06 * step, 0.2, ringing(CELESTA, name, 0.5, 0.7, 0.004))
+                 for step, name in enumerate(sparkle)]
+        return mix(1.4, *struck_notes, *small)
+    return made
+
+
+# Name, maker, loudness of the loudest 50 ms in LUFS, level of the room. What is heard by the dozen stays
+# below what is heard once; the three stars grow.
+EFFECTS = (
+    ("click", click, -22.0, 0.10),
+    ("place", place, -20.5, 0.12),
+    ("tile", tile, -22.5, 0.10),
+    ("nono", nono, -20.5, 0.12),
+    ("remove", remove, -19.5, 0.16),
+    ("error", error, -20.5, 0.10),
+    ("hint", hint, -20.5, 0.22),
+    ("ready", ready, -20.5, 0.20),
+    ("success", success, -19.0, 0.22),
+    ("win_glare", win_glare, -18.5, 0.25),
+    ("star1", star((("A5", 1.0),), 0.0), -19.5, 0.22),
+    ("star2", star((("A5", 0.4), ("D6", 1.0)), 0.03, ("F#6",)), -19.0, 0.22),
+    ("star3", star((("D5", 0.4), ("A5", 0.5), ("D6", 0.6), ("F#6", 1.0)), 0.035, ("A6", "B6", "D7", "F#7")),
+     -18.5, 0.25),
+)
+
+
+def effect(number):
+    _, make, loudness, wet = EFFECTS[number]
+    rng = np.random.default_rng(1000 + number)
+    sound = make(rng)
+    # Bells would ring on: the last third dies away as under a hand.
+    sound = faded(sound, fade_out=len(sound) / RATE / 3)
+    sound = in_room(sound, room(rng, 0.35, 0.12), wet)
+    sound *= 10.0 ** ((loudness - loudest_moment(sound)) / 20.0)
+    sound = faded(sound, fade_in=0.0005, fade_out=0.06)
+    return np.vstack([np.zeros((samples(LEAD_IN), 2)), sound])
+
+
+def main():
+    output = Path(sys.argv[1]) if len(sys.argv) > 1 else DEFAULT_OUTPUT
+    for number, (name, *_) in enumerate(EFFECTS):
+        path = output / f"sfx_{name}.ogg"
+        write_ogg(path, effect(number), QUALITY, 1 + number, f"Quenlock's Mahjong: {name.replace('_', ' ')}")
+        print(f"{path}: {path.stat().st_size} bytes")
+
+
+if __name__ == "__main__":
+    main()
