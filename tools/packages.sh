@@ -1,8 +1,8 @@
 # Sourced by ./play and ./check: installs Debian packages that are missing.
 
 # What the game is built from and what it runs with.
-game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libcairo2-dev libpango1.0-dev libfontconfig-dev
-  fonts-dejavu-core libgl1-mesa-dri"
+game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libcairo2-dev libpango1.0-dev
+  libfontconfig-dev fonts-dejavu-core libgl1-mesa-dri"
 # What a machine without a display needs to show it all the same.
 headless_packages="xvfb maim"
 # What the tests and benchmarks need beside these.
