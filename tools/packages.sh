@@ -2,7 +2,7 @@
 
 # What the game is built from and what it runs with.
 game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libcairo2-dev libpango1.0-dev
-  libfontconfig-dev fonts-dejavu-core libgl1-mesa-dri"
+  libfontconfig-dev fonts-dejavu-core fonts-noto-cjk libgl1-mesa-dri"
 # What a machine without a display needs to show it all the same.
 headless_packages="xvfb maim"
 # What the tests and benchmarks need beside these.

@@ -11,6 +11,8 @@
 #include "app/frame_loop.h"
 #include "app/geometry.h"
 #include "app/signals.h"
+#include "resources/audio.h"
+#include "resources/i18n.h"
 #include "ui/fonts.h"
 #include "ui/gpu.h"
 #include "ui/handles.h"
@@ -84,6 +86,14 @@ void reportVideo(SDL_Renderer* renderer) {
   std::fflush(stdout);
 }
 
+void startSound(const store::Settings& settings) {
+  audio::init();
+  audio::setEnabled(settings.soundOn);
+  audio::setMusicVolume(settings.musicVolume);
+  audio::setSfxVolume(settings.sfxVolume);
+  if (settings.soundOn) audio::startMusic();
+}
+
 int fail(const char* what) {
   std::fprintf(stderr, "%s: %s\n", what, SDL_GetError());
   return 1;
@@ -91,12 +101,13 @@ int fail(const char* what) {
 
 int play(std::span<const char* const> arguments) {
   SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-  ui::installTerminationHandler(nullptr);
+  ui::installTerminationHandler(audio::shutdown);
   const SdlSession sdl(SDL_INIT_TIMER | SDL_INIT_VIDEO);
   if (!sdl.ready) return fail("SDL_Init");
 
   store::Settings& settings = ui::Game::settings();
   ui::applyWindowArguments(arguments, settings);
+  i18n::setLanguage(settings.language);
 
   const ui::WindowGeometry geometry = ui::initialGeometry(settings, usableBounds());
   const ui::SdlWindow window = openWindow(geometry);
@@ -111,12 +122,14 @@ int play(std::span<const char* const> arguments) {
   ui::gpuInit(renderer.get());
   ui::registerBundledFonts();
   store::ensureDataDirs();
+  startSound(settings);
 
   ui::FrameLoop loop(window.get(), renderer.get(), nowSeconds);
   while (loop.pass()) {
   }
   ui::Game::persistSettings();
   ui::gpuShutdown();
+  audio::shutdown();
   return 0;
 }
 

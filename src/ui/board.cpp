@@ -8,6 +8,7 @@
 #include <string>
 #include <tuple>
 
+#include "resources/audio.h"
 #include "rules/layouts.h"
 #include "ui/board_fx.h"
 #include "ui/draw.h"
@@ -242,14 +243,14 @@ std::vector<int> paintOrder(const mj::GameState& game) {
 
 double textureQuality(double zoom) { return std::clamp(std::ceil(2 * zoom) / 2, 1.0, 3.0); }
 
-void drawBoard(Ctx& ctx, const mj::GameState& game, const Rect& rect, const BoardOpts& opts,
-               const BoardFx* fx) {
+void drawBoard(Ctx& ctx, const mj::GameState& game, const Rect& rect, const BoardOpts& opts, BoardFx* fx) {
   if (game.slots.empty()) return;
   if (gpuRenderer() != nullptr && !opts.software) {
     paintTiles(TexturePainter(rect, opts), ctx, game, rect, opts, fx);
   } else {
     paintTiles(CairoPainter(ctx.cr, rect, opts), ctx, game, rect, opts, fx);
   }
+  if (fx != nullptr && fx->takeSound(ctx.time, ctx.dt)) audio::play(audio::Sfx::Tile);
 }
 
 int hitTestTile(const mj::GameState& game, const Rect& rect, const BoardOpts& opts, double px, double py) {

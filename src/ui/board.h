@@ -80,9 +80,8 @@ std::vector<int> paintOrder(const mj::GameState& game);
 double textureQuality(double zoom);
 
 // Paints the board clipped to `rect`: by cached textures when there is a renderer, else with cairo. With `fx`
-// its fly-in is played; a tile in flight shows no overlays. Blocked tiles are veiled.
-void drawBoard(Ctx& ctx, const mj::GameState& game, const Rect& rect, const BoardOpts& opts,
-               const BoardFx* fx);
+// its fly-in is played, and heard; a tile in flight shows no overlays. Blocked tiles are veiled.
+void drawBoard(Ctx& ctx, const mj::GameState& game, const Rect& rect, const BoardOpts& opts, BoardFx* fx);
 
 // Slot id under (px, py), or -1. Where tiles overlap the one painted last wins; a tile in flight is found at
 // its resting place.

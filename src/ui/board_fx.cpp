@@ -26,6 +26,7 @@ constexpr double kMaxGap = 0.175;
 constexpr double kFirstGap = 1.6;  // in mean gaps
 constexpr double kLastGap = 0.4;
 constexpr double kIntroRest = 0.16;  // between the last landing and the end
+constexpr double kSoundGap = 0.05;   // so that a large deal patters and does not roar
 
 constexpr int kSparks = 20;
 constexpr std::uint32_t kParticleColors[] = {0xE8B84B, 0xF6EFDD, 0xC92A2A, 0xF1D489, 0x2C8A63};
@@ -221,6 +222,15 @@ void BoardFx::addBurst(const mj::GameState& game, const BoardGeom& geom, int slo
                        double now) {
   const Rect rect = tileFaceRect(geom.place(game.slots[static_cast<std::size_t>(slotId)]));
   bursts.push_back({rect.x + rect.w / 2, rect.y + rect.h / 2, rect.w, rect.h, now, face});
+}
+
+bool BoardFx::takeSound(double now, double dt) {
+  if (!introActive || now >= introEnd || now - lastSound < kSoundGap) return false;
+  const bool takesOff = std::any_of(delays.begin(), delays.end(), [&](double delay) {
+    return now - dt < introStart + delay && introStart + delay <= now;
+  });
+  if (takesOff) lastSound = now;
+  return takesOff;
 }
 
 void BoardFx::update(double now) {

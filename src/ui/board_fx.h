@@ -33,6 +33,9 @@ struct BoardFx {
   // Starts the burst of the tile that lay on `slotId`.
   void addBurst(const mj::GameState& game, const BoardGeom& geom, int slotId, const std::string& face,
                 double now);
+  // Whether a tile of the fly-in is to be heard in the frame at `now` that is `dt` long: one that takes off
+  // in it, if the last one heard is long enough ago.
+  bool takeSound(double now, double dt);
   // Forgets bursts that are over.
   void update(double now);
 };

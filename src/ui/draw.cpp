@@ -6,6 +6,7 @@
 #include <numbers>
 #include <string>
 
+#include "resources/i18n.h"
 #include "ui/handles.h"
 
 namespace ui {
@@ -37,6 +38,17 @@ TextCache& textCache() {
   return cache;
 }
 
+// Han characters take the shapes of the reader's own language. Fonts tell the Chinese of the mainland by its
+// country.
+void useLanguage(PangoLayout* layout) {
+  const std::string code = i18n::currentLanguage();
+  PangoLanguage* language = pango_language_from_string(code == "zh" ? "zh-cn" : code.c_str());
+  PangoContext* context = pango_layout_get_context(layout);
+  if (pango_context_get_language(context) == language) return;
+  pango_context_set_language(context, language);
+  pango_layout_context_changed(layout);
+}
+
 void useContext(TextCache& cache, cairo_t* cr) {
   if (!cache.layout || cache.madeFor != cr) {
     cache.layout.reset(pango_cairo_create_layout(cr));
@@ -45,6 +57,7 @@ void useContext(TextCache& cache, cairo_t* cr) {
   }
   // A new context may lie where an old one lay, and the same one may have been scaled since.
   pango_cairo_update_layout(cr, cache.layout.get());
+  useLanguage(cache.layout.get());
 }
 
 void useFont(TextCache& cache, const TextStyle& style, double size) {

@@ -1,7 +1,7 @@
-// draw.h: the strokes every picture is made of: shapes, a soft shadow, text. Knows cairo and pango, and
-// nothing of tiles, screens or textures. Units: logical pixels, x right, y down. A colour is 0xRRGGBB (the
-// top byte is ignored) and always comes with its own opacity `alpha`, 0 to 1. Main thread only: the texts
-// share one layout.
+// draw.h: the strokes every picture is made of: shapes, a soft shadow, text in the current language. Knows
+// cairo and pango, and nothing of tiles, screens or textures. Units: logical pixels, x right, y down. A
+// colour is 0xRRGGBB (the top byte is ignored) and always comes with its own opacity `alpha`, 0 to 1. Main
+// thread only: the texts share one layout.
 #pragma once
 
 #include <cairo.h>

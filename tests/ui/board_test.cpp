@@ -52,7 +52,7 @@ ui::BoardGeom geometryOf(const mj::GameState& game, const ui::Rect& rect,
 }
 
 ui::CairoSurface board(Path path, const Frame& frame, const mj::GameState& game, const ui::Rect& rect,
-                       const ui::BoardOpts& opts = {}, const ui::BoardFx* fx = nullptr) {
+                       const ui::BoardOpts& opts = {}, ui::BoardFx* fx = nullptr) {
   return paintScene(path, frame, [&](ui::Ctx& ctx) { ui::drawBoard(ctx, game, rect, opts, fx); });
 }
 
@@ -348,7 +348,7 @@ TEST_P(BoardDrawing, LeavesNoClipBehind) {
 
 TEST_P(BoardDrawing, LeavesOutTilesThatHaveNotTakenOff) {
   mj::GameState game = boardAt({{0, 0, 0}, {4, 0, 0}});
-  const ui::BoardFx fx = flyIn({0, 0.5});
+  ui::BoardFx fx = flyIn({0, 0.5});
   const Frame frame{.w = 420, .h = 320, .time = 0.49};
   const auto waiting = board(GetParam(), frame, game, kRect, {}, &fx);
   game.faces[1].clear();
@@ -357,7 +357,7 @@ TEST_P(BoardDrawing, LeavesOutTilesThatHaveNotTakenOff) {
 }
 
 TEST_P(BoardDrawing, ShowsALandedTileAsIfItHadNeverFlown) {
-  const ui::BoardFx fx = flyIn({0, 0.1, 0.2, 0.25, 0.3});
+  ui::BoardFx fx = flyIn({0, 0.1, 0.2, 0.25, 0.3});
   const Frame landed{.w = 420, .h = 320, .time = 0.3 + ui::kFlightTime + 1e-9};
   EXPECT_TRUE(samePicture(board(GetParam(), landed, smallHeap(), kRect, {}, &fx).get(),
                           board(GetParam(), landed, smallHeap(), kRect).get()));
@@ -372,7 +372,7 @@ TEST_P(BoardDrawing, IgnoresDelaysOfAnIntroThatWasNotBegun) {
 
 TEST_P(BoardDrawing, ShowsNoOverlaysOnATileInFlight) {
   mj::GameState game = boardAt({{0, 0, 0}, {2, 0, 0}, {4, 0, 0}});
-  const ui::BoardFx middleFlies = flyIn({100, 0, 100});
+  ui::BoardFx middleFlies = flyIn({100, 0, 100});
   const Frame frame{.w = 420, .h = 320, .time = 0.25};
   const auto plain = board(GetParam(), frame, game, kRect, {}, &middleFlies);
   ASSERT_FALSE(inkOf(plain.get()).empty());
@@ -396,7 +396,7 @@ TEST_P(BoardDrawing, FliesATileByItsPose) {
   game.faces[1].clear();
   game.faces[2].clear();
   const ui::Rect rect{0, 0, 660, 660};
-  const ui::BoardFx fx = flyIn({0, 0, 0});
+  ui::BoardFx fx = flyIn({0, 0, 0});
   for (const double zoom : {1.0, 1.5}) {
     const ui::BoardView view(rect, {.zoom = zoom, .panX = 20});
     const ui::Rect rest = view.toScreen(geometryOf(game, rect).place(game.slots[0]));
@@ -530,7 +530,7 @@ TEST_F(BoardTextures, AreNotUsedWhenSoftwareIsAskedFor) {
 }
 
 // Draws one frame into a window of its own and says how many copies it took.
-int copiesOf(const mj::GameState& game, const ui::BoardOpts& opts, const ui::BoardFx* fx, double time = 0.1) {
+int copiesOf(const mj::GameState& game, const ui::BoardOpts& opts, ui::BoardFx* fx, double time = 0.1) {
   int copies = 0;
   paintScene(Path::Textures, {.w = 260, .h = 140, .time = time}, [&](ui::Ctx& ctx) {
     ui::drawBoard(ctx, game, kThreeRect, opts, fx);
@@ -543,7 +543,7 @@ TEST_F(BoardTextures, AreOneCopyForATileAndOneForEachOfItsOverlays) {
   mj::GameState game = boardAt({{0, 0, 0}, {2, 0, 0}, {4, 0, 0}});
   EXPECT_EQ(copiesOf(game, {}, nullptr), 4);  // the middle one is veiled
   EXPECT_EQ(copiesOf(game, {.hintIds = {0, 2}, .pickA = 0, .mismatchA = 0, .mismatchB = 2}, nullptr), 9);
-  const ui::BoardFx fx = flyIn({0, 0, 0});
+  ui::BoardFx fx = flyIn({0, 0, 0});
   EXPECT_EQ(copiesOf(game, {.hintIds = {0, 2}, .pickA = 0, .mismatchA = 0, .mismatchB = 2}, &fx), 3);
 }
 

@@ -1,0 +1,72 @@
+// The fonts that ./play installs hold every letter that the game shows, in the shape that its reader expects.
+// Alone among the tests this one sees the machine's own fonts.
+
+#include <gtest/gtest.h>
+#include <pango/pangocairo.h>
+
+#include <string>
+#include <vector>
+
+#include "resources/date_data.h"
+#include "resources/i18n.h"
+#include "resources/i18n_data.h"
+#include "support/picture.h"
+#include "ui/draw.h"
+#include "ui/handles.h"
+
+namespace {
+
+constexpr int kW = 400;
+constexpr int kH = 60;
+
+int unknownGlyphs(const std::string& text) {
+  int unknown = 0;
+  support::makePicture(kW, kH, [&](cairo_t* cr) {
+    const ui::TextLayout layout(pango_cairo_create_layout(cr));
+    const ui::FontDescription font(pango_font_description_from_string("sans 14"));
+    pango_layout_set_font_description(layout.get(), font.get());
+    pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
+    unknown = pango_layout_get_unknown_glyphs_count(layout.get());
+  });
+  return unknown;
+}
+
+ui::CairoSurface drawn(const std::string& text) {
+  return support::makePicture(
+      kW, kH, [&](cairo_t* cr) { ui::drawText(cr, 10, 5, text, {.size = 40, .color = 0xFFFFFF}); });
+}
+
+TEST(Fonts, HoldEveryLetterOfEveryText) {
+  for (const i18n_data::Catalog& catalog : i18n_data::kCatalogs) {
+    for (std::size_t i = 0; i < catalog.count; ++i) {
+      EXPECT_EQ(unknownGlyphs(catalog.entries[i].text), 0) << catalog.code << " " << catalog.entries[i].key;
+    }
+  }
+}
+
+TEST(Fonts, HoldEveryNativeNameAndDate) {
+  for (const i18n::Language& language : i18n::languages()) {
+    EXPECT_EQ(unknownGlyphs(language.nativeName), 0) << language.code;
+    i18n::setLanguage(language.code);
+    for (int month = 1; month <= 12; ++month) {
+      for (int weekday = 0; weekday < 7; ++weekday) {
+        const std::string date = i18n::formatLongDate(2024, month, 28, weekday);
+        EXPECT_EQ(unknownGlyphs(date), 0) << date;
+      }
+    }
+  }
+}
+
+TEST(Fonts, LackALetterThatNoneHas) { EXPECT_GT(unknownGlyphs("\U0010FFFD"), 0); }
+
+TEST(Text, TakesTheShapesOfTheReadersLanguage) {
+  const std::string han = "直骨角";
+  i18n::setLanguage("ja");
+  const ui::CairoSurface japanese = drawn(han);
+  i18n::setLanguage("zh");
+  EXPECT_FALSE(support::samePicture(drawn(han).get(), japanese.get(), 60));
+  i18n::setLanguage("ja");
+  EXPECT_TRUE(support::samePicture(drawn(han).get(), japanese.get(), 0));
+}
+
+}  // namespace
