@@ -54,7 +54,7 @@ const Entry kEntries_hu[] = {
     {"settings.sfxVolume", "Effektek hangereje"},
     {"settings.sound", "Hang"},
     {"solved.aidsLine", "Tippek: {{hints}} · Keverések: {{shuffles}}"},
-    {"solved.headline", "Megoldva!"},
+    {"solved.headline", "Sikerült!"},
     {"solved.levelDone", "{{n}}. szint teljesítve"},
     {"solved.nextLevel", "Tovább: {{n}}. szint"},
     {"solved.tilesCleared", "{{n}} kő eltávolítva"},

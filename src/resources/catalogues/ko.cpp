@@ -54,7 +54,7 @@ const Entry kEntries_ko[] = {
     {"settings.sfxVolume", "효과음 볼륨"},
     {"settings.sound", "소리"},
     {"solved.aidsLine", "힌트: {{hints}} · 섞기: {{shuffles}}"},
-    {"solved.headline", "완료!"},
+    {"solved.headline", "클리어!"},
     {"solved.levelDone", "레벨 {{n}} 완료"},
     {"solved.nextLevel", "다음: 레벨 {{n}}"},
     {"solved.tilesCleared", "패 {{n}}개 제거"},

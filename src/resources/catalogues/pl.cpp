@@ -3,7 +3,7 @@
 namespace i18n_data {
 
 const Entry kEntries_pl[] = {
-    {"about.dev", "Opracowanie"},
+    {"about.dev", "Twórcy"},
     {"about.headline", "O grze"},
     {"about.music", "Muzyka i dźwięk"},
     {"app.tagline", "Kamienie. Pary. Spokój."},

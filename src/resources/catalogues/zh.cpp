@@ -52,7 +52,7 @@ const Entry kEntries_zh[] = {
     {"settings.sfxVolume", "音效音量"},
     {"settings.sound", "声音"},
     {"solved.aidsLine", "提示：{{hints}} · 洗牌：{{shuffles}}"},
-    {"solved.headline", "完成！"},
+    {"solved.headline", "恭喜过关！"},
     {"solved.levelDone", "第 {{n}} 关已完成"},
     {"solved.nextLevel", "下一关：第 {{n}} 关"},
     {"solved.tilesCleared", "已消除 {{n}} 张牌"},
