@@ -12,6 +12,7 @@
 #include "rules/deal.h"
 #include "ui/draw.h"
 #include "ui/gpu.h"
+#include "ui/palette.h"
 #include "ui/tile.h"
 
 namespace ui {
@@ -29,7 +30,8 @@ constexpr double kIntroRest = 0.16;  // between the last landing and the end
 constexpr double kSoundGap = 0.05;   // so that a large deal patters and does not roar
 
 constexpr int kSparks = 20;
-constexpr std::uint32_t kParticleColors[] = {0xE8B84B, 0xF6EFDD, 0xC92A2A, 0xF1D489, 0x2C8A63};
+constexpr std::uint32_t kParticleColors[] = {palette::kGold, palette::kLightText, 0xC92A2A, palette::kCream,
+                                             0x2C8A63};
 constexpr std::uint32_t kRingColor = 0xFFE9A8;
 
 std::vector<mj::Slot> presentSlots(const mj::GameState& game) {

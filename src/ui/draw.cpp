@@ -21,7 +21,16 @@ void circlePath(cairo_t* cr, double cx, double cy, double r) {
   cairo_arc(cr, cx, cy, r, 0, 2 * kPi);
 }
 
-// One layout and one font serve all texts: a run of labels in one style costs setting the text.
+FontDescription makeFont(const TextStyle& style, double size) {
+  FontDescription font(pango_font_description_new());
+  pango_font_description_set_family(font.get(), style.family);
+  pango_font_description_set_absolute_size(font.get(), size * PANGO_SCALE);
+  pango_font_description_set_weight(font.get(), style.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+  pango_font_description_set_style(font.get(), style.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+  return font;
+}
+
+// One layout and one font serve all texts of one line: a run of labels in one style costs setting the text.
 struct TextCache {
   TextLayout layout;
   cairo_t* madeFor = nullptr;  // only compared, for it may be gone
@@ -65,11 +74,7 @@ void useFont(TextCache& cache, const TextStyle& style, double size) {
   if (cache.font && cache.family == style.family && cache.size == size && cache.bold == style.bold &&
       cache.italic == style.italic)
     return;
-  cache.font.reset(pango_font_description_new());
-  pango_font_description_set_family(cache.font.get(), style.family);
-  pango_font_description_set_absolute_size(cache.font.get(), size * PANGO_SCALE);
-  pango_font_description_set_weight(cache.font.get(), style.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
-  pango_font_description_set_style(cache.font.get(), style.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+  cache.font = makeFont(style, size);
   pango_layout_set_font_description(cache.layout.get(), cache.font.get());
   cache.family = style.family;
   cache.size = size;
@@ -116,7 +121,29 @@ void showLayout(cairo_t* cr, double x, double y, PangoLayout* layout, const Text
   pango_cairo_show_layout(cr, layout);
 }
 
+PangoAlignment pangoAlignment(Align align) {
+  if (align == Align::Center) return PANGO_ALIGN_CENTER;
+  return align == Align::Right ? PANGO_ALIGN_RIGHT : PANGO_ALIGN_LEFT;
+}
+
+// A layout of its own, so that the cached one never breaks a line.
+TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const TextStyle& style) {
+  TextLayout layout(pango_cairo_create_layout(cr));
+  useLanguage(layout.get());
+  pango_layout_set_font_description(layout.get(), makeFont(style, style.size).get());
+  // A negative width would mean never to break.
+  pango_layout_set_width(layout.get(), static_cast<int>(std::max(width, 1.0) * PANGO_SCALE));
+  pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
+  pango_layout_set_alignment(layout.get(), pangoAlignment(style.align));
+  pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
+  return layout;
+}
+
 }  // namespace
+
+Rect insetRect(const Rect& rect, double inset) {
+  return {rect.x + inset, rect.y + inset, rect.w - 2 * inset, rect.h - 2 * inset};
+}
 
 void setColor(cairo_t* cr, std::uint32_t color, double alpha) {
   cairo_set_source_rgba(cr, channel(color, 16), channel(color, 8), channel(color, 0), alpha);
@@ -223,6 +250,16 @@ void drawText(cairo_t* cr, double x, double y, std::string_view text, const Text
   showLayout(cr, x, y, layout, style);
 }
 
+void drawTextIn(cairo_t* cr, const Rect& rect, std::string_view text, const TextStyle& style) {
+  if (!isDrawable(text, style)) return;
+  TextStyle fitted = style;
+  // A width of 0 or less would mean never to shrink.
+  fitted.maxWidth = std::max(rect.w, 1.0);
+  const int height = sizeOf(fittedLayout(cr, text, fitted)).h;
+  const double part = style.align == Align::Left ? 0 : style.align == Align::Center ? 0.5 : 1;
+  drawText(cr, rect.x + part * rect.w, rect.y + (rect.h - height) * 0.5, text, fitted);
+}
+
 void drawTextCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style) {
   if (!isDrawable(text, style)) return;
   PangoLayout* layout = fittedLayout(cr, text, style);
@@ -236,6 +273,15 @@ void textPathCentered(cairo_t* cr, double cx, double cy, std::string_view text, 
   const TextSize size = sizeOf(layout);
   cairo_move_to(cr, cx - 0.5 * size.w, cy - 0.5 * size.h);
   pango_cairo_layout_path(cr, layout);
+}
+
+void drawWrappedText(cairo_t* cr, double x, double y, double width, std::string_view text,
+                     const TextStyle& style) {
+  if (isDrawable(text, style)) showLayout(cr, x, y, wrappedLayout(cr, width, text, style).get(), style);
+}
+
+double wrappedTextHeight(cairo_t* cr, double width, std::string_view text, const TextStyle& style) {
+  return isDrawable(text, style) ? sizeOf(wrappedLayout(cr, width, text, style).get()).h : 0;
 }
 
 }  // namespace ui

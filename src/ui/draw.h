@@ -28,6 +28,9 @@ struct TextStyle {
   double minScale = 0.6;  // but never to less than this part of `size`, even if it then sticks out
 };
 
+// `rect` made smaller by `inset` on every side.
+Rect insetRect(const Rect& rect, double inset);
+
 // Makes the colour the context's source.
 void setColor(cairo_t* cr, std::uint32_t color, double alpha);
 // Adds the colour to a gradient; `offset` 0 is its start, 1 its end.
@@ -60,10 +63,22 @@ void measureText(cairo_t* cr, std::string_view text, const TextStyle& style, dou
 // Draws with the top of the text's box at y, and x on it where `style.align` says.
 void drawText(cairo_t* cr, double x, double y, std::string_view text, const TextStyle& style);
 
+// Draws in the middle of the rectangle's height, at its left edge, in its middle or at its right edge as
+// `style.align` says, shrunk to its width.
+void drawTextIn(cairo_t* cr, const Rect& rect, std::string_view text, const TextStyle& style);
+
 // Draws with the middle of the text's box at (cx, cy), whatever `style.align` says.
 void drawTextCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style);
 
 // Adds the outlines of the same letters in the same place to the path, without drawing them.
 void textPathCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style);
+
+// Draws the text broken into lines, in a column of this width whose top left corner is (x, y); the lines lie
+// in it as `style.align` says, those of a text from right to left mirrored. A word wider than the column is
+// broken. `maxWidth` and `minScale` do not count.
+void drawWrappedText(cairo_t* cr, double x, double y, double width, std::string_view text,
+                     const TextStyle& style);
+// The height of these lines, in whole pixels; 0 for an empty text.
+double wrappedTextHeight(cairo_t* cr, double width, std::string_view text, const TextStyle& style);
 
 }  // namespace ui

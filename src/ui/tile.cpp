@@ -11,6 +11,7 @@
 #include "ui/draw.h"
 #include "ui/fonts.h"
 #include "ui/gpu.h"
+#include "ui/palette.h"
 
 namespace ui {
 namespace {
@@ -36,7 +37,6 @@ constexpr double kMismatchRate = 29.919930034188507;
 constexpr unsigned kBlue = 0x1E3A8A;
 constexpr unsigned kRed = 0xB91C1C;
 constexpr unsigned kGreen = 0x15803D;
-constexpr unsigned kGold = 0xE8B84B;
 
 // Suits as mj::faceInfo numbers them.
 enum Suit { kDots, kBamboos, kCharacters, kWinds, kDragons, kFlowers, kSeasons };
@@ -143,7 +143,7 @@ void drawBlossom(cairo_t* cr, const Rect& face, const Blossom& blossom, int rank
     fillRoundedRect(cr, {-pw / 2, -0.13 * w - pl / 2, pw, pl}, pw * blossom.roundness, blossom.color, 1);
     cairo_restore(cr);
   }
-  fillCircle(cr, cx, cy, w * 0.1, kGold, 1);
+  fillCircle(cr, cx, cy, w * 0.1, palette::kGold, 1);
   strokeCircle(cr, cx, cy, w * 0.1, 1, 0x000000, 0.15);
 
   const TextStyle style{
@@ -199,10 +199,6 @@ double tileRadius(double w) { return std::max(4.0, std::round(w * 0.16)); }
 Rect tileFaceRect(const Rect& tile) {
   const double bevel = tileBevel(tile.w);
   return {tile.x, tile.y, tile.w - bevel, tile.h - bevel};
-}
-
-Rect insetRect(const Rect& rect, double inset) {
-  return {rect.x + inset, rect.y + inset, rect.w - 2 * inset, rect.h - 2 * inset};
 }
 
 Rect scaledRect(const Rect& rect, double factor) {

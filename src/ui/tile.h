@@ -43,8 +43,6 @@ double tileBevel(double w);
 double tileRadius(double w);
 // The part of the tile that carries the picture.
 Rect tileFaceRect(const Rect& tile);
-// `rect` made smaller by `inset` on every side.
-Rect insetRect(const Rect& rect, double inset);
 // `rect` made larger by `factor` about its centre.
 Rect scaledRect(const Rect& rect, double factor);
 

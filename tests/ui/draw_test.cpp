@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <string_view>
@@ -435,6 +436,79 @@ TEST(Text, DoesNotRememberATextThatWasLonger) {
     EXPECT_EQ(size.w, measured("Mahj", {.size = 20}).w);
   });
 }
+
+// --- wrapped text ---
+
+const std::string kSentence = "Every tile that is taken off the table frees the ones below and beside it.";
+
+ui::CairoSurface wrapped(double width, std::string_view text, const ui::TextStyle& style) {
+  return makePicture(kTextW, 200, [&](cairo_t* cr) { ui::drawWrappedText(cr, 50, 10, width, text, style); });
+}
+
+double wrappedHeight(double width, std::string_view text, const ui::TextStyle& style) {
+  double height = 0;
+  makePicture(8, 8, [&](cairo_t* cr) { height = ui::wrappedTextHeight(cr, width, text, style); });
+  return height;
+}
+
+// The first and the one beyond the last column that are not empty, above row `end`.
+std::pair<int, int> inkedColumns(cairo_surface_t* picture, int end) {
+  std::pair<int, int> columns(kTextW, 0);
+  for (int x = 0; x < kTextW; ++x) {
+    for (int y = 0; y < end; ++y) {
+      if (pixelAt(picture, x, y) != kClear) columns = {std::min(columns.first, x), x + 1};
+    }
+  }
+  return columns;
+}
+
+TEST(WrappedText, StaysWithinItsColumn) {
+  const auto [left, right] = inkedColumns(wrapped(180, kSentence, {.size = 14}).get(), 200);
+  EXPECT_GE(left, 49);
+  EXPECT_LE(right, 50 + 180 + 1);
+  EXPECT_GT(right, 50 + 120);
+}
+
+TEST(WrappedText, IsAsHighAsItsLines) {
+  const double line = measured("x", {.size = 14}).h;
+  EXPECT_EQ(wrappedHeight(1000, kSentence, {.size = 14}), line);
+  EXPECT_NEAR(wrappedHeight(measured(kSentence, {.size = 14}).w * 0.6, kSentence, {.size = 14}), 2 * line, 1);
+  EXPECT_GT(wrappedHeight(90, kSentence, {.size = 14}), 5 * line);
+}
+
+TEST(WrappedText, BreaksAWordThatIsWiderThanItsColumn) {
+  for (const double width : {60.0, 1.0, 0.0, -20.0}) {
+    EXPECT_GT(wrappedHeight(width, "Incomprehensibilities", {.size = 14}), 40) << width;
+  }
+  const auto [left, right] = inkedColumns(wrapped(60, "Incomprehensibilities", {.size = 14}).get(), 200);
+  EXPECT_LE(right, 50 + 60 + 1);
+}
+
+TEST(WrappedText, LiesInItsColumnAsItsStyleSays) {
+  const std::string one = "Tile";
+  const double room = 180 - measured(one, {.size = 14}).w;
+  const auto leftOf = [&](ui::Align align) {
+    return inkedColumns(wrapped(180, one, {.size = 14, .align = align}).get(), 200).first;
+  };
+  const int left = leftOf(ui::Align::Left);
+  EXPECT_NEAR(leftOf(ui::Align::Center), left + room / 2, 1.5);
+  EXPECT_NEAR(leftOf(ui::Align::Right), left + room, 1.5);
+}
+
+TEST(WrappedText, IsNothingWithoutLettersOrASize) {
+  EXPECT_TRUE(isEmpty(wrapped(180, "", {.size = 14}).get(), kTextW, 200));
+  EXPECT_TRUE(isEmpty(wrapped(180, kSentence, {.size = 0}).get(), kTextW, 200));
+  EXPECT_EQ(wrappedHeight(180, "", {.size = 14}), 0);
+  EXPECT_EQ(wrappedHeight(180, kSentence, {.size = -1}), 0);
+}
+
+TEST(WrappedText, LeavesTextsOfOneLineUnbroken) {
+  const auto before = drawnAt(5, kSentence, {.size = 20});
+  wrapped(60, kSentence, {.size = 20});
+  EXPECT_TRUE(samePicture(drawnAt(5, kSentence, {.size = 20}).get(), before.get()));
+}
+
+// --- text in several contexts ---
 
 // Small letters, since the whole pixels of the device matter most to them.
 double widthAtScale(cairo_t* cr, double scale) {

@@ -10,6 +10,7 @@
 #include "screens/playing.h"
 #include "support/picture.h"
 #include "support/temp_dir.h"
+#include "ui/draw.h"
 #include "ui/felt.h"
 #include "ui/fonts.h"
 #include "ui/tile.h"
