@@ -10,13 +10,20 @@
 #include <memory>
 
 #include "app/app.h"
+#include "resources/audio.h"
+#include "resources/i18n.h"
 #include "rules/levels.h"
 #include "rules/table_themes.h"
 #include "screens/resume.h"
 #include "screens/screens.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/format.h"
 #include "ui/gpu.h"
+#include "ui/icons.h"
+#include "ui/palette.h"
+#include "ui/pointer_block.h"
+#include "ui/widgets.h"
 
 namespace screens {
 namespace {
@@ -38,10 +45,7 @@ constexpr double kWheelZoom = 0.25;
 constexpr double kKeyZoom = 0.6;
 constexpr double kTapSlack = 6;  // a hand that moves further means to drag
 
-constexpr double kNarrowWindow = 780;
-constexpr double kFrameGap = 6;  // between the golden frame and what lies within
-
-constexpr unsigned kVeilColor = 0x041C0B;
+constexpr double kPauseVeil = 0.72;
 constexpr unsigned kWinColor = 0xFFF4D6;
 constexpr unsigned kReadyColor = 0xFFE9A8;
 
@@ -61,25 +65,32 @@ bool takeDue(std::optional<double>& due, double now) {
   return true;
 }
 
+// A number beside its icon, in the middle of `rect`'s height.
+void drawCounter(const ui::Ctx& ctx, const ui::Rect& rect, ui::ActionIcon icon, int number) {
+  constexpr double kIconSize = 18;
+  constexpr double kTextX = kIconSize + 7;
+  ui::drawActionIcon(ctx.cr, icon, rect.x + kIconSize / 2, rect.y + rect.h / 2, kIconSize,
+                     ui::palette::kMutedText, 1);
+  ui::drawTextIn(ctx.cr, {rect.x + kTextX, rect.y, rect.w - kTextX, rect.h}, std::to_string(number),
+                 {.size = 15, .color = ui::palette::kLightText});
+}
+
+void drawPanelWithTitle(const ui::Ctx& ctx, const PanelLayout& layout, std::string_view title) {
+  const ui::Rect& panel = layout.panel;
+  ui::drawPanel(ctx.cr, panel);
+  ui::drawText(ctx.cr, panel.x + panel.w / 2, layout.titleTop, title,
+               {.size = 19,
+                .bold = true,
+                .color = ui::palette::kGold,
+                .align = ui::Align::Center,
+                .maxWidth = panel.w - 40});
+}
+
 void cover(ui::Ctx& ctx, unsigned color, double alpha) {
   ui::fillRect(ctx.cr, {0, 0, ctx.w, ctx.h}, color, alpha);
 }
 
 }  // namespace
-
-PlayingLayout playingLayout(double w, double h) {
-  const bool narrow = w < kNarrowWindow;
-  const double headerH = narrow ? 46 : 54;
-  const double actionsH = narrow ? 54 : 64;
-  const double margin = ui::feltFrameMargin(w, h) + kFrameGap;
-  const double corner = ui::feltCornerSize(w, h) + kFrameGap;
-  const double barX = margin + corner;
-  const double barW = w - 2 * barX;
-  const double actionsY = h - margin - actionsH;
-  return {.header = {barX, margin, barW, headerH},
-          .board = {margin, margin + headerH, w - 2 * margin, actionsY - margin - headerH},
-          .actions = {barX, actionsY, barW, actionsH}};
-}
 
 Playing::Playing(const ui::GameState& descriptor)
     : level(descriptor.level), deal(descriptor.deal), autoplay(autoplayFromEnvironment()) {
@@ -107,9 +118,15 @@ void Playing::update(ui::Ctx& ctx) {
   autosave(ctx.dt);
   removePendingPair(ctx.time);
   endFlashes(ctx.time);
-  drawTiles(ctx);
-  boardInput(ctx);
-  if (paused) cover(ctx, kVeilColor, 0.94);
+  {
+    const ui::PointerBlock block(ctx, paused);
+    if (header(ctx)) return;
+    drawTiles(ctx);
+    noMoves(ctx);
+    boardInput(ctx);
+    actionBar(ctx);
+  }
+  pauseOverlay(ctx);
   keys(ctx);
   autoplayStep(ctx.time);
   winFade(ctx);
@@ -117,18 +134,26 @@ void Playing::update(ui::Ctx& ctx) {
 }
 
 void Playing::tapTile(int tile, double now) {
-  if (won() || !mj::isFree(game, tile)) return;
+  if (won()) return;
+  if (!mj::isFree(game, tile)) {
+    audio::play(audio::Sfx::Error);
+    return;
+  }
   clearHint();
   if (tile == game.selected) {
+    audio::play(audio::Sfx::Click);
     game.selected = -1;
   } else if (game.selected < 0) {
+    audio::play(audio::Sfx::Place);
     game.selected = tile;
   } else if (mj::canMatch(game, game.selected, tile)) {
+    audio::play(audio::Sfx::Place);
     pendingA = game.selected;
     pendingB = tile;
     pendingDue = now + kPendingTime;
     game.selected = tile;
   } else {
+    audio::play(audio::Sfx::NoNo);
     wrongA = game.selected;
     wrongB = tile;
     wrongDue = now + kWrongTime;
@@ -156,6 +181,7 @@ void Playing::begin(double now) {
 void Playing::endIntro(double now) {
   if (!introActive || now < fx.introEnd) return;
   introActive = false;
+  audio::play(audio::Sfx::Ready);
   readyAt = now;
 }
 
@@ -185,7 +211,10 @@ void Playing::removePendingPair(double now) {
     fx.addBurst(game, geom, tile, game.faces[static_cast<std::size_t>(tile)], now);
   }
   mj::applyMatch(game, a, b);
-  if (won() && !winAt) winAt = now;
+  audio::play(audio::Sfx::Remove);
+  if (!won() || winAt) return;
+  audio::play(audio::Sfx::WinGlare);
+  winAt = now;
 }
 
 void Playing::endFlashes(double now) {
@@ -195,6 +224,28 @@ void Playing::endFlashes(double now) {
     game.selected = -1;
   }
   if (takeDue(hintDue, now)) hintPairs.clear();
+}
+
+// True when the player goes back; the frame then ends here.
+bool Playing::header(ui::Ctx& ctx) {
+  if (ui::backButton(ctx, layout.back)) {
+    ui::Game::instance().pop();
+    return true;
+  }
+  drawHeaderTexts(ctx);
+  if (ui::actionButton(ctx, layout.pause, ui::ActionIcon::Pause, "", won())) paused = true;
+  return false;
+}
+
+void Playing::drawHeaderTexts(const ui::Ctx& ctx) const {
+  ui::drawTextIn(ctx.cr, layout.label, i18n::tr("playing.levelLabel", {{"n", std::to_string(level)}}),
+                 {.size = 17, .bold = true, .color = ui::palette::kLightText});
+  const int tilesLeft = static_cast<int>(game.slots.size()) - game.removed;
+  drawCounter(ctx, layout.counters[0], ui::ActionIcon::Card, tilesLeft);
+  drawCounter(ctx, layout.counters[1], ui::ActionIcon::Hint, game.hints);
+  drawCounter(ctx, layout.counters[2], ui::ActionIcon::Shuffle, game.shuffles);
+  ui::drawTextIn(ctx.cr, layout.time, ui::formatTime(elapsedMs()),
+                 {.size = 15, .color = ui::palette::kLightText, .alpha = 0.6, .align = ui::Align::Right});
 }
 
 void Playing::drawTiles(ui::Ctx& ctx) {
@@ -210,10 +261,23 @@ void Playing::drawTiles(ui::Ctx& ctx) {
     options.hintIds.push_back(a);
     options.hintIds.push_back(b);
   }
+  // A pause is no time to study the board.
+  if (paused) return;
   ui::profBegin("board");
   ui::drawBoard(ctx, game, layout.board, options, &fx);
   ui::drawBursts(ctx, &fx, layout.board, options);
   ui::profEnd("board");
+}
+
+void Playing::noMoves(ui::Ctx& ctx) {
+  if (introActive || paused || won() || !mj::availablePairs(game).empty()) return;
+  const bool canUndo = !game.history.empty();
+  const PanelLayout panel = noMovesPanel(ctx.w, layout.board, canUndo ? 2 : 1);
+  drawPanelWithTitle(ctx, panel, i18n::tr("playing.noMoves"));
+  if (canUndo && ui::plainButton(ctx, panel.first, i18n::tr("playing.undo"), false)) takeBack();
+  if (ui::plainButton(ctx, panel.second, i18n::tr("playing.shuffle"), false)) shuffle();
+  // The tiles below the panel hear of nothing.
+  ctx.takeClick(panel.panel);
 }
 
 void Playing::boardInput(ui::Ctx& ctx) {
@@ -243,16 +307,46 @@ void Playing::dragBoard(const ui::Ctx& ctx) {
   boundPan();
 }
 
+void Playing::actionBar(ui::Ctx& ctx) {
+  const auto button = [&](std::size_t place, ui::ActionIcon icon, const std::string& label, bool disabled) {
+    return ui::actionButton(ctx, layout.buttons[place], icon, label, disabled) && !won();
+  };
+  if (button(0, ui::ActionIcon::Hint, i18n::tr("playing.hint"), paused)) takeHint(ctx.time);
+  if (button(1, ui::ActionIcon::Shuffle, i18n::tr("playing.shuffle"), paused)) shuffle();
+  if (button(2, ui::ActionIcon::Undo, i18n::tr("playing.undo"), paused || game.history.empty())) takeBack();
+  if (button(3, ui::ActionIcon::ZoomIn, "", paused)) setZoom(zoom + kKeyZoom);
+  if (button(4, ui::ActionIcon::ZoomOut, "", paused)) setZoom(zoom - kKeyZoom);
+  if (button(5, ui::ActionIcon::Fit, "", paused)) setZoom(1);
+}
+
+void Playing::pauseOverlay(ui::Ctx& ctx) {
+  if (!paused) return;
+  cover(ctx, ui::palette::kVeil, kPauseVeil);
+  const PanelLayout panel = pausePanel(ctx.w, ctx.h);
+  drawPanelWithTitle(ctx, panel, i18n::tr("playing.paused"));
+  if (ui::plainButton(ctx, panel.first, i18n::tr("playing.resume"), false)) paused = false;
+  if (ui::plainButton(ctx, panel.second, i18n::tr("playing.exit"), false)) ui::Game::instance().pop();
+}
+
 void Playing::keys(ui::Ctx& ctx) {
   if (ctx.in.hasKey(SDLK_ESCAPE)) ui::Game::instance().pop();
-  if (ctx.in.hasKey(SDLK_SPACE)) paused = !paused;
+  if (ctx.in.hasKey(SDLK_SPACE)) {
+    audio::play(audio::Sfx::Click);
+    paused = !paused;
+  }
   if (!paused && !won()) playKeys(ctx.in, ctx.time);
 }
 
 void Playing::playKeys(const ui::Input& in, double now) {
   if (in.hasKey(SDLK_h)) takeHint(now);
-  if (in.hasKey(SDLK_m)) shuffle();
-  if (in.hasKey(SDLK_u)) takeBack();
+  if (in.hasKey(SDLK_m)) {
+    audio::play(audio::Sfx::Click);
+    shuffle();
+  }
+  if (in.hasKey(SDLK_u) && !game.history.empty()) {
+    audio::play(audio::Sfx::Click);
+    takeBack();
+  }
   if (in.hasKey(SDLK_PLUS) || in.hasKey(SDLK_EQUALS)) setZoom(zoom + kKeyZoom);
   if (in.hasKey(SDLK_MINUS)) setZoom(zoom - kKeyZoom);
   if (in.hasKey(SDLK_0)) setZoom(1);
@@ -264,6 +358,7 @@ void Playing::autoplayStep(double now) {
   lastAuto = now;
   const auto [a, b] = mj::findHint(game);
   if (a < 0) {
+    audio::play(audio::Sfx::Click);
     shuffle();
   } else {
     tapTile(a == game.selected ? b : a, now);
@@ -299,7 +394,11 @@ void Playing::readyFlash(ui::Ctx& ctx) {
 
 void Playing::takeHint(double now) {
   const mj::SlotPair pair = mj::findHint(game);
-  if (pair.first < 0) return;
+  if (pair.first < 0) {
+    audio::play(audio::Sfx::Error);
+    return;
+  }
+  audio::play(audio::Sfx::Hint);
   hintPairs = {pair};
   game.selected = -1;
   ++game.hints;
@@ -312,7 +411,6 @@ void Playing::shuffle() {
 }
 
 void Playing::takeBack() {
-  if (game.history.empty()) return;
   clearHint();
   mj::undo(game);
 }

@@ -10,18 +10,11 @@
 
 #include "app/context.h"
 #include "rules/engine.h"
+#include "screens/playing_layout.h"
 #include "ui/board.h"
 #include "ui/board_fx.h"
 
 namespace screens {
-
-// Header above, action bar below, and the board in between, inside the table's golden frame.
-struct PlayingLayout {
-  ui::Rect header;
-  ui::Rect board;
-  ui::Rect actions;
-};
-PlayingLayout playingLayout(double w, double h);
 
 class Playing : public ui::Screen {
  public:
@@ -64,9 +57,14 @@ class Playing : public ui::Screen {
   void autosave(double dt);
   void removePendingPair(double now);
   void endFlashes(double now);
+  bool header(ui::Ctx& ctx);
+  void drawHeaderTexts(const ui::Ctx& ctx) const;
   void drawTiles(ui::Ctx& ctx);
+  void noMoves(ui::Ctx& ctx);
   void boardInput(ui::Ctx& ctx);
   void dragBoard(const ui::Ctx& ctx);
+  void actionBar(ui::Ctx& ctx);
+  void pauseOverlay(ui::Ctx& ctx);
   void keys(ui::Ctx& ctx);
   void playKeys(const ui::Input& in, double now);
   void autoplayStep(double now);

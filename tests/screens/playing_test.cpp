@@ -293,7 +293,7 @@ TEST(Hint, ThatFindsNoPairDoesNotCount) {
   sitting.take(test::lowestPair(sitting.game()));
   ASSERT_THAT(mj::availablePairs(sitting.game()), IsEmpty());
   const int tile = test::topTile(sitting.game());
-  sitting.click(tile);
+  sitting.screen.tapTile(tile, sitting.harness.time());
   sitting.harness.key(SDLK_h);
   EXPECT_EQ(sitting.game().hints, 0);
   EXPECT_EQ(sitting.game().selected, tile);

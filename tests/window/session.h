@@ -11,7 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "support/picture.h"
 #include "window/desktop.h"
 #include "window/table.h"
 
@@ -46,16 +45,8 @@ class Session {
   // Whether the window comes to show the table, but for the tiles in `except`.
   testing::AssertionResult showsTable(const std::set<int>& except = {}) {
     testing::AssertionResult result = testing::AssertionFailure();
-    waitFor([&] {
-      picture = game.picture();
-      return static_cast<bool>(result = table.isShownIn(picture.get(), except));
-    });
+    waitFor([&] { return static_cast<bool>(result = table.isShownIn(game.picture().get(), except)); });
     return result;
-  }
-  // The picture in which showsTable saw it; null before.
-  cairo_surface_t* lastPicture() const { return picture.get(); }
-  bool comesToLookLike(cairo_surface_t* earlier, int tolerance) const {
-    return waitFor([&] { return support::samePicture(earlier, game.picture().get(), tolerance); });
   }
   bool showsSelected(int tile) const {
     return waitFor([&] { return table.isSelectedIn(game.picture().get(), tile); });
@@ -90,8 +81,6 @@ class Session {
         desktop(*place),
         game(desktop, setup.arguments, setup.environment),
         table(shown) {}
-
-  ui::CairoSurface picture;
 };
 
 }  // namespace window
