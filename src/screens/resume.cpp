@@ -1,7 +1,6 @@
 #include "screens/resume.h"
 
 #include <algorithm>
-#include <iterator>
 #include <vector>
 
 namespace screens {
@@ -14,16 +13,18 @@ constexpr int kMaxAids = 999'999;
 // Keeps the entries that undo can take back, one after the other: both slots empty, and no slot twice.
 void repairHistory(mj::GameState& game) {
   std::vector<char> claimed = mj::presence(game);
-  std::vector<mj::HistoryEntry> kept;
-  for (auto entry = game.history.rbegin(); entry != game.history.rend(); ++entry) {
-    char& a = claimed[static_cast<std::size_t>(entry->a)];
-    char& b = claimed[static_cast<std::size_t>(entry->b)];
-    if (a != 0 || b != 0 || entry->a == entry->b) continue;
+  const auto isStale = [&](const mj::HistoryEntry& entry) {
+    char& a = claimed[static_cast<std::size_t>(entry.a)];
+    char& b = claimed[static_cast<std::size_t>(entry.b)];
+    if (a != 0 || b != 0 || entry.a == entry.b) return true;
     a = 1;
     b = 1;
-    kept.push_back(std::move(*entry));
-  }
-  game.history.assign(std::move_iterator(kept.rbegin()), std::move_iterator(kept.rend()));
+    return false;
+  };
+  // Of two entries for one slot the newer one is right.
+  std::reverse(game.history.begin(), game.history.end());
+  std::erase_if(game.history, isStale);
+  std::reverse(game.history.begin(), game.history.end());
 }
 
 }  // namespace
