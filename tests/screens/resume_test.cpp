@@ -14,7 +14,6 @@
 namespace {
 
 using screens::resumableGame;
-using testing::ElementsAre;
 
 constexpr int kLevel = 3;
 constexpr std::uint32_t kDeal = 4000000000;

@@ -197,7 +197,7 @@ void expectPlays(const std::vector<Damage>& damages) {
 // --- files that can be replaced ---
 
 TEST(DamagedFiles, CutAtAnyPlaceGiveAFreshGame) {
-  const std::string save = goodSave();
+  const std::string& save = goodSave();
   const std::string settings = written("settings.json", [] { store::saveSettings({}); });
   Desktop desktop;
   for (std::size_t length = 0; length < save.size(); length += 100) {
@@ -214,17 +214,17 @@ TEST(DamagedFiles, CutAtAnyPlaceGiveAFreshGame) {
 
 TEST(DamagedFiles, OfWrongKindsGiveAFreshGame) {
   std::vector<Damage> damages;
-  for (const char* text : {"null", "[]", "7", "{\"current_mahjong\":[]}", "{\"current_mahjong\":{}}",
-                           "{\"current_mahjong\":{\"level\":1,\"faces\":{}}}", "\xFF\xFE", "{{{{"}) {
+  for (const char* text : {"null", "[]", "7", R"({"current_mahjong":[]})", R"({"current_mahjong":{}})",
+                           R"({"current_mahjong":{"level":1,"faces":{}}})", "\xFF\xFE", "{{{{"}) {
     damages.push_back(saved(text, text, freshGame()));
   }
-  damages.push_back(saved("level", saveWith("\"level\":1", "\"level\":\"1\""), freshGame()));
-  damages.push_back(saved("seed", saveWith("\"seed\":1", "\"seed\":[1]"), freshGame()));
+  damages.push_back(saved("level", saveWith(R"("level":1)", R"("level":"1")"), freshGame()));
+  damages.push_back(saved("seed", saveWith(R"("seed":1)", R"("seed":[1])"), freshGame()));
   expectPlays(damages);
 }
 
 TEST(DamagedFiles, LoseNoMoreThanWhatIsDamaged) {
-  const std::string firstFace = "\"faces\":[\"" + goodGame().game.faces[0] + "\"";
+  const std::string firstFace = R"("faces":[")" + goodGame().game.faces[0] + R"(")";
   ASSERT_NE(goodGame().game.faces[0], "");
   const mj::GameState good = goodGame().game;
   const auto withoutFirst = [](mj::GameState& game) {
@@ -233,19 +233,17 @@ TEST(DamagedFiles, LoseNoMoreThanWhatIsDamaged) {
   };
   expectPlays({
       saved("nothing damaged", goodSave(), good),
-      saved("a number among the faces", saveWith(firstFace, "\"faces\":[5"), goodGameBut(withoutFirst)),
-      saved("an odd count of tiles", saveWith(firstFace, "\"faces\":[\"\""), goodGameBut(withoutFirst)),
-      saved("a face that nobody knows", saveWith(firstFace, "\"faces\":[\"rose\""),
+      saved("a number among the faces", saveWith(firstFace, R"("faces":[5)"), goodGameBut(withoutFirst)),
+      saved("an odd count of tiles", saveWith(firstFace, R"("faces":["")"), goodGameBut(withoutFirst)),
+      saved("a face that nobody knows", saveWith(firstFace, R"("faces":["rose")"),
             goodGameBut([](mj::GameState& game) { game.faces[0] = "rose"; })),
-      saved("no history", saveWith("\"history\":[", "\"history\":5,\"was\":["),
+      saved("no history", saveWith(R"("history":[)", R"("history":5,"was":[)"),
             goodGameBut([](mj::GameState& game) { game.history.clear(); })),
       saved("a history of tiles on the table",
-            saveWith("\"history\":[",
-                     "\"history\":[" + std::string() + "{\"a\":0,\"b\":0,\"fa\":\"dot1\",\"fb\":\"dot1\"},"),
-            good),
-      saved("counters", saveWith("\"hintsUsed\":1", "\"hintsUsed\":-7"),
+            saveWith(R"("history":[)", R"("history":[{"a":0,"b":0,"fa":"dot1","fb":"dot1"},)"), good),
+      saved("counters", saveWith(R"("hintsUsed":1)", R"("hintsUsed":-7)"),
             goodGameBut([](mj::GameState& game) { game.hints = 0; })),
-      saved("a time beyond reason", saveWith("\"elapsedMs\":61000", "\"elapsedMs\":1e300"), good),
+      saved("a time beyond reason", saveWith(R"("elapsedMs":61000)", R"("elapsedMs":1e300)"), good),
       {"save under its temporary name", [](const Home& home) { home.write("save.json.tmp", goodSave()); },
        good},
       {"settings of wrong kinds",

@@ -43,7 +43,7 @@ class Session {
   Table table;
 
   // Whether the window comes to show the table, but for the tiles in `except`.
-  testing::AssertionResult showsTable(const std::set<int>& except = {}) {
+  testing::AssertionResult showsTable(const std::set<int>& except = {}) const {
     testing::AssertionResult result = testing::AssertionFailure();
     waitFor([&] { return static_cast<bool>(result = table.isShownIn(game.picture().get(), except)); });
     return result;
@@ -76,11 +76,11 @@ class Session {
   }
 
  private:
-  Session(std::shared_ptr<Desktop> on, const Setup& setup, const Table& shown)
+  Session(std::shared_ptr<Desktop> on, const Setup& setup, Table shown)
       : place(std::move(on)),
         desktop(*place),
         game(desktop, setup.arguments, setup.environment),
-        table(shown) {}
+        table(std::move(shown)) {}
 };
 
 }  // namespace window

@@ -19,7 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
-using testing::Not;
 using window::Environment;
 using window::Key;
 using window::Session;
