@@ -49,7 +49,7 @@ BENCHMARK(start)->ArgName("frame")->Arg(1)->Arg(2)->Iterations(40)->UseManualTim
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): no directory, no measurement
   const support::TempDir files;
   setenv("XDG_DATA_HOME", files.path().c_str(), 1);
   setenv("SDL_VIDEODRIVER", "dummy", 1);

@@ -120,10 +120,10 @@ void Playing::update(ui::Ctx& ctx) {
   endFlashes(ctx.time);
   {
     const ui::PointerBlock block(ctx, paused);
+    dragBoard(ctx);
     if (header(ctx)) return;
     drawTiles(ctx);
-    noMoves(ctx);
-    boardInput(ctx);
+    if (!noMoves(ctx)) boardInput(ctx);
     actionBar(ctx);
   }
   pauseOverlay(ctx);
@@ -269,54 +269,56 @@ void Playing::drawTiles(ui::Ctx& ctx) {
   ui::profEnd("board");
 }
 
-void Playing::noMoves(ui::Ctx& ctx) {
-  if (introActive || paused || won() || !mj::availablePairs(game).empty()) return;
+// True when the pointer lies on the panel: the tiles below then hear of nothing.
+bool Playing::noMoves(ui::Ctx& ctx) {
+  if (introActive || paused || won() || !mj::availablePairs(game).empty()) return false;
   const bool canUndo = !game.history.empty();
   const PanelLayout panel = noMovesPanel(ctx.w, layout.board, canUndo ? 2 : 1);
   drawPanelWithTitle(ctx, panel, i18n::tr("playing.noMoves"));
   if (canUndo && ui::plainButton(ctx, panel.first, i18n::tr("playing.undo"), false)) takeBack();
   if (ui::plainButton(ctx, panel.second, i18n::tr("playing.shuffle"), false)) shuffle();
-  // The tiles below the panel hear of nothing.
-  ctx.takeClick(panel.panel);
+  return ctx.hover(panel.panel);
 }
 
 void Playing::boardInput(ui::Ctx& ctx) {
-  if (paused) {
-    grab.reset();
-    return;
-  }
-  if (ctx.in.wheel != 0 && ctx.hover(layout.board)) setZoom(zoom + kWheelZoom * ctx.in.wheel);
-  dragBoard(ctx);
-  const bool wasDrag = grab && grab->moved && zoom > kNoZoom;
-  if (!ctx.in.down) grab.reset();
-  if (wasDrag || !ctx.takeClick(layout.board)) return;
-  const int tile = ui::hitTestTile(game, layout.board, options, ctx.in.mx, ctx.in.my);
+  const ui::Input& in = ctx.in;
+  if (paused || !ctx.hover(layout.board)) return;
+  if (in.wheel != 0) setZoom(zoom + kWheelZoom * in.wheel);
+  if (in.pressed && in.down && zoom > kNoZoom) grab = Grab{in.mx, in.my, panX, panY, false};
+  if (!ctx.takeClick(layout.board)) return;
+  const int tile = ui::hitTestTile(game, layout.board, options, in.mx, in.my);
   if (tile >= 0) tapTile(tile, ctx.time);
 }
 
-void Playing::dragBoard(const ui::Ctx& ctx) {
-  const ui::Input& in = ctx.in;
-  if (in.pressed && zoom > kNoZoom && ctx.hover(layout.board)) grab = Grab{in.mx, in.my, panX, panY, false};
+void Playing::dragBoard(ui::Ctx& ctx) {
+  if (paused) grab.reset();
   if (!grab) return;
+  const ui::Input& in = ctx.in;
   const double dx = in.mx - grab->mouseX;
   const double dy = in.my - grab->mouseY;
   if (std::hypot(dx, dy) > kTapSlack) grab->moved = true;
-  if (!grab->moved) return;
-  panX = grab->panX + dx;
-  panY = grab->panY + dy;
-  boundPan();
+  if (grab->moved) {
+    panX = grab->panX + dx;
+    panY = grab->panY + dy;
+    boundPan();
+  }
+  if (in.down && !in.clicked) return;
+  // The release that ends a drag works nothing, wherever the hand has got to.
+  if (grab->moved && zoom > kNoZoom) ctx.clickTaken = true;
+  grab.reset();
 }
 
 void Playing::actionBar(ui::Ctx& ctx) {
+  const bool closed = paused || won();
   const auto button = [&](std::size_t place, ui::ActionIcon icon, const std::string& label, bool disabled) {
-    return ui::actionButton(ctx, layout.buttons[place], icon, label, disabled) && !won();
+    return ui::actionButton(ctx, layout.buttons[place], icon, label, disabled);
   };
-  if (button(0, ui::ActionIcon::Hint, i18n::tr("playing.hint"), paused)) takeHint(ctx.time);
-  if (button(1, ui::ActionIcon::Shuffle, i18n::tr("playing.shuffle"), paused)) shuffle();
-  if (button(2, ui::ActionIcon::Undo, i18n::tr("playing.undo"), paused || game.history.empty())) takeBack();
-  if (button(3, ui::ActionIcon::ZoomIn, "", paused)) setZoom(zoom + kKeyZoom);
-  if (button(4, ui::ActionIcon::ZoomOut, "", paused)) setZoom(zoom - kKeyZoom);
-  if (button(5, ui::ActionIcon::Fit, "", paused)) setZoom(1);
+  if (button(0, ui::ActionIcon::Hint, i18n::tr("playing.hint"), closed)) takeHint(ctx.time);
+  if (button(1, ui::ActionIcon::Shuffle, i18n::tr("playing.shuffle"), closed)) shuffle();
+  if (button(2, ui::ActionIcon::Undo, i18n::tr("playing.undo"), closed || game.history.empty())) takeBack();
+  if (button(3, ui::ActionIcon::ZoomIn, "", closed)) setZoom(zoom + kKeyZoom);
+  if (button(4, ui::ActionIcon::ZoomOut, "", closed)) setZoom(zoom - kKeyZoom);
+  if (button(5, ui::ActionIcon::Fit, "", closed)) setZoom(1);
 }
 
 void Playing::pauseOverlay(ui::Ctx& ctx) {

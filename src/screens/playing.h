@@ -60,9 +60,9 @@ class Playing : public ui::Screen {
   bool header(ui::Ctx& ctx);
   void drawHeaderTexts(const ui::Ctx& ctx) const;
   void drawTiles(ui::Ctx& ctx);
-  void noMoves(ui::Ctx& ctx);
+  bool noMoves(ui::Ctx& ctx);
   void boardInput(ui::Ctx& ctx);
-  void dragBoard(const ui::Ctx& ctx);
+  void dragBoard(ui::Ctx& ctx);
   void actionBar(ui::Ctx& ctx);
   void pauseOverlay(ui::Ctx& ctx);
   void keys(ui::Ctx& ctx);

@@ -255,9 +255,10 @@ void drawTextIn(cairo_t* cr, const Rect& rect, std::string_view text, const Text
   TextStyle fitted = style;
   // A width of 0 or less would mean never to shrink.
   fitted.maxWidth = std::max(rect.w, 1.0);
-  const int height = sizeOf(fittedLayout(cr, text, fitted)).h;
+  PangoLayout* layout = fittedLayout(cr, text, fitted);
+  const TextSize size = sizeOf(layout);
   const double part = style.align == Align::Left ? 0 : style.align == Align::Center ? 0.5 : 1;
-  drawText(cr, rect.x + part * rect.w, rect.y + (rect.h - height) * 0.5, text, fitted);
+  showLayout(cr, rect.x + part * (rect.w - size.w), rect.y + (rect.h - size.h) * 0.5, layout, style);
 }
 
 void drawTextCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style) {

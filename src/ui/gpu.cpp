@@ -34,6 +34,7 @@ struct Cache {
   SDL_Renderer* renderer = nullptr;
   double scale = 1;
   int drawCalls = 0;
+  int paints = 0;
   std::int64_t frame = 0;
   Entries entries;
   SDL_BlendMode blendMode = SDL_BLENDMODE_BLEND;
@@ -189,10 +190,13 @@ SDL_Renderer* gpuRenderer() { return cache().renderer; }
 
 void gpuBeginFrame() {
   cache().drawCalls = 0;
+  cache().paints = 0;
   ++cache().frame;
 }
 
 int gpuDrawCalls() { return cache().drawCalls; }
+
+int gpuPaints() { return cache().paints; }
 
 void gpuSetScale(double scale) { cache().scale = scale > 0 ? scale : 1; }
 
@@ -210,6 +214,7 @@ SDL_Texture* gpuTexture(const std::string& key, int w, int h, void (*paint)(cair
     return known->texture.get();
   }
   evictOldest(state.entries);
+  ++state.paints;
   const CairoSurface surface = paintSurface(w, h, state.scale, paint, user);
   if (!surface) return nullptr;
   SdlTexture texture = upload(state, surface.get(), w, h);

@@ -31,10 +31,12 @@ SDL_Renderer* gpuRenderer();
 // The blend mode that gpuInit chose, for premultiplied textures outside the cache.
 SDL_BlendMode gpuBlendMode();
 
-// Starts a frame: the count of blits is back at 0, and what is used from now on counts as younger.
+// Starts a frame: both counts are back at 0, and what is used from now on counts as younger.
 void gpuBeginFrame();
 // Blits issued since the frame began.
 int gpuDrawCalls();
+// Pictures that gpuTexture has painted since the frame began: none in a frame that shows nothing new.
+int gpuPaints();
 
 // Device pixels per logical pixel; 1 when `scale` is not positive. Nothing is dropped: keys hold device
 // sizes, so pictures of the old scale are asked for no longer and age out.

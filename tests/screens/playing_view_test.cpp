@@ -1,4 +1,4 @@
-// What the Playing screen shows: layout, zoom, pan and drag, the flash before and the fade after a game.
+// What the Playing screen shows: zoom, pan and drag, the flash before and the fade after a game.
 
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
@@ -7,58 +7,15 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
-#include <utility>
 
 #include "screens/playing.h"
 #include "screens/sitting.h"
 #include "support/picture.h"
-#include "ui/felt.h"
 
 namespace {
 
 using support::Point;
 using test::Sitting;
-
-class PlayingLayout : public testing::TestWithParam<std::pair<int, int>> {
- protected:
-  const double w = GetParam().first;
-  const double h = GetParam().second;
-  const screens::PlayingLayout layout = screens::playingLayout(w, h);
-};
-
-TEST_P(PlayingLayout, HasLowerBarsInANarrowWindow) {
-  EXPECT_EQ(layout.header.h, w < 780 ? 46 : 54);
-  EXPECT_EQ(layout.actions.h, w < 780 ? 54 : 64);
-}
-
-TEST_P(PlayingLayout, HasTheBoardBetweenTheBars) {
-  EXPECT_EQ(layout.board.y, layout.header.y + layout.header.h);
-  EXPECT_EQ(layout.board.y + layout.board.h, layout.actions.y);
-  EXPECT_EQ(layout.board.x + layout.board.w / 2, w / 2);
-  EXPECT_EQ(layout.header.x, layout.actions.x);
-  EXPECT_EQ(layout.header.w, layout.actions.w);
-}
-
-TEST_P(PlayingLayout, KeepsClearOfTheGoldenFrameAndItsCorners) {
-  const double margin = ui::feltFrameMargin(w, h) + 6;
-  for (const ui::Rect& rect : {layout.header, layout.board, layout.actions}) {
-    EXPECT_GE(rect.x, margin);
-    EXPECT_GE(rect.y, margin);
-    EXPECT_LE(rect.x + rect.w, w - margin);
-    EXPECT_LE(rect.y + rect.h, h - margin);
-  }
-  EXPECT_GE(layout.header.x, margin + ui::feltCornerSize(w, h));
-}
-
-TEST_P(PlayingLayout, HasRoomForThePlaceOfTheHeadersControls) {
-  EXPECT_GT(layout.header.w, 52 + 120 + 3 * 62);
-  EXPECT_GT(layout.board.h, 200);
-}
-
-INSTANTIATE_TEST_SUITE_P(Window, PlayingLayout,
-                         testing::Values(std::pair(640, 480), std::pair(779, 600), std::pair(780, 600),
-                                         std::pair(1920, 1080)),
-                         [](const auto& param) { return std::to_string(param.param.first); });
 
 TEST(PlayingView, BoardLiesInItsPlaceWhateverTheWindowsSize) {
   Sitting sitting(test::kFirstLevel, support::Drawing::Textures, 1000, 700);

@@ -482,6 +482,17 @@ TEST_F(GpuBlit, CentresAPictureThatIsNotTurned) {
   EXPECT_EQ(seen.bottom, 25 + 9 - 1);
 }
 
+TEST_F(Gpu, CountsThePicturesPaintedSinceTheFramesBeginning) {
+  ui::gpuBeginFrame();
+  whitePicture("a");
+  whitePicture("b");
+  whitePicture("a");
+  EXPECT_EQ(ui::gpuPaints(), 2);
+  ui::gpuBeginFrame();
+  whitePicture("a");
+  EXPECT_EQ(ui::gpuPaints(), 0);
+}
+
 TEST_F(GpuBlit, FadesATurnedPictureToo) {
   SDL_Texture* texture = whitePicture();
   ui::gpuBlitRotated(texture, 20, 20, 4, 4, 30, 0.5);

@@ -1,0 +1,87 @@
+// The whole Playing screen beside committed pictures, and how often it is painted.
+
+#include <SDL_keycode.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "screens/sitting.h"
+#include "support/picture.h"
+#include "ui/gpu.h"
+
+namespace {
+
+using test::Sitting;
+
+class PlayingLook : public testing::TestWithParam<std::pair<int, int>> {
+ protected:
+  void sitDown(const ui::GameState& descriptor) {
+    sitting.emplace(descriptor, support::Drawing::Cairo, GetParam().first, GetParam().second);
+    sitting->waitForIntro();
+  }
+  void expectLook(const std::string& name) {
+    sitting->harness.moveTo(0, 0);
+    sitting->harness.frame(2);
+    EXPECT_TRUE(support::looksLike(sitting->harness.picture().get(),
+                                   "playing_" + name + "_" + std::to_string(GetParam().first)));
+  }
+
+  std::optional<Sitting> sitting;
+};
+
+TEST_P(PlayingLook, Fresh) {
+  sitDown({.kind = ui::ScreenKind::Playing, .level = 91, .deal = 91});
+  expectLook("fresh");
+}
+
+TEST_P(PlayingLook, NoMoves) {
+  sitDown(test::kSoonStuck);
+  sitting->take(test::lowestPair(sitting->game()));
+  expectLook("no_moves");
+}
+
+TEST_P(PlayingLook, Paused) {
+  sitDown(test::kFirstLevel);
+  sitting->harness.key(SDLK_SPACE);
+  expectLook("paused");
+}
+
+INSTANTIATE_TEST_SUITE_P(Window, PlayingLook, testing::Values(std::pair(640, 480), std::pair(1100, 760)),
+                         [](const auto& param) { return std::to_string(param.param.first); });
+
+// Frames that painted a picture for the texture cache, out of 600.
+int framesThatPaint(Sitting& sitting) {
+  int frames = 0;
+  for (int i = 0; i < 600; ++i) {
+    sitting.harness.frame();
+    if (ui::gpuPaints() > 0) ++frames;
+  }
+  return frames;
+}
+
+TEST(Textures, AreAllPaintedInTheFirstFrameOfATableAtRest) {
+  const support::DataHome data;
+  const ui::GameState largest = {.kind = ui::ScreenKind::Playing, .level = 91, .deal = 91};
+  { const Sitting left(largest, test::Files::Kept); }
+  Sitting sitting(largest, test::Files::Kept);
+  EXPECT_GT(ui::gpuPaints(), 0);
+  EXPECT_EQ(framesThatPaint(sitting), 0);
+}
+
+TEST(Textures, ArePaintedOnceForWhatIsNew) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  for (const int code : {SDLK_h, SDLK_PLUS}) {
+    sitting.harness.key(code);
+    sitting.harness.frame();
+    EXPECT_EQ(framesThatPaint(sitting), 0) << code;
+  }
+  sitting.click(test::topTile(sitting.game()));
+  sitting.harness.frame();
+  EXPECT_GT(ui::gpuPaints(), 0) << "the tile and its glow";
+  EXPECT_EQ(framesThatPaint(sitting), 0);
+}
+
+}  // namespace
