@@ -4,7 +4,7 @@
 game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libcairo2-dev libpango1.0-dev
   libfontconfig-dev fonts-dejavu-core fonts-noto-cjk libgl1-mesa-dri"
 # What a machine without a display needs to show it all the same.
-headless_packages="xvfb maim"
+headless_packages="xvfb maim xdotool"
 # What the tests and benchmarks need beside these.
 check_packages="git locales python3 strace clang libclang-rt-dev clang-format clang-tidy libgtest-dev libgmock-dev
   libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev

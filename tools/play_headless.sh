@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# ./play without a display: the game plays level 1 by itself in a virtual one, on throw-away data, and a picture of
-# the board in play is kept in build/play.png. Arguments go to the program.
+# ./play without a display: the game is clicked through its menu in a virtual one, plays level 1 by itself, on
+# throw-away data, and a picture of the board in play is kept in build/play.png. Fails if the level is not solved.
+# Arguments go to the program.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -19,13 +20,31 @@ export VESKARA_AUTOPLAY=0.1
 
 build/release/veskara "$@" &
 game=$!
-sleep 12 # the deal has flown in and half of it is taken
-if ! kill -0 "$game" 2>/dev/null; then # --help and the like, or a failure
-  wait "$game"
-  exit
-fi
+window_shown() { xdotool search --onlyvisible --name "Quenlock's Mahjong" >/dev/null 2>&1; }
+level_solved() { grep -q '"currentLevel":2' "$XDG_DATA_HOME/veskara/progress.json" 2>/dev/null; }
+until window_shown; do
+  if ! kill -0 "$game" 2>/dev/null; then # --help and the like, or a failure
+    wait "$game"
+    exit
+  fi
+  sleep 0.1
+done
+
+sleep 3                            # the splash screen goes by itself
+xdotool mousemove 560 400 click 1  # "continue" lies in the middle of the menu
+sleep 12                           # the deal has flown in and half of it is taken
 maim -u build/play.png
 echo "Picture: $PWD/build/play.png"
-sleep 13 # the other half goes
+
+solved=no
+for _ in $(seq 60); do # the other half goes
+  if level_solved; then
+    solved=yes
+    break
+  fi
+  sleep 0.5
+done
 kill -TERM "$game"
 wait "$game"
+echo "Level 1 solved: $solved"
+[ "$solved" = yes ]

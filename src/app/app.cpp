@@ -12,13 +12,26 @@ std::unique_ptr<Screen> makeScreen(const GameState& descriptor) {
   switch (descriptor.kind) {
     case ScreenKind::Splash:
       return screens::makeSplash();
+    case ScreenKind::Menu:
+      return screens::makeMenu();
+    case ScreenKind::LevelSelect:
+      return screens::makeLevelSelect();
     case ScreenKind::Playing:
       return screens::makePlaying(descriptor);
     case ScreenKind::Solved:
       return screens::makeSolved(descriptor);
-    default:
-      return nullptr;
+    case ScreenKind::Gallery:
+      return screens::makeGallery();
+    case ScreenKind::Settings:
+      return screens::makeSettings();
+    case ScreenKind::About:
+      return screens::makeAbout();
+    case ScreenKind::Licenses:
+      return screens::makeLicenses();
+    case ScreenKind::Attract:
+      return screens::makeAttract();
   }
+  return nullptr;
 }
 
 }  // namespace

@@ -46,7 +46,6 @@ constexpr double kKeyZoom = 0.6;
 constexpr double kTapSlack = 6;  // a hand that moves further means to drag
 
 constexpr double kPauseVeil = 0.72;
-constexpr unsigned kWinColor = 0xFFF4D6;
 constexpr unsigned kReadyColor = 0xFFE9A8;
 
 // Seconds between automatic moves as VESKARA_AUTOPLAY asks for them; 0 when it does not.
@@ -370,7 +369,7 @@ void Playing::autoplayStep(double now) {
 void Playing::winFade(ui::Ctx& ctx) {
   if (!winAt) return;
   const double p = (ctx.time - *winAt) / kWinFadeTime;
-  cover(ctx, kWinColor, std::min(0.85 * p, 0.85));
+  cover(ctx, ui::palette::kWinLight, std::min(0.85 * p, 0.85));
   if (p < kWinEnd) return;
   finished = true;
   store::clearGame();

@@ -8,7 +8,14 @@
 namespace screens {
 
 std::unique_ptr<ui::Screen> makeSplash();
+std::unique_ptr<ui::Screen> makeMenu();
+std::unique_ptr<ui::Screen> makeLevelSelect();
 std::unique_ptr<ui::Screen> makePlaying(const ui::GameState& descriptor);
 std::unique_ptr<ui::Screen> makeSolved(const ui::GameState& descriptor);
+std::unique_ptr<ui::Screen> makeGallery();
+std::unique_ptr<ui::Screen> makeSettings();
+std::unique_ptr<ui::Screen> makeAbout();
+std::unique_ptr<ui::Screen> makeLicenses();
+std::unique_ptr<ui::Screen> makeAttract();
 
 }  // namespace screens

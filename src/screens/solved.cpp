@@ -1,30 +1,169 @@
+#include <SDL_keycode.h>
+
 #include <algorithm>
+#include <array>
+#include <ctime>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "app/app.h"
+#include "resources/audio.h"
+#include "resources/i18n.h"
+#include "rules/engine.h"
+#include "rules/levels.h"
 #include "rules/table_themes.h"
 #include "screens/screens.h"
+#include "screens/solved_layout.h"
 #include "storage/storage.h"
+#include "ui/board.h"
+#include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/format.h"
+#include "ui/palette.h"
+#include "ui/scenes.h"
+#include "ui/stars.h"
+#include "ui/widgets.h"
 
 namespace screens {
 namespace {
 
-// After a win: goes on to the next level, dealt with its own number. The last level follows itself.
+constexpr double kRecordAt = 0.4;  // painting the picture holds up a frame: not one of the first
+constexpr int kShotSize = 640;
+constexpr double kFadeTime = 0.46;
+constexpr double kFadeAlpha = 0.85;
+constexpr std::array<audio::Sfx, 3> kChimes = {audio::Sfx::Star1, audio::Sfx::Star2, audio::Sfx::Star3};
+
+std::string timeLine(std::int64_t timeMs) {
+  const std::string colon = i18n::currentLanguage() == "fr" ? "\u00A0: " : ": ";
+  return i18n::tr("solved.time") + colon + ui::formatTime(timeMs);
+}
+
+// After a win: writes down how the game went and shows it, beside the board as it was dealt.
 class Solved : public ui::Screen {
  public:
-  explicit Solved(const ui::GameState& descriptor)
-      : nextLevel(std::min(descriptor.level + 1, store::kLastLevel)) {}
+  explicit Solved(const ui::GameState& descriptor);
 
-  void update(ui::Ctx& ctx) override {
-    ui::drawFelt(ctx, mj::tableThemeForLevel(nextLevel), true);
-    ui::Game::instance().replace(
-        {.kind = ui::ScreenKind::Playing, .level = nextLevel, .deal = static_cast<std::uint32_t>(nextLevel)});
-  }
+  void update(ui::Ctx& ctx) override;
 
  private:
+  void chime(double t);
+  void record(double t);
+  void drawInfo(ui::Ctx& ctx, const ui::Rect& rect, double scale, double t) const;
+  void drawButtons(ui::Ctx& ctx, const ui::Rect& rect, bool wide) const;
+
+  int level;
+  std::uint32_t deal;
+  std::int64_t timeMs;
+  int tiles;
+  int hints;
+  int shuffles;
+  int aids;
+  int stars;
   int nextLevel;
+  mj::GameState board;
+
+  std::optional<double> startedAt;
+  std::array<bool, 3> chimed = {};
+  bool recorded = false;
 };
+
+Solved::Solved(const ui::GameState& descriptor)
+    : level(descriptor.level),
+      deal(descriptor.deal),
+      timeMs(descriptor.timeMs),
+      tiles(descriptor.tiles),
+      hints(descriptor.hints),
+      shuffles(descriptor.shuffles),
+      aids(hints + shuffles),
+      stars(store::computeStars(aids)),
+      nextLevel(std::min(level + 1, store::kLastLevel)),
+      board(mj::createGame(mj::levelToConfig(level).slots, deal)) {
+  store::advanceLevel(level);
+  store::clearGame();
+  store::recordBest(level, {.stars = stars, .aids = aids, .elapsedMs = timeMs});
+}
+
+void Solved::update(ui::Ctx& ctx) {
+  if (!startedAt) startedAt = ctx.time;
+  const double t = ctx.time - *startedAt;
+  ui::drawFelt(ctx, mj::tableThemeForLevel(level), true);
+  chime(t);
+  record(t);
+  const SolvedLayout layout = solvedLayout(ctx.w, ctx.h);
+  ui::drawBoard(ctx, board, layout.board, {}, nullptr);
+  drawInfo(ctx, layout.info, layout.starScale, t);
+  drawButtons(ctx, layout.buttons, layout.wide);
+  ui::footer(ctx, layout.footerBottom);
+  if (t < kFadeTime) {
+    ui::fillRect(ctx.cr, {0, 0, ctx.w, ctx.h}, ui::palette::kWinLight, kFadeAlpha * (1 - t / kFadeTime));
+  }
+  if (ctx.in.hasKey(SDLK_ESCAPE)) ui::Game::instance().resetTo({.kind = ui::ScreenKind::Menu});
+}
+
+void Solved::chime(double t) {
+  for (std::size_t i = 0; i < chimed.size() && static_cast<int>(i) < stars; ++i) {
+    if (chimed[i] || t < ui::kStarTimes[i]) continue;
+    chimed[i] = true;
+    audio::play(kChimes[i]);
+  }
+}
+
+void Solved::record(double t) {
+  if (recorded || t < kRecordAt) return;
+  recorded = true;
+  store::ensureDataDirs();
+  const std::string id = store::newSolveId();
+  store::SolveEntry entry = {.id = id,
+                             .level = level,
+                             .tiles = tiles,
+                             .seed = deal,
+                             .elapsedMs = timeMs,
+                             .solvedAt = static_cast<std::int64_t>(std::time(nullptr)) * 1000,
+                             .shot = id + ".png",
+                             .stars = stars,
+                             .aids = aids};
+  const mj::TableTheme& theme = *mj::tableThemeForLevel(level);
+  if (!ui::captureBoardPng(board, theme, kShotSize, store::shotPath(entry))) entry.shot.clear();
+  store::recordSolve(entry);
+}
+
+void Solved::drawInfo(ui::Ctx& ctx, const ui::Rect& rect, double scale, double t) const {
+  const InfoLayout layout = infoLayout(rect, scale);
+  const ui::Rect& award = layout.stars;
+  ui::starRow(ctx, award.x + award.w / 2, award.y + award.h / 2, stars, scale, t);
+  ui::drawTextIn(
+      ctx.cr, layout.headline, i18n::tr("solved.headline"),
+      {.size = layout.headlineSize, .bold = true, .color = ui::palette::kGold, .align = ui::Align::Center});
+  const std::array<std::string, 4> texts = {
+      i18n::tr("solved.levelDone", {{"n", std::to_string(level)}}),
+      i18n::tr("solved.tilesCleared", {{"n", std::to_string(tiles)}}),
+      timeLine(timeMs),
+      i18n::tr("solved.aidsLine", {{"hints", std::to_string(hints)}, {"shuffles", std::to_string(shuffles)}}),
+  };
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    ui::drawTextIn(ctx.cr, layout.lines[i], texts[i],
+                   {.size = 16,
+                    .bold = i == 0,
+                    .color = ui::palette::kLightText,
+                    .alpha = i == 0 ? 1 : 0.8,
+                    .align = ui::Align::Center});
+  }
+}
+
+void Solved::drawButtons(ui::Ctx& ctx, const ui::Rect& rect, bool wide) const {
+  ui::Game& game = ui::Game::instance();
+  const std::array<ui::Rect, 3> places = solvedButtons(rect, wide);
+  const auto button = [&](std::size_t place, const std::string& label) {
+    return ui::plainButton(ctx, places[place], label, false);
+  };
+  if (button(0, i18n::tr("solved.nextLevel", {{"n", std::to_string(nextLevel)}}))) {
+    game.replace(
+        {.kind = ui::ScreenKind::Playing, .level = nextLevel, .deal = static_cast<std::uint32_t>(nextLevel)});
+  }
+  if (button(1, i18n::tr("solved.toGallery"))) game.replace({.kind = ui::ScreenKind::Gallery});
+  if (button(2, i18n::tr("solved.toMenu"))) game.resetTo({.kind = ui::ScreenKind::Menu});
+}
 
 }  // namespace
 

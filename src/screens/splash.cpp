@@ -1,20 +1,48 @@
 #include <memory>
+#include <optional>
 
 #include "app/app.h"
-#include "rules/table_themes.h"
 #include "screens/screens.h"
+#include "screens/title_block.h"
 #include "ui/felt.h"
+#include "ui/widgets.h"
 
 namespace screens {
 namespace {
 
-// The program's first screen: shows the table for a frame and goes on to the first level.
+constexpr double kShownTime = 2.4;
+constexpr double kWordShare = 0.11;  // of the window's height
+constexpr double kTileShare = 0.1;
+constexpr double kTaglineGap = 14;
+constexpr double kTaglineH = 6;  // as much of it as counts for the middle: it is faint
+constexpr double kRaise = 10;    // what stands a little above the middle looks centred
+constexpr double kFooterGap = 6;
+
+// The program's first screen: the title for a moment, then the menu.
 class Splash : public ui::Screen {
  public:
   void update(ui::Ctx& ctx) override {
-    ui::drawFelt(ctx, mj::tableThemeForLevel(1), true);
-    ui::Game::instance().replace({.kind = ui::ScreenKind::Playing, .level = 1, .deal = 1});
+    if (!startedAt) startedAt = ctx.time;
+    ui::drawFelt(ctx, nullptr, false);
+    drawTitle(ctx);
+    ui::footer(ctx, ctx.h - kFooterGap);
+    if (isOver(ctx)) ui::Game::instance().replace({.kind = ui::ScreenKind::Menu});
   }
+
+ private:
+  void drawTitle(const ui::Ctx& ctx) const {
+    const TitleBlock title = TitleBlock::fitting(ctx.w, kWordShare * ctx.h, kTileShare * ctx.h);
+    const double height = title.height() + kTaglineGap + kTaglineH;
+    const double top = (ctx.h - height) / 2 - kRaise;
+    drawTitleBlock(ctx, title, top, *startedAt);
+    drawTagline(ctx, top + title.height() + kTaglineGap, 16);
+  }
+
+  bool isOver(const ui::Ctx& ctx) const {
+    return ctx.in.clicked || !ctx.in.keys.empty() || ctx.time - *startedAt > kShownTime;
+  }
+
+  std::optional<double> startedAt;
 };
 
 }  // namespace

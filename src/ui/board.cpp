@@ -95,16 +95,7 @@ double flightTime(const BoardFx* fx, int id, double now) {
 class TexturePainter {
  public:
   TexturePainter(const Rect& board, const BoardOpts& opts)
-      : view(board, opts), alpha(opts.alpha), quality(textureQuality(opts.zoom)) {
-    const double scale = gpuScale();
-    const SDL_Rect clip{
-        static_cast<int>(std::floor(board.x * scale)), static_cast<int>(std::floor(board.y * scale)),
-        static_cast<int>(std::ceil(board.w * scale)), static_cast<int>(std::ceil(board.h * scale))};
-    SDL_RenderSetClipRect(gpuRenderer(), &clip);
-  }
-  ~TexturePainter() { SDL_RenderSetClipRect(gpuRenderer(), nullptr); }
-  TexturePainter(const TexturePainter&) = delete;
-  TexturePainter& operator=(const TexturePainter&) = delete;
+      : clip(board), view(board, opts), alpha(opts.alpha), quality(textureQuality(opts.zoom)) {}
 
   void drawFlying(const BoardTile& tile, const FlightPose& pose) const {
     const Rect rect = view.toScreen(tile.rect);
@@ -135,6 +126,7 @@ class TexturePainter {
     return overlayTexture(kind, tile.rect.w * quality, tile.rect.h * quality);
   }
 
+  GpuClip clip;
   BoardView view;
   double alpha;
   double quality;

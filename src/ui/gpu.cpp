@@ -258,6 +258,20 @@ void gpuBlitRotated(SDL_Texture* texture, double cx, double cy, double w, double
   ++state.drawCalls;
 }
 
+GpuClip::GpuClip(const Rect& rect) {
+  const Cache& state = cache();
+  if (state.renderer == nullptr) return;
+  const auto down = [&](double length) { return static_cast<int>(std::floor(length * state.scale)); };
+  const auto up = [&](double length) { return static_cast<int>(std::ceil(length * state.scale)); };
+  const SDL_Rect clip = {down(rect.x), down(rect.y), up(rect.w), up(rect.h)};
+  // Should it fail the picture sticks out, which harms nothing.
+  SDL_RenderSetClipRect(state.renderer, &clip);
+}
+
+GpuClip::~GpuClip() {
+  if (gpuRenderer() != nullptr) SDL_RenderSetClipRect(gpuRenderer(), nullptr);
+}
+
 void profBegin(std::string_view name) {
   if (profiling()) profEntry(name).start = profNow();
 }

@@ -70,6 +70,16 @@ void gpuBlit(SDL_Texture* texture, double x, double y, double w, double h, doubl
 void gpuBlitRotated(SDL_Texture* texture, double cx, double cy, double w, double h, double angleDegrees,
                     double alpha);
 
+// While it lives blits are seen in the logical rectangle only, rounded outwards to whole device pixels: the
+// start down, the size up.
+class GpuClip {
+ public:
+  explicit GpuClip(const Rect& rect);
+  GpuClip(const GpuClip&) = delete;
+  GpuClip& operator=(const GpuClip&) = delete;
+  ~GpuClip();
+};
+
 // The profiler works when the environment variable VESKARA_STATS exists; otherwise these cost a test of a
 // flag.
 void profBegin(std::string_view name);

@@ -25,7 +25,8 @@ inline constexpr std::uint32_t kConfirm = 0x7A1F1A;
 inline constexpr std::uint32_t kConfirmEdge = 0xB3382C;
 inline constexpr std::uint32_t kConfirmText = 0xFFD9D2;
 
-inline constexpr std::uint32_t kVeil = 0x041C0B;  // over a screen that waits
+inline constexpr std::uint32_t kWinLight = 0xFFF4D6;  // in which a game ends and its result begins
+inline constexpr std::uint32_t kVeil = 0x041C0B;      // over a screen that waits
 inline constexpr std::uint32_t kWhite = 0xFFFFFF;
 inline constexpr std::uint32_t kBlack = 0x000000;
 

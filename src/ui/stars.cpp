@@ -23,7 +23,8 @@ struct Award {
   double delay;  // seconds until it pops up
   int place;     // earned with so many stars
 };
-constexpr Award kAwards[] = {{-68, 20, 0.62, 2}, {0, 34, 0.36, 1}, {68, 20, 0.88, 3}};
+constexpr Award kAwards[] = {
+    {-68, 20, kStarTimes[1], 2}, {0, 34, kStarTimes[0], 1}, {68, 20, kStarTimes[2], 3}};
 constexpr double kPopTime = 0.45;
 constexpr double kPulseRate = 1.6;  // radians a second
 constexpr double kPulse = 0.08;

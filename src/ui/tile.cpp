@@ -11,6 +11,7 @@
 #include "ui/draw.h"
 #include "ui/fonts.h"
 #include "ui/gpu.h"
+#include "ui/handles.h"
 #include "ui/palette.h"
 
 namespace ui {
@@ -186,6 +187,54 @@ void paintTileJob(cairo_t* cr, void* user) {
   drawTileBase(cr, {0, 0, job.w, job.h}, job.face, {.selected = job.selected});
 }
 
+// --- the fan ---
+
+// Where the middle tile stands on the fan's picture, and the picture's size, in widths of a tile: there is
+// room for the corners of the others and for their shadows.
+constexpr double kFanMiddle = 2.6;
+constexpr double kFanStand = 1.7;
+constexpr double kFanPictureW = 2 * kFanMiddle;
+constexpr double kFanPictureH = 2.4;
+
+void paintFan(cairo_t* cr, double tileW) {
+  static constexpr const char* kFaces[] = {"dragRed", "wan1", "bam2", "dot5", "windE"};
+  const double tileH = kTileAspect * tileW;
+  const Rect rect{-tileW / 2, -tileH, tileW, tileH};
+  int k = -2;
+  for (const char* face : kFaces) {
+    cairo_save(cr);
+    cairo_translate(cr, (kFanMiddle + k * 0.56) * tileW, kFanStand * tileW);
+    cairo_rotate(cr, k * 15 * kPi / 180);
+    roundedRectPath(cr, rect, tileRadius(tileW));
+    softShadowFromPath(cr, 0, 3, 5, 0x000000, 0.35);
+    cairo_new_path(cr);
+    drawStaticTile(cr, rect, face, 1);
+    cairo_restore(cr);
+    ++k;
+  }
+}
+
+struct FanPicture {
+  CairoSurface pixels;
+  double tileW = 0;
+  double scale = 0;
+};
+
+// The fan's picture, painted when it is another than before: its shadows take longer than all the rest of a
+// frame, and it scrolls under a clip that textures do not know.
+const FanPicture& fanPicture(double tileW, double scale) {
+  // Never destroyed: a screen may draw while the process ends.
+  static auto& fan = *new FanPicture;
+  if (fan.tileW == tileW && fan.scale == scale) return fan;
+  fan = {CairoSurface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, gpuPixels(kFanPictureW * tileW),
+                                                 gpuPixels(kFanPictureH * tileW))),
+         tileW, scale};
+  cairo_surface_set_device_scale(fan.pixels.get(), scale, scale);
+  const CairoContext cr(cairo_create(fan.pixels.get()));
+  paintFan(cr.get(), tileW);
+  return fan;
+}
+
 }  // namespace
 
 double hintGrowth(double time) { return 1 + 0.07 * breath(time, kHintRate); }
@@ -271,22 +320,19 @@ void drawTile(cairo_t* cr, const Rect& rect, const std::string& face, const Tile
 }
 
 double drawTileFan(cairo_t* cr, double cx, double cy, double tileW) {
-  static constexpr const char* kFaces[] = {"dragRed", "wan1", "bam2", "dot5", "windE"};
-  const double tileH = kTileAspect * tileW;
-  const Rect rect{-tileW / 2, -tileH, tileW, tileH};
-  int k = -2;
-  for (const char* face : kFaces) {
-    cairo_save(cr);
-    cairo_translate(cr, cx + k * 0.56 * tileW, cy);
-    cairo_rotate(cr, k * 15 * kPi / 180);
-    roundedRectPath(cr, rect, tileRadius(tileW));
-    softShadowFromPath(cr, 0, 3, 5, 0x000000, 0.35);
-    cairo_new_path(cr);
-    drawStaticTile(cr, rect, face, 1);
-    cairo_restore(cr);
-    ++k;
-  }
-  return 1.32 * tileH;
+  if (!(tileW > 0)) return 0;
+  const FanPicture& fan = fanPicture(tileW, gpuScale());
+  const double height = 1.32 * kTileAspect * tileW;
+  // A picture that could not be made would break the context.
+  if (cairo_surface_status(fan.pixels.get()) != CAIRO_STATUS_SUCCESS) return height;
+  // On whole pixels, or its letters would blur.
+  const auto snapped = [&](double place) { return std::round(place * fan.scale) / fan.scale; };
+  cairo_save(cr);
+  cairo_set_source_surface(cr, fan.pixels.get(), snapped(cx - kFanMiddle * tileW),
+                           snapped(cy - kFanStand * tileW));
+  cairo_paint(cr);
+  cairo_restore(cr);
+  return height;
 }
 
 SDL_Texture* tileTexture(const std::string& face, double w, double h, bool selected) {

@@ -58,7 +58,8 @@ void drawTileBase(cairo_t* cr, const Rect& rect, const std::string& face, const 
 void drawTile(cairo_t* cr, const Rect& rect, const std::string& face, const TileVisual& visual);
 // The red glow of a picked or refused tile: a veil and a thick frame just inside the edge.
 void drawTileGlow(cairo_t* cr, const Rect& rect, unsigned color, double fillAlpha, double strokeAlpha);
-// Five tiles fanned about (cx, cy), on which the middle one stands. Returns the height it occupies.
+// Five tiles fanned about (cx, cy), on which the middle one stands; the tilted ones reach a little higher.
+// Painted once for a size, then copied. Returns the height it occupies, 0 for a width that is not positive.
 double drawTileFan(cairo_t* cr, double cx, double cy, double tileW);
 
 // The cached picture of drawTileBase for a tile of w x h, or null without a renderer or when it cannot be

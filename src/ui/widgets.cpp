@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <string>
 
 #include "resources/audio.h"
 #include "ui/draw.h"
@@ -404,12 +403,13 @@ int confirmDialog(Ctx& ctx, std::string_view title, std::string_view message, st
   return answer;
 }
 
+std::string versionText() { return std::string("v") + kVersion + " Build " + std::to_string(kBuildNumber); }
+
 void footer(const Ctx& ctx, double bottomY) {
   TextStyle style = labelStyle(kFooterLine);
   style.align = Align::Center;
   drawText(ctx.cr, ctx.w / 2, bottomY - 32, "© 2026 Quenlock Software", style);
-  const std::string version = std::string("v") + kVersion + " Build " + std::to_string(kBuildNumber);
-  drawText(ctx.cr, ctx.w / 2, bottomY - 17, version, style);
+  drawText(ctx.cr, ctx.w / 2, bottomY - 17, versionText(), style);
 }
 
 }  // namespace ui

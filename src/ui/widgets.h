@@ -8,6 +8,7 @@
 // nothing and is never clicked.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "app/context.h"
@@ -58,6 +59,8 @@ void drawPanel(cairo_t* cr, const Rect& panel);
 int confirmDialog(Ctx& ctx, std::string_view title, std::string_view message, std::string_view confirmLabel,
                   std::string_view cancelLabel);
 
+// "v", the version and the build, as it is shown wherever they are.
+std::string versionText();
 // The maker and the version, in two lines above `bottomY`.
 void footer(const Ctx& ctx, double bottomY);
 

@@ -40,6 +40,13 @@ Script& script() {
 namespace screens {
 
 std::unique_ptr<ui::Screen> makeSplash() { return std::make_unique<fake::FakeScreen>("Splash"); }
+std::unique_ptr<ui::Screen> makeMenu() { return std::make_unique<fake::FakeScreen>("Menu"); }
+std::unique_ptr<ui::Screen> makeLevelSelect() { return std::make_unique<fake::FakeScreen>("LevelSelect"); }
+std::unique_ptr<ui::Screen> makeGallery() { return std::make_unique<fake::FakeScreen>("Gallery"); }
+std::unique_ptr<ui::Screen> makeSettings() { return std::make_unique<fake::FakeScreen>("Settings"); }
+std::unique_ptr<ui::Screen> makeAbout() { return std::make_unique<fake::FakeScreen>("About"); }
+std::unique_ptr<ui::Screen> makeLicenses() { return std::make_unique<fake::FakeScreen>("Licenses"); }
+std::unique_ptr<ui::Screen> makeAttract() { return std::make_unique<fake::FakeScreen>("Attract"); }
 
 std::unique_ptr<ui::Screen> makePlaying(const ui::GameState& descriptor) {
   fake::script().descriptor = descriptor;

@@ -348,6 +348,18 @@ TEST_F(Tile, FanLooksAsItAlwaysDidAndSaysItsHeight) {
   EXPECT_TRUE(looksLike(fan.get(), "tile_fan"));
 }
 
+TEST_F(Tile, FanIsPaintedAnewForAnotherSize) {
+  onFelt(360, 200, [&](cairo_t* cr) { ui::drawTileFan(cr, 180, 170, 38); });
+  const auto fan = onFelt(360, 200, [&](cairo_t* cr) { ui::drawTileFan(cr, 180, 170, 80); });
+  EXPECT_TRUE(looksLike(fan.get(), "tile_fan"));
+}
+
+TEST_F(Tile, FanWithoutAWidthIsNone) {
+  const auto bare = onFelt(100, 100, [](cairo_t*) {});
+  const auto none = onFelt(100, 100, [](cairo_t* cr) { EXPECT_EQ(ui::drawTileFan(cr, 50, 90, 0), 0); });
+  EXPECT_TRUE(samePicture(bare.get(), none.get()));
+}
+
 // --- the cached picture ---
 
 TEST_F(TileTexture, IsKeptByFaceStateAndDeviceSize) {

@@ -47,7 +47,7 @@ const WayOut kWaysOut[] = {
     {"EscapeAndControlQ",
      [](Session& session) {
        session.game.type(Key::Escape);
-       EXPECT_TRUE(session.showsTable());
+       EXPECT_TRUE(session.showsMenu());
        session.game.type(Key::LeftControl, Key::Q);
      }},
     bySignal("Sigterm", SIGTERM),

@@ -1,5 +1,5 @@
-// session.h: a test's player: the real game in its window beside the table as it ought to be. Whatever is
-// asked of the window is waited for.
+// session.h: a test's player: the real game in its window, beside the table as it ought to be when the player
+// has chosen to continue. Whatever is asked of the window is waited for.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "window/desktop.h"
+#include "window/menu.h"
 #include "window/table.h"
 
 namespace window {
@@ -25,6 +26,7 @@ struct Setup {
   std::vector<std::string> arguments = {};
   Environment environment = {};
   std::string keyboard = kLatinKeyboard;
+  bool toTable = true;  // goes on from the menu at once; otherwise the test sees the program as it starts
 };
 
 class Session {
@@ -47,6 +49,9 @@ class Session {
     testing::AssertionResult result = testing::AssertionFailure();
     waitFor([&] { return static_cast<bool>(result = table.isShownIn(game.picture().get(), except)); });
     return result;
+  }
+  bool showsMenu() const {
+    return waitFor([&] { return isMenuShownIn(game.picture().get()); });
   }
   bool showsSelected(int tile) const {
     return waitFor([&] { return table.isSelectedIn(game.picture().get(), tile); });
@@ -80,7 +85,9 @@ class Session {
       : place(std::move(on)),
         desktop(*place),
         game(desktop, setup.arguments, setup.environment),
-        table(std::move(shown)) {}
+        table(std::move(shown)) {
+    EXPECT_TRUE(!setup.toTable || continueFromMenu(game)) << "no way through the menu";
+  }
 };
 
 }  // namespace window

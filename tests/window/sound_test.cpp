@@ -78,7 +78,7 @@ TEST(Sound, IsSilentWhenTheSettingsSaySo) {
     Environment environment = recorder(dir);
     environment["XDG_DATA_HOME"] = dataHomeWith(dir, settings);
     Session session({.environment = environment});
-    EXPECT_TRUE(waitFor([&] { return lasts(recordingIn(dir), 8); })) << "the tiles have flown in";
+    EXPECT_TRUE(waitFor([&] { return lasts(recordingIn(dir), 10); })) << "the tiles have flown in";
     quit(session);
     EXPECT_EQ(loudestIn(recordingIn(dir)), 0) << settings;
   }
@@ -100,7 +100,7 @@ TEST(Sound, DamagedFilesAreNotHeardAndNamedOnce) {
   Environment environment = recorder(dir);
   environment["VESKARA_ASSET_DIR"] = dir.path();
   Session session({.environment = environment});
-  EXPECT_TRUE(waitFor([&] { return loudestIn(recordingIn(dir)) > 300; })) << "the end of the fly-in is heard";
+  EXPECT_TRUE(waitFor([&] { return loudestIn(recordingIn(dir)) > 300; })) << "the other sounds are heard";
   quit(session);
   const std::string errors = session.game.process().errors();
   EXPECT_THAT(errors, HasSubstr("[audio] sfx failed: audio/sfx_tile.ogg ("));

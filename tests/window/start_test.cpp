@@ -3,13 +3,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "window/session.h"
 
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -24,7 +27,7 @@ using window::kFirstWindow;
 using window::kNoOpenGl;
 using window::kScreen;
 using window::Session;
-using window::Table;
+using window::Size;
 using window::waitFor;
 
 constexpr const char* kVersionText = "Quenlock's Mahjong 1.1.0 (Build 1054)\n";
@@ -48,6 +51,14 @@ struct Unseen {
   support::TempDir home;
   Child child;
 };
+
+// --- the first screens ---
+
+TEST(Start, ShowsTheSplashScreenAndThenTheMenu) {
+  const Session session({.toTable = false});
+  EXPECT_FALSE(window::isMenuShownIn(session.game.picture().get()));
+  EXPECT_TRUE(session.showsMenu());
+}
 
 // --- the command line ---
 
@@ -167,14 +178,25 @@ TEST(Files, NeitherACacheNorFontsAreNeededToPlay) {
 
 // --- the environment ---
 
+std::vector<Size> sizesOfPictures(const std::string& directory) {
+  std::vector<Size> sizes;
+  for (const auto& file : std::filesystem::directory_iterator(directory)) {
+    const ui::CairoSurface picture(cairo_image_surface_create_from_png(file.path().c_str()));
+    sizes.push_back(
+        {cairo_image_surface_get_width(picture.get()), cairo_image_surface_get_height(picture.get())});
+  }
+  return sizes;
+}
+
 TEST(Environment, LetsTheGamePlayItselfAndTellItsPace) {
   Session session({.environment = {{"VESKARA_AUTOPLAY", "0.05"}, {"VESKARA_STATS", "1"}}});
-  const Table next(2, 2);
-  const auto tiles = static_cast<int>(next.game.slots.size());
-  const auto showsNext = [&] { return next.tilesShownIn(session.game.picture().get()) > tiles * 3 / 4; };
   EXPECT_TRUE(session.showsTable());
-  EXPECT_FALSE(showsNext());
-  EXPECT_TRUE(waitFor(showsNext)) << "level 1 was won and is followed by level 2";
+  const auto progress = [&] { return support::readAll(session.desktop.dataPath("progress.json")); };
+  EXPECT_EQ(progress(), "");
+  EXPECT_TRUE(waitFor([&] { return progress().find("\"currentLevel\":2") != std::string::npos; }));
+  const auto recorded = [&] { return std::filesystem::exists(session.desktop.dataPath("solves.json")); };
+  EXPECT_TRUE(waitFor(recorded)) << "the picture is there by then";
+  EXPECT_THAT(sizesOfPictures(session.desktop.dataPath("solves")), ElementsAre(Size{640, 640}));
 
   std::istringstream lines(session.game.process().errors());
   int count = 0;

@@ -1,0 +1,216 @@
+#include <cairo.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/app.h"
+#include "resources/audio.h"
+#include "resources/i18n.h"
+#include "screens/list_screen.h"
+#include "screens/screens.h"
+#include "screens/settings_layout.h"
+#include "ui/draw.h"
+#include "ui/felt.h"
+#include "ui/gpu.h"
+#include "ui/palette.h"
+#include "ui/pointer_block.h"
+#include "ui/tile.h"
+#include "ui/widgets.h"
+
+namespace screens {
+namespace {
+
+// The middle tile of the fan stands so far below the top of the tilted ones, in widths of a tile.
+constexpr double kFanStand = 1.43;
+constexpr double kLeastMove = 0.001;
+constexpr double kFooterGap = 6;  // below the footer
+
+constexpr ui::TextStyle kRowLabel = {.size = 15, .color = ui::palette::kLightText};
+constexpr ui::TextStyle kNumber = {.size = 15, .color = ui::palette::kMutedText, .align = ui::Align::Right};
+
+struct Volume {
+  const char* label;
+  double store::Settings::*value;
+  void (*apply)(double);
+  VolumeRow SettingsLayout::*row;
+};
+constexpr std::array<Volume, 2> kVolumes = {{
+    {"settings.musicVolume", &store::Settings::musicVolume, audio::setMusicVolume, &SettingsLayout::music},
+    {"settings.sfxVolume", &store::Settings::sfxVolume, audio::setSfxVolume, &SettingsLayout::effects},
+}};
+
+// Whether this language, or the system's, is the one that was chosen. A code that we do not have shows
+// English.
+bool isChosen(const std::string& code, const store::Settings& settings) {
+  if (code.empty() || settings.language.empty()) return code == settings.language;
+  return code == i18n::currentLanguage();
+}
+
+ui::Rect below(double top, ui::Rect rect) {
+  rect.y += top;
+  return rect;
+}
+
+// Pictures of titles are kept by their letters alone, and languages draw the same Han character differently.
+void dropTitlePictures() {
+  constexpr const char* kNoPicturesEnd = "|";
+  for (const char* kind : {"glow|", "ttl|"}) ui::gpuDropTextures(kind, kNoPicturesEnd);
+}
+
+class Settings : public ui::Screen {
+ public:
+  // Writes a volume that was still being dragged.
+  ~Settings() override {
+    if (volumeDirty) persist();
+  }
+
+  void update(ui::Ctx& ctx) override;
+
+ private:
+  void endDrag(ui::Ctx& ctx);
+  void leave();
+  void body(ui::Ctx& ctx);
+  void drawBody(ui::Ctx& ctx, double top, store::Settings& settings);
+  void languageRow(ui::Ctx& ctx, double top, store::Settings& settings);
+  void volumeRow(ui::Ctx& ctx, double top, std::size_t index, store::Settings& settings);
+  void toggles(ui::Ctx& ctx, double top, store::Settings& settings);
+  void buttons(ui::Ctx& ctx, double top);
+  void askReset(ui::Ctx& ctx);
+  void persist();
+
+  bool confirmOpen = false;  // the question before a reset
+  double scroll = 0;
+  bool volumeDirty = false;         // changed and not yet written
+  std::optional<std::size_t> held;  // the volume on whose slider the button went down
+  SettingsLayout layout = {};       // of this frame
+};
+
+void Settings::update(ui::Ctx& ctx) {
+  ui::drawFelt(ctx, nullptr, false);
+  endDrag(ctx);
+  const bool asking = confirmOpen;
+  {
+    const ui::PointerBlock block(ctx, asking);
+    if (listHeader(ctx, i18n::tr("settings.headline")) && !asking) return leave();
+    body(ctx);
+  }
+  if (asking) askReset(ctx);
+  if (volumeDirty && !ctx.in.down) persist();
+}
+
+// The release of a slider is no click on what the hand has come to.
+void Settings::endDrag(ui::Ctx& ctx) {
+  if (ctx.in.pressed) held.reset();
+  if (!held || ctx.in.down) return;
+  held.reset();
+  ctx.clickTaken = true;
+}
+
+void Settings::leave() {
+  persist();
+  ui::Game::instance().pop();
+}
+
+void Settings::persist() {
+  volumeDirty = false;
+  ui::Game::persistSettings();
+}
+
+void Settings::body(ui::Ctx& ctx) {
+  const ui::Rect view = settingsView(ctx.w, ctx.h);
+  layout = settingsLayout(ctx.cr, ctx.w);
+  ui::applyScroll(ctx, view, layout.height, scroll);
+  {
+    // What is cut off at the view's edge does not hear of the pointer.
+    const ui::PointerBlock block(ctx, !ctx.hover(view));
+    cairo_save(ctx.cr);
+    cairo_rectangle(ctx.cr, view.x, view.y, view.w, view.h);
+    cairo_clip(ctx.cr);
+    // In the middle of the view if all of it fits.
+    drawBody(ctx, view.y - scroll + std::max((view.h - layout.height) / 2, 0.0), ui::Game::settings());
+    cairo_restore(ctx.cr);
+  }
+  ui::scrollbar(ctx, view, layout.height, scroll);
+  ui::footer(ctx, ctx.h - kFooterGap);
+}
+
+void Settings::drawBody(ui::Ctx& ctx, double top, store::Settings& settings) {
+  ui::drawTileFan(ctx.cr, ctx.w / 2, top + layout.fan.y + kFanStand * kSettingsFanTile, kSettingsFanTile);
+  languageRow(ctx, top, settings);
+  for (std::size_t i = 0; i < kVolumes.size(); ++i) volumeRow(ctx, top, i, settings);
+  toggles(ctx, top, settings);
+  ui::drawWrappedText(ctx.cr, layout.help.x, top + layout.help.y, layout.help.w,
+                      i18n::tr("settings.keyboard"), kSettingsHelp);
+  buttons(ctx, top);
+}
+
+void Settings::languageRow(ui::Ctx& ctx, double top, store::Settings& settings) {
+  ui::drawTextIn(ctx.cr, below(top, layout.language), i18n::tr("settings.language"), kRowLabel);
+  for (const auto& [code, name, rect] : layout.chips) {
+    if (!ui::chip(ctx, below(top, rect), name, isChosen(code, settings))) continue;
+    settings.language = code;
+    i18n::setLanguage(code);
+    dropTitlePictures();
+    persist();
+  }
+}
+
+void Settings::volumeRow(ui::Ctx& ctx, double top, std::size_t index, store::Settings& settings) {
+  const Volume& volume = kVolumes[index];
+  const VolumeRow& row = layout.*volume.row;
+  double& value = settings.*volume.value;
+  ui::drawTextIn(ctx.cr, below(top, row.label), i18n::tr(volume.label), kRowLabel);
+  if (ctx.in.pressed && ctx.hover(below(top, row.grip))) held = index;
+  {
+    const ui::PointerBlock block(ctx, held != index);
+    const double moved = ui::slider(ctx, below(top, row.slider), value);
+    if (std::abs(moved - value) > kLeastMove) {
+      value = moved;
+      volume.apply(moved);
+      volumeDirty = true;
+    }
+  }
+  ui::drawTextIn(ctx.cr, below(top, row.number), std::to_string(std::lround(100 * value)), kNumber);
+}
+
+void Settings::toggles(ui::Ctx& ctx, double top, store::Settings& settings) {
+  if (ui::toggleRow(ctx, below(top, layout.sound), i18n::tr("settings.sound"), settings.soundOn)) {
+    settings.soundOn = !settings.soundOn;
+    audio::setEnabled(settings.soundOn);
+    if (settings.soundOn) audio::startMusic();
+    persist();
+  }
+  if (ui::toggleRow(ctx, below(top, layout.fullscreen), i18n::tr("settings.fullscreen"),
+                    settings.fullscreen)) {
+    settings.fullscreen = !settings.fullscreen;
+    persist();
+  }
+}
+
+void Settings::buttons(ui::Ctx& ctx, double top) {
+  if (ui::dangerButton(ctx, below(top, layout.reset), i18n::tr("settings.resetProgress"))) confirmOpen = true;
+  if (ui::plainButton(ctx, below(top, layout.quit), i18n::tr("settings.quit"), false)) ctx.quit = true;
+}
+
+void Settings::askReset(ui::Ctx& ctx) {
+  const int answer = ui::confirmDialog(
+      ctx, i18n::tr("settings.resetProgressConfirmTitle"), i18n::tr("settings.resetProgressConfirmBody"),
+      i18n::tr("settings.resetProgressConfirmYes"), i18n::tr("settings.resetProgressConfirmNo"));
+  if (answer == 0) return;
+  confirmOpen = false;
+  if (answer < 0) return;
+  store::clearGame();
+  store::resetProgress();
+  store::clearAllSolves();
+}
+
+}  // namespace
+
+std::unique_ptr<ui::Screen> makeSettings() { return std::make_unique<Settings>(); }
+
+}  // namespace screens

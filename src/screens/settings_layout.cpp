@@ -1,0 +1,128 @@
+#include "screens/settings_layout.h"
+
+#include <algorithm>
+
+#include "resources/i18n.h"
+#include "screens/list_screen.h"
+
+namespace screens {
+namespace {
+
+constexpr double kFooterRoom = 46;
+constexpr double kMinViewH = 80;
+constexpr double kMaxColumnW = 620;
+constexpr double kSideMargin = 20;
+constexpr double kTop = 4;
+constexpr double kBottom = 12;
+
+// The outer tiles are tilted, so that the fan is wider and higher than five that stand: in widths of one.
+constexpr double kFanW = 4.2;
+constexpr double kFanH = 1.68;
+
+constexpr double kLabelH = 22;
+constexpr double kChipH = 32;
+constexpr double kChipGap = 8;
+constexpr double kChipText = 14;
+constexpr double kChipPadding = 14;  // on either side of the text
+constexpr double kGroupGap = 12;
+
+// From one row to the next.
+constexpr double kRowStep = 42;
+constexpr double kFullscreenStep = 50;
+constexpr double kButtonStep = 56;
+
+constexpr double kVolumeLabelW = 200;
+constexpr double kNumberW = 36;
+constexpr double kSwitchInset = 4;  // of a switch from the end of its row
+constexpr double kSliderH = 28;
+constexpr double kSliderGap = 22;  // on either side; the knob and the hand reach into it
+constexpr double kSliderReach = 12;
+
+constexpr double kHelpGap = 20;
+constexpr double kButtonW = 280;
+constexpr double kButtonH = 44;
+
+double chipWidth(cairo_t* cr, const std::string& name) {
+  double w = 0;
+  double h = 0;
+  ui::measureText(cr, name, {.size = kChipText}, w, h);
+  return w + 2 * kChipPadding;
+}
+
+// The system's language and then each of ours, not yet in their places.
+std::vector<LanguageChip> languageChips(cairo_t* cr) {
+  std::vector<LanguageChip> chips = {{"", i18n::tr("settings.languageSystem"), {}}};
+  for (const i18n::Language& language : i18n::languages())
+    chips.push_back({language.code, language.nativeName, {}});
+  for (LanguageChip& chip : chips) chip.rect = {0, 0, chipWidth(cr, chip.name), kChipH};
+  return chips;
+}
+
+// Places the chips in rows of this width. Returns where the last row ends.
+double flow(std::vector<LanguageChip>& chips, double left, double top, double width) {
+  double x = left;
+  double y = top;
+  for (LanguageChip& chip : chips) {
+    if (x > left && x + chip.rect.w > left + width) {
+      x = left;
+      y += kChipH + kChipGap;
+    }
+    chip.rect.x = x;
+    chip.rect.y = y;
+    x += chip.rect.w + kChipGap;
+  }
+  return y + kChipH;
+}
+
+VolumeRow volumeRow(const ui::Rect& row) {
+  const double labelW = std::min(kVolumeLabelW, row.w / 3);
+  const double numberX = row.x + row.w - kSwitchInset - kNumberW;
+  const double sliderX = row.x + labelW + kSliderGap;
+  const double sliderW = numberX - kSliderGap - sliderX;
+  return {{row.x, row.y, labelW, row.h},
+          {sliderX, row.y + (row.h - kSliderH) / 2, sliderW, kSliderH},
+          {numberX, row.y, kNumberW, row.h},
+          {sliderX - kSliderReach, row.y, sliderW + 2 * kSliderReach, row.h}};
+}
+
+}  // namespace
+
+ui::Rect settingsView(double w, double h) {
+  return {0, kListTop, w, std::max(h - kListTop - kFooterRoom, kMinViewH)};
+}
+
+SettingsLayout settingsLayout(cairo_t* cr, double w) {
+  const double columnW = std::min(w - 2 * kSideMargin, kMaxColumnW);
+  const double x = (w - columnW) / 2;
+  double y = kTop;
+  // The next place in the column; the one after it begins `step` further down.
+  const auto place = [&](double h, double step) {
+    const ui::Rect rect = {x, y, columnW, h};
+    y += step;
+    return rect;
+  };
+  const auto button = [&] {
+    const double buttonW = std::min(kButtonW, columnW);
+    return ui::Rect{(w - buttonW) / 2, place(kButtonH, kButtonStep).y, buttonW, kButtonH};
+  };
+
+  SettingsLayout layout = {};
+  const double fanW = kFanW * kSettingsFanTile;
+  const double fanH = kFanH * kSettingsFanTile;
+  layout.fan = {(w - fanW) / 2, place(fanH, fanH + kGroupGap).y, fanW, fanH};
+  layout.language = place(kLabelH, kLabelH + kChipGap);
+  layout.chips = languageChips(cr);
+  y = flow(layout.chips, x, y, columnW) + kGroupGap;
+  layout.music = volumeRow(place(kRowStep, kRowStep));
+  layout.effects = volumeRow(place(kRowStep, kRowStep));
+  layout.sound = place(kRowStep, kRowStep);
+  layout.fullscreen = place(kRowStep, kFullscreenStep);
+  const double helpH = ui::wrappedTextHeight(cr, columnW, i18n::tr("settings.keyboard"), kSettingsHelp);
+  layout.help = place(helpH, helpH + kHelpGap);
+  layout.reset = button();
+  layout.quit = button();
+  layout.height = layout.quit.y + kButtonH + kBottom;
+  return layout;
+}
+
+}  // namespace screens

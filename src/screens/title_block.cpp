@@ -1,0 +1,40 @@
+#include "screens/title_block.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "resources/i18n.h"
+#include "ui/draw.h"
+#include "ui/palette.h"
+#include "ui/title.h"
+
+namespace screens {
+namespace {
+
+constexpr double kWordLine = 1.25;  // of the glowing word, in letter sizes
+constexpr double kGap = 6;
+constexpr double kTileH = 1.34;  // in tile widths
+
+double tilesTop(const TitleBlock& title) { return kWordLine * title.wordSize + kGap; }
+
+}  // namespace
+
+TitleBlock TitleBlock::fitting(double w, double wordSize, double tileW) {
+  // Words and tiles are a little narrower than so many sizes.
+  return {.wordSize = std::min(std::floor((w - 40) / 7.6), wordSize),
+          .tileW = std::min(std::floor((w - 60) / 7.9), tileW)};
+}
+
+double TitleBlock::height() const { return tilesTop(*this) + std::round(kTileH * tileW); }
+
+void drawTitleBlock(const ui::Ctx& ctx, const TitleBlock& title, double top, double startTime) {
+  ui::drawGlowTitle(ctx, ctx.w / 2, top, "Quenlock's", title.wordSize);
+  ui::drawTileTitle(ctx, ctx.w / 2, top + tilesTop(title), "MAHJONG", title.tileW, startTime);
+}
+
+void drawTagline(const ui::Ctx& ctx, double top, double size) {
+  ui::drawText(ctx.cr, ctx.w / 2, top, i18n::tr("app.tagline"),
+               {.size = size, .color = ui::palette::kMutedText, .alpha = 0.6, .align = ui::Align::Center});
+}
+
+}  // namespace screens

@@ -1,0 +1,477 @@
+// The level select: what is open, what a click does on the screen, to the files and to the ear, where the
+// cards lie.
+
+#include "screens/level_grid.h"
+
+#include <SDL_keycode.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "resources/i18n.h"
+#include "rules/engine.h"
+#include "rules/levels.h"
+#include "rules/table_themes.h"
+#include "screens/list_screen.h"
+#include "screens/miniature.h"
+#include "screens/screens.h"
+#include "screens/stack.h"
+#include "storage/storage.h"
+#include "support/heard.h"
+#include "support/picture.h"
+#include "ui/draw.h"
+#include "ui/felt.h"
+
+namespace {
+
+using audio::Sfx;
+using screens::CardLayout;
+using screens::LevelGrid;
+using support::Point;
+using test::Shows;
+using test::Stack;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using ui::Rect;
+using ui::ScreenKind;
+
+constexpr ui::GameState kBelow = {.kind = ScreenKind::Playing, .level = 1, .deal = 1};
+constexpr ui::GameState kLevelSelect = {.kind = ScreenKind::LevelSelect};
+constexpr int kW = 1100;
+constexpr int kH = 760;
+
+Point middleOf(const Rect& rect) { return {rect.x + rect.w / 2, rect.y + rect.h / 2}; }
+
+// The level select over another screen, as it is after the first frame.
+struct Visit {
+  explicit Visit(int progress = 1) {
+    store::saveProgress({.currentLevel = progress});
+    open();
+  }
+
+  // What was heard before is forgotten.
+  void open() {
+    ui::Game::instance().resetTo(kBelow);
+    stack.harness.frame(0);
+    ui::Game::instance().push(kLevelSelect);
+    stack.harness.frame(0);
+    stack.harness.frame(0);
+    stack.harness.moveTo(-1, -1);
+    support::heard().clear();
+  }
+
+  void click(const Point& p) { stack.harness.click(p.x, p.y); }
+  // Of the card with this place on its page, once it is scrolled so far.
+  Rect card(int i, double scroll = 0) const { return grid.card(i, scroll); }
+  void clickCard(int i) { click(middleOf(card(i))); }
+  void clickChip(int page) { click({12 + 102.0 * page + 48, 84}); }
+
+  // The page shown, told by the level that its first card starts.
+  int pageShown() {
+    clickCard(0);
+    return (Stack::top().level - 1) / 10;
+  }
+
+  Stack stack{kBelow, kW, kH};
+  LevelGrid grid = screens::levelGrid(kW, kH);
+};
+
+void saveGameOf(int level) {
+  const auto seed = static_cast<std::uint32_t>(level);
+  store::saveGame({.level = level,
+                   .seed = seed,
+                   .game = mj::createGame(mj::levelToConfig(level).slots, seed),
+                   .elapsedMs = 1000});
+}
+
+TEST(LevelSelect, HasOnlyTheFirstLevelOpenAtAFirstStart) {
+  Visit visit;
+  for (int i = 1; i < 8; ++i) {
+    const Rect card = visit.card(i);
+    visit.click({card.x + 20, card.y + 20});
+    EXPECT_THAT(Stack::top(), Shows(ScreenKind::LevelSelect, 0, 0)) << "level " << i + 1;
+  }
+  visit.clickCard(0);
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 1, 1));
+}
+
+TEST(LevelSelect, StartsAnOpenLevelFromItsFirstDeal) {
+  Visit visit(17);
+  visit.clickCard(6 - 1);
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 16, 16));
+  EXPECT_EQ(Stack::depth(), 3U);
+  EXPECT_THAT(support::heard(), ElementsAre(Sfx::Click));
+}
+
+TEST(LevelSelect, OpensTheLevelThatThePlayerHasComeToAndNoHigherOne) {
+  Visit visit(6);
+  visit.clickCard(6);
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::LevelSelect, 0, 0));
+  visit.clickCard(5);
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 6, 6));
+}
+
+TEST(LevelSelect, RefusesALockedLevelAudiblyAndKeepsTheSavedGame) {
+  Visit visit(3);
+  saveGameOf(2);
+  visit.clickCard(3);
+  EXPECT_THAT(support::heard(), ElementsAre(Sfx::Error));
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::LevelSelect, 0, 0));
+  EXPECT_TRUE(store::loadGame().valid);
+}
+
+TEST(LevelSelect, DiscardsTheSavedGameWhicheverLevelIsPicked) {
+  for (const int saved : {2, 3}) {
+    Visit visit(3);
+    saveGameOf(saved);
+    ASSERT_TRUE(visit.stack.data.has("save.json"));
+    visit.clickCard(2);
+    EXPECT_FALSE(store::loadGame().valid) << "a game of level " << saved;
+  }
+}
+
+TEST(LevelSelect, GoesBackByButtonAndByEscape) {
+  {
+    Visit visit;
+    visit.stack.harness.key(SDLK_ESCAPE);
+    EXPECT_EQ(Stack::depth(), 1U);
+  }
+  Visit visit;
+  visit.click({30, 28});
+  EXPECT_EQ(Stack::depth(), 1U);
+}
+
+TEST(LevelSelect, ShowsAtFirstThePageThatThePlayerHasComeTo) {
+  Visit visit(34);
+  EXPECT_EQ(visit.pageShown(), 3);
+}
+
+TEST(LevelSelect, ShowsThePageWhoseChipIsClicked) {
+  Visit visit(100);
+  for (const int page : {0, 7, 9}) {
+    visit.clickChip(page);
+    EXPECT_EQ(visit.pageShown(), page);
+    visit.open();
+  }
+}
+
+TEST(LevelSelect, ShowsThePageLastChosenWhenItIsOpenedAgain) {
+  Visit visit(95);
+  visit.clickChip(2);
+  visit.stack.harness.key(SDLK_ESCAPE);
+  store::saveProgress({.currentLevel = 100});
+  visit.open();
+  EXPECT_EQ(visit.pageShown(), 2);
+}
+
+TEST(LevelSelect, BeginsEachPageAtItsTop) {
+  Visit visit(100);
+  visit.stack.harness.wheel(550, 400, -3);
+  visit.clickChip(4);
+  const Rect card = visit.card(0);
+  visit.click({card.x + 20, card.y + 5});
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 41, 41));
+}
+
+TEST(LevelSelect, MovesItsCardsWithTheWheelAsFarAsTheLastRow) {
+  Visit visit(10);
+  visit.stack.harness.wheel(550, 400, -100);
+  const double most = visit.grid.contentHeight - visit.grid.view.h;
+  ASSERT_GT(most, 0);
+  const Rect last = visit.card(9, most);
+  EXPECT_EQ(last.y + last.h, visit.grid.view.y + visit.grid.view.h);
+  visit.click({last.x + 20, last.y + last.h - 5});
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 10, 10));
+}
+
+TEST(LevelSelect, ItsCardsAreClickedOnlyWhereTheyAreSeen) {
+  Visit visit(100);
+  visit.clickChip(0);
+  support::heard().clear();
+  // Below the list's end the second row goes on, and scrolled up the first reaches beneath the chips.
+  visit.click({100, visit.grid.view.y + visit.grid.view.h + 3});
+  visit.stack.harness.wheel(550, 400, -1);
+  visit.click({100, visit.grid.view.y - 4});
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::LevelSelect, 0, 0));
+  EXPECT_THAT(support::heard(), IsEmpty());
+  visit.click({100, visit.grid.view.y + 1});
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 1, 1));
+}
+
+TEST(LevelSelect, TakesNoNoticeOfAClickBetweenTheCards) {
+  Visit visit(10);
+  visit.click({visit.card(0).x + visit.grid.cardW + 6, 300});
+  EXPECT_THAT(Stack::top(), Shows(ScreenKind::LevelSelect, 0, 0));
+  EXPECT_THAT(support::heard(), IsEmpty());
+}
+
+// --- what is seen ---
+
+// The screen alone, drawn with cairo, with files of before it was opened.
+class LevelSelectView : public testing::Test {
+ protected:
+  void show(int progress) {
+    store::saveProgress({.currentLevel = progress});
+    reopen();
+  }
+  void reopen() {
+    screen = screens::makeLevelSelect();
+    harness.moveTo(-1, -1);
+  }
+  std::uint32_t at(const Point& p) const {
+    return harness.colorAt(static_cast<int>(p.x), static_cast<int>(p.y));
+  }
+  // A place of the card's plate where nothing else is drawn.
+  Point plate(int i) const {
+    const Rect card = grid.card(i, 0);
+    return {card.x + card.w / 2, card.y + card.h - 6};
+  }
+  Point firstStar(int i) const {
+    const CardLayout layout = screens::cardLayout(grid.card(i, 0), grid.miniature);
+    return {layout.starsX - 2.5 * screens::kCardStarRadius, layout.starsY};
+  }
+
+  support::DataHome data;
+  std::unique_ptr<ui::Screen> screen;
+  support::ScreenHarness harness{[this](ui::Ctx& ctx) { screen->update(ctx); }, kW, kH};
+  LevelGrid grid = screens::levelGrid(kW, kH);
+};
+
+TEST_F(LevelSelectView, VeilsLockedCards) {
+  show(2);
+  EXPECT_EQ(at(plate(1)), 0x16523CU);
+  EXPECT_LE(support::channelDifference(at(plate(2)), 0x103F2E), 1);
+}
+
+TEST_F(LevelSelectView, PutsAPadlockInTheMiddleOfLockedCards) {
+  show(1);
+  for (int i = 1; i < 4; ++i) {
+    const Point middle = middleOf(grid.card(i, 0));
+    const std::uint32_t body = at({middle.x, middle.y + 8});
+    EXPECT_LE(support::channelDifference(body, 0xA6C2B1), 22) << std::hex << body;
+  }
+}
+
+TEST_F(LevelSelectView, LightsUpTheOpenCardUnderThePointer) {
+  show(1);
+  const std::uint32_t locked = at(plate(1));
+  harness.moveTo(plate(0).x, plate(0).y);
+  EXPECT_LE(support::channelDifference(at({plate(0).x + 20, plate(0).y}), 0x23583D), 1);
+  harness.moveTo(plate(1).x, plate(1).y);
+  EXPECT_EQ(at(plate(0)), 0x16523CU);
+  EXPECT_EQ(at(plate(1)), locked);
+}
+
+TEST_F(LevelSelectView, LightsUpNoCardFromOutsideTheList) {
+  show(100);
+  harness.click(60, 84);
+  harness.moveTo(100, grid.view.y + grid.view.h + 3);
+  EXPECT_EQ(at(plate(0)), 0x16523CU);
+  EXPECT_EQ(at({100, grid.card(4, 0).y + 6}), 0x16523CU);
+}
+
+TEST_F(LevelSelectView, ShowsStarsWhereALevelWasSolved) {
+  store::saveProgress({.currentLevel = 3});
+  store::recordBest(1, {.stars = 1, .aids = 4, .elapsedMs = 1000});
+  reopen();
+  EXPECT_LE(support::channelDifference(at(firstStar(0)), 0xF0C14A), 2);
+  EXPECT_EQ(at(firstStar(1)), 0x16523CU);
+}
+
+TEST_F(LevelSelectView, ReadsTheBestResultsOfThePageThatIsChosen) {
+  store::saveProgress({.currentLevel = 20});
+  store::recordBest(11, {.stars = 3, .aids = 0, .elapsedMs = 1000});
+  reopen();
+  harness.click(60, 84);
+  harness.frame();
+  EXPECT_EQ(at(firstStar(0)), 0x16523CU);
+  harness.click(162, 84);
+  harness.frame();
+  EXPECT_LE(support::channelDifference(at(firstStar(0)), 0xF0C14A), 2);
+}
+
+TEST_F(LevelSelectView, ReadsNoFileBetweenTheFrames) {
+  show(1);
+  store::saveProgress({.currentLevel = 5});
+  store::recordBest(1, {.stars = 3, .aids = 0, .elapsedMs = 1000});
+  const ui::CairoSurface before = harness.picture();
+  harness.frame();
+  EXPECT_TRUE(support::samePicture(harness.picture().get(), before.get()));
+}
+
+TEST_F(LevelSelectView, LiesOnTheFeltOfItsPage) {
+  show(100);
+  for (const int page : {0, 1, 8}) {
+    harness.click(12 + 102.0 * page + 48, 84);
+    harness.frame();
+    const ui::CairoSurface felt = support::makePicture(kW, kH, [&](cairo_t* cr) {
+      ui::Ctx ctx;
+      ctx.cr = cr;
+      ctx.w = kW;
+      ctx.h = kH;
+      ui::drawFelt(ctx, mj::tableThemeForStage(page), false);
+    });
+    EXPECT_EQ(at({700, 30}), support::pixelAt(felt.get(), 700, 30) & 0xFFFFFFU) << "page " << page;
+  }
+}
+
+TEST_F(LevelSelectView, DrawsNothingOfItsCardsOutsideTheList) {
+  show(10);
+  const std::uint32_t below = at({100, grid.view.y + grid.view.h + 2});
+  harness.wheel(550, 400, -2);
+  EXPECT_EQ(at({100, grid.view.y + grid.view.h + 2}), below);
+  EXPECT_NE(at({100, grid.view.y + 2}), at({100, grid.view.y - 3}));
+}
+
+// --- where it lies ---
+
+class LevelGridIn : public testing::TestWithParam<std::pair<int, int>> {
+ protected:
+  const double w = GetParam().first;
+  const double h = GetParam().second;
+  const LevelGrid grid = screens::levelGrid(w, h);
+};
+
+bool overlap(const Rect& a, const Rect& b) {
+  return a.x < b.x + b.w && b.x < a.x + a.w && a.y < b.y + b.h && b.y < a.y + a.h;
+}
+
+bool inside(const Rect& inner, const Rect& outer) {
+  return inner.x >= outer.x && inner.y >= outer.y && inner.x + inner.w <= outer.x + outer.w + 1e-9 &&
+         inner.y + inner.h <= outer.y + outer.h + 1e-9;
+}
+
+TEST_P(LevelGridIn, HasItsListBetweenTheChipsAndTheLowerEdge) {
+  EXPECT_EQ(grid.view.y, 114);
+  EXPECT_EQ(grid.view.h, h - 160);
+}
+
+TEST_P(LevelGridIn, FillsTheWidthWithCardsTwelveApart) {
+  EXPECT_EQ(grid.card(0, 0).x, 12);
+  const Rect last = grid.card(grid.columns - 1, 0);
+  EXPECT_NEAR(last.x + last.w, w - 12, 1e-9);
+  EXPECT_NEAR(grid.card(1, 0).x - grid.cardW, 24, 1e-9);
+  EXPECT_EQ(grid.card(grid.columns, 0).x, 12);
+  EXPECT_EQ(grid.card(grid.columns, 0).y, 114 + 310);
+  EXPECT_EQ(grid.cardH, 298);
+}
+
+TEST_P(LevelGridIn, EndsBelowItsLastRow) {
+  const Rect last = grid.card(9, 0);
+  EXPECT_EQ(last.y + last.h, grid.view.y + grid.contentHeight);
+}
+
+TEST_P(LevelGridIn, KeepsThePartsOfACardApart) {
+  const Rect card = grid.card(0, 0);
+  const CardLayout layout = screens::cardLayout(card, grid.miniature);
+  const double r = screens::kCardStarRadius;
+  const Rect stars = {layout.starsX - 3.5 * r, layout.starsY - r, 7 * r, 2 * r};
+  EXPECT_EQ(layout.starsY, card.y + 52);
+  const std::array<Rect, 5> parts = {layout.label, layout.tiles, layout.layers, stars, layout.miniature};
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    EXPECT_TRUE(inside(parts[i], card)) << i;
+    for (std::size_t k = 0; k < i; ++k) EXPECT_FALSE(overlap(parts[i], parts[k])) << i << " and " << k;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Window, LevelGridIn,
+                         testing::Values(std::pair(640, 480), std::pair(779, 600), std::pair(1100, 760),
+                                         std::pair(1224, 768), std::pair(1920, 1080), std::pair(3840, 2160)),
+                         [](const auto& param) { return std::to_string(param.param.first); });
+
+TEST(LevelGrid, HasTwoToFiveColumns) {
+  EXPECT_EQ(screens::levelGrid(640, 480).columns, 2);
+  EXPECT_EQ(screens::levelGrid(743, 480).columns, 2);
+  EXPECT_EQ(screens::levelGrid(744, 480).columns, 3);
+  EXPECT_EQ(screens::levelGrid(1100, 760).columns, 4);
+  EXPECT_EQ(screens::levelGrid(1224, 760).columns, 5);
+  EXPECT_EQ(screens::levelGrid(3840, 2160).columns, 5);
+}
+
+TEST(LevelGrid, HasLowerCardsWhereTheyAreNarrow) {
+  const LevelGrid grid = screens::levelGrid(400, 480);
+  EXPECT_EQ(grid.columns, 2);
+  EXPECT_EQ(grid.cardW, 182);
+  EXPECT_EQ(grid.miniature, 146);
+  EXPECT_EQ(grid.cardH, 146 + 108);
+}
+
+TEST(LevelGrid, HasAListInTheLowestWindowToo) { EXPECT_EQ(screens::levelGrid(640, 100).view.h, 60); }
+
+// The width of a text of a card as it is drawn.
+double widthOf(const Rect& rect, const char* key, const char* n, ui::TextStyle style) {
+  const ui::CairoSurface paper = support::makePicture(1, 1);
+  const ui::CairoContext cr(cairo_create(paper.get()));
+  style.maxWidth = rect.w;
+  double w = 0;
+  double h = 0;
+  ui::measureText(cr.get(), i18n::tr(key, {{"n", n}}), style, w, h);
+  EXPECT_LE(h, rect.h) << i18n::currentLanguage() << " " << key;
+  return w;
+}
+
+TEST(LevelCard, KeepsItsTextsApartInEveryLanguage) {
+  // The narrowest card, the longest numbers; letters on whole pixels may be wider than they were shrunk to.
+  constexpr double kApart = 4;
+  const LevelGrid grid = screens::levelGrid(744, 600);
+  const CardLayout layout = screens::cardLayout(grid.card(0, 0), grid.miniature);
+  for (const i18n::Language& language : i18n::languages()) {
+    i18n::setLanguage(language.code);
+    const double label = widthOf(layout.label, "playing.levelLabel", "100", {.size = 16, .bold = true});
+    const double tiles = widthOf(layout.tiles, "levels.tileCount", "144", {.size = 12});
+    const double layers = widthOf(layout.layers, "levels.layers", "4", {.size = 12});
+    EXPECT_GE(layout.tiles.x + layout.tiles.w - tiles, layout.label.x + label + kApart) << language.code;
+    EXPECT_LE(layers, layout.layers.w) << language.code;
+  }
+}
+
+// --- miniatures ---
+
+ui::CairoSurface miniatureOf(const std::vector<mj::Slot>& slots, const Rect& rect) {
+  return support::makePicture(100, 100, [&](cairo_t* cr) { screens::paintMini(cr, rect, slots); });
+}
+
+int brightness(std::uint32_t color) {
+  return static_cast<int>((color >> 16 & 0xFF) + (color >> 8 & 0xFF) + (color & 0xFF));
+}
+
+TEST(Miniature, IsBrighterTheHigherItsTilesLie) {
+  for (int z = 0; z < 3; ++z) {
+    const auto middle = [](int layer) {
+      return support::pixelAt(miniatureOf({{.z = layer}}, {20, 20, 60, 60}).get(), 50, 50);
+    };
+    EXPECT_GT(brightness(middle(z + 1)), brightness(middle(z))) << z;
+  }
+}
+
+TEST(Miniature, PaintsTheHigherTileOverTheLowerWhateverTheirOrder) {
+  const mj::Slot low = {.id = 0, .x = 0, .y = 0, .z = 0};
+  const mj::Slot high = {.id = 1, .x = 1, .y = 1, .z = 1};
+  const ui::CairoSurface sorted = miniatureOf({low, high}, {0, 0, 100, 100});
+  EXPECT_TRUE(support::samePicture(miniatureOf({high, low}, {0, 0, 100, 100}).get(), sorted.get()));
+}
+
+TEST(Miniature, PaintsNothingBeyondItsRectangle) {
+  // So small a place that the smallest tiles stick out.
+  const ui::CairoSurface picture = miniatureOf(mj::levelToConfig(91).slots, {40, 40, 20, 20});
+  EXPECT_NE(support::pixelAt(picture.get(), 50, 50), 0U);
+  for (int i = 0; i < 100; ++i) {
+    for (const int edge : {39, 60}) {
+      EXPECT_EQ(support::pixelAt(picture.get(), i, edge), 0U);
+      EXPECT_EQ(support::pixelAt(picture.get(), edge, i), 0U);
+    }
+  }
+}
+
+TEST(Miniature, OfNoTilesIsEmpty) {
+  const ui::CairoSurface picture = miniatureOf({}, {0, 0, 100, 100});
+  EXPECT_TRUE(support::samePicture(picture.get(), support::makePicture(100, 100).get()));
+}
+
+}  // namespace

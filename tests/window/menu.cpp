@@ -1,0 +1,58 @@
+#include "window/menu.h"
+
+#include <cstdint>
+#include <optional>
+
+#include "screens/menu_layout.h"
+#include "support/picture.h"
+#include "ui/palette.h"
+
+namespace window {
+namespace {
+
+ui::Rect continuePlaque(Size windowSize) {
+  return screens::menuLayout(windowSize.w, windowSize.h).plaque(screens::MenuEntry::Continue);
+}
+
+Size sizeOf(cairo_surface_t* picture) {
+  return {cairo_image_surface_get_width(picture), cairo_image_surface_get_height(picture)};
+}
+
+Point middleOf(const ui::Rect& rect) {
+  return {static_cast<int>(rect.x + rect.w / 2), static_cast<int>(rect.y + rect.h / 2)};
+}
+
+// Also of a plaque that glows a little under the pointer.
+bool isGold(cairo_surface_t* picture, int x, int y) {
+  const std::uint32_t color = support::pixelAt(picture, x, y) & 0xFFFFFF;  // a window's pixels have no alpha
+  return support::channelDifference(color, ui::palette::kGold) <= 16;
+}
+
+}  // namespace
+
+// The plaque is golden on both sides of its label, but for the shine that passes one of them at a time.
+bool isMenuShownIn(cairo_surface_t* picture) {
+  if (picture == nullptr) return false;
+  constexpr int kBesideLabel = 16;
+  const ui::Rect plaque = continuePlaque(sizeOf(picture));
+  const Point middle = middleOf(plaque);
+  const int reach = static_cast<int>(plaque.w / 2) - kBesideLabel;
+  return isGold(picture, middle.x - reach, middle.y) || isGold(picture, middle.x + reach, middle.y);
+}
+
+bool continueFromMenu(const Game& game) {
+  game.type(Key::Space);
+  // A window that changes its size while the program starts may have moved the plaque away under the click.
+  std::optional<Size> clicked;
+  return waitFor([&] {
+    const ui::CairoSurface picture = game.picture();
+    if (!picture) return false;
+    if (!isMenuShownIn(picture.get())) return clicked.has_value();
+    const Size size = sizeOf(picture.get());
+    if (clicked != size) game.click(middleOf(continuePlaque(size)));
+    clicked = size;
+    return false;
+  });
+}
+
+}  // namespace window
