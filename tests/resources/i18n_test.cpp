@@ -233,6 +233,44 @@ TEST(FormatLongDate, FollowsTheCustomOfEveryLanguage) {
   }
 }
 
+TEST(FormatLongDate, DeclinesWhatTheLanguageDeclines) {
+  struct Dates {
+    const char* code;
+    const char* firstOfJanuary;
+    const char* fifteenthOfAugust;
+  };
+  const std::array kDates = std::to_array<Dates>({
+      {"de", "Sonntag, 1. Januar", "Donnerstag, 15. August"},
+      {"en", "Sunday, 1 January", "Thursday, 15 August"},
+      {"fr", "dimanche 1 janvier", "jeudi 15 août"},
+      {"es", "domingo, 1 de enero", "jueves, 15 de agosto"},
+      {"it", "domenica 1 gennaio", "giovedì 15 agosto"},
+      {"pt", "domingo, 1 de janeiro", "quinta-feira, 15 de agosto"},
+      {"nl", "zondag 1 januari", "donderdag 15 augustus"},
+      {"pl", "niedziela, 1 stycznia", "czwartek, 15 sierpnia"},
+      {"cs", "neděle 1. ledna", "čtvrtek 15. srpna"},
+      {"hu", "január 1., vasárnap", "augusztus 15., csütörtök"},
+      {"ro", "duminică, 1 ianuarie", "joi, 15 august"},
+      {"sv", "söndag 1 januari", "torsdag 15 augusti"},
+      {"da", "søndag 1. januar", "torsdag 15. august"},
+      {"fi", "sunnuntai 1. tammikuuta", "torstai 15. elokuuta"},
+      {"el", "Κυριακή, 1 Ιανουαρίου", "Πέμπτη, 15 Αυγούστου"},
+      {"tr", "1 Ocak Pazar", "15 Ağustos Perşembe"},
+      {"ru", "воскресенье, 1 января", "четверг, 15 августа"},
+      {"ja", "1月1日 日曜日", "8月15日 木曜日"},
+      {"zh", "1月1日 星期日", "8月15日 星期四"},
+      {"ko", "1월 1일 일요일", "8월 15일 목요일"},
+      {"ar", "الأحد، 1 يناير", "الخميس، 15 أغسطس"},
+      {"he", "יום ראשון, 1 בינואר", "יום חמישי, 15 באוגוסט"},
+  });
+  ASSERT_EQ(kDates.size(), kRows.size());
+  for (const Dates& dates : kDates) {
+    const InLanguage current(dates.code);
+    EXPECT_EQ(formatLongDate(2023, 1, 1, 0), dates.firstOfJanuary);
+    EXPECT_EQ(formatLongDate(2024, 8, 15, 4), dates.fifteenthOfAugust);
+  }
+}
+
 TEST(FormatLongDate, RunsFromSundayInJanuaryToSaturdayInDecember) {
   EXPECT_EQ(formatLongDate(2023, 1, 1, 0), "Sunday, 1 January");
   EXPECT_EQ(formatLongDate(2022, 12, 31, 6), "Saturday, 31 December");
