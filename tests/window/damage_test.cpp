@@ -37,7 +37,7 @@ class Home {
     fs::permissions(dir.path(), fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec |
                                     fs::perms::group_read | fs::perms::others_read);
     fs::create_directories(data());
-    for (const char* file : {VESKARA_PROGRAM, VESKARA_KEEP_LIBRARIES}) {
+    for (const char* file : {VESKARA_PROGRAM, VESKARA_KEEP_LIBRARIES, VESKARA_LEAKS}) {
       fs::copy_file(file, dir.path(fs::path(file).filename()));
     }
   }
@@ -67,6 +67,8 @@ class Home {
         {"HOME", dir.path()}, {"XDG_DATA_HOME", dir.path("data")}, {"XDG_CACHE_HOME", dir.path("cache")}};
 #ifdef __SANITIZE_ADDRESS__
     environment["LD_PRELOAD"] = dir.path(fs::path(VESKARA_KEEP_LIBRARIES).filename());
+    environment["LSAN_OPTIONS"] =
+        "suppressions=" + dir.path(fs::path(VESKARA_LEAKS).filename()) + ":print_suppressions=0";
 #endif
     return environment;
   }
