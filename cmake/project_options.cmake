@@ -21,6 +21,7 @@ function(veskara_test name)
   cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PROPERTIES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_options(${name} PRIVATE ${VESKARA_TEST_FLAGS})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} veskara_options GTest::gtest_main GTest::gmock)
   # gtest_discover_tests and ctest each take the list apart once before it reaches the test.
   list(JOIN VESKARA_TEST_ENVIRONMENT "\\\\\\\\\\\\\\\\;" environment)

@@ -6,7 +6,7 @@ game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev li
 # What a machine without a display needs to show it all the same.
 headless_packages="xvfb maim xdotool"
 # What the tests and benchmarks need beside these.
-check_packages="git locales python3 strace clang libclang-rt-dev clang-format clang-tidy libgtest-dev libgmock-dev
+check_packages="git locales python3 strace clang libclang-rt-dev clang-format clang-tidy cppcheck libgtest-dev libgmock-dev
   libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev
   libxtst-dev"
 

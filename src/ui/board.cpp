@@ -67,7 +67,6 @@ void blit(SDL_Texture* texture, const Rect& rect, double alpha) {
 // One tile of a frame.
 struct BoardTile {
   const std::string& face;
-  int id;
   Rect rect;  // before zoom and pan
   TileVisual visual;
 };
@@ -173,7 +172,7 @@ void paintTiles(const Painter& painter, const Ctx& ctx, const mj::GameState& gam
     const double flown = flightTime(fx, id, ctx.time);
     if (flown < 0) continue;
     const auto index = static_cast<std::size_t>(id);
-    const BoardTile tile{game.faces[index], id, geom.place(game.slots[index]),
+    const BoardTile tile{game.faces[index], geom.place(game.slots[index]),
                          visualOf(game, present, opts, id, ctx.time)};
     if (flown < kFlightTime) {
       painter.drawFlying(tile, flightPose(id, flown / kFlightTime));
