@@ -10,49 +10,22 @@
 #include <string>
 #include <vector>
 
+#include "recorded_copies.h"
 #include "resources/i18n.h"
-#include "rules/table_themes.h"
 #include "screens/playing.h"
 #include "screens/playing_layout.h"
 #include "stage.h"
 #include "support/temp_dir.h"
 #include "ui/draw.h"
-#include "ui/felt.h"
 #include "ui/fonts.h"
 #include "ui/gpu.h"
 #include "ui/palette.h"
-#include "ui/tile.h"
 
 namespace {
 
-using bench::Copy;
-using bench::readyTexture;
 using bench::Stage;
 
 constexpr int kLevel = 91;
-
-// The copies of the board at rest, in the screen's order.
-std::vector<Copy> copiesOf(const screens::Playing& screen, const ui::Ctx& ctx) {
-  const mj::GameState& game = screen.table();
-  const ui::BoardGeom geom = ui::boardGeometry(game.slots, screen.boardRect(), ui::FitMode::Contain);
-  const std::string window =
-      std::to_string(static_cast<int>(ctx.w)) + "x" + std::to_string(static_cast<int>(ctx.h));
-  const int w = static_cast<int>(geom.tileW);
-  const int h = static_cast<int>(geom.tileH);
-  SDL_Texture* felt =
-      readyTexture(std::string("felt|") + mj::tableThemeForLevel(kLevel)->name + "|orn|" + window,
-                   static_cast<int>(ctx.w), static_cast<int>(ctx.h));
-  SDL_Texture* scrim = readyTexture("ov|scrim|" + std::to_string(w) + "x" + std::to_string(h), w, h);
-
-  std::vector<Copy> copies = {{felt, {0, 0, ctx.w, ctx.h}, 1}};
-  for (const int id : ui::paintOrder(game)) {
-    const auto index = static_cast<std::size_t>(id);
-    const ui::Rect rect = geom.place(game.slots[index]);
-    copies.push_back({ui::tileTexture(game.faces[index], geom.tileW, geom.tileH, false), rect, 1});
-    if (!mj::isFree(game, id)) copies.push_back({scrim, rect, ui::kDimAlpha});
-  }
-  return copies;
-}
 
 struct Text {
   ui::Rect rect;
@@ -85,7 +58,11 @@ void playingFrame(benchmark::State& state) {
   const auto play = [&] { screen.update(stage.ctx); };
   // From the first frame over the fly-in to rest.
   for (stage.ctx.time = 1; stage.ctx.time < 20; stage.ctx.time += 0.5) stage.frame(play);
-  const std::vector<Copy> copies = copiesOf(screen, stage.ctx);
+  std::vector<bench::Copy> copies;
+  stage.frame([&] {
+    const bench::Recording recording(copies);
+    screen.update(stage.ctx);
+  });
   if (copies.size() != static_cast<std::size_t>(ui::gpuDrawCalls())) {
     state.SkipWithError("the bare loop does not make the screen's copies");
     return;
@@ -98,9 +75,7 @@ void playingFrame(benchmark::State& state) {
   while (state.KeepRunning()) {
     empty += stage.frame([] {});
     bare += stage.frame([&] {
-      for (const Copy& copy : copies) {
-        ui::gpuBlit(copy.texture, copy.rect.x, copy.rect.y, copy.rect.w, copy.rect.h, copy.alpha);
-      }
+      bench::copyAll(stage.renderer.get(), copies);
       for (const Text& text : texts) ui::drawTextIn(stage.ctx.cr, text.rect, text.text, text.style);
     });
     const double seconds = stage.frame(play);

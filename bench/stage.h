@@ -1,19 +1,24 @@
-// stage.h: frames without a screen to see them, as the program makes them, and the texture copies of a frame
-// in a bare loop. Units: logical pixels, which are device pixels here; seconds.
+// stage.h: frames without a screen to see them, as the program makes them. Units: logical pixels, which are
+// device pixels here; seconds.
 #pragma once
 
 #include <SDL.h>
 
-#include <chrono>
 #include <cstdlib>
-#include <string>
-#include <vector>
+#include <ctime>
 
 #include "app/frame.h"
 #include "ui/gpu.h"
 #include "ui/handles.h"
 
 namespace bench {
+
+// This thread's alone: what other programs do meanwhile does not count.
+inline double processorTime() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
 
 // A window that nobody sees, with SDL's software renderer.
 struct Stage {
@@ -31,10 +36,10 @@ struct Stage {
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;
 
-  // A frame as the program makes it, around `draw`. Returns seconds.
+  // A frame as the program makes it, around `draw`. Returns the seconds that it took the processor.
   template <typename Draw>
   double frame(const Draw& draw) {
-    const auto begun = std::chrono::steady_clock::now();
+    const double begun = processorTime();
     ui::CairoContext cr = canvas.begin(1);
     ctx.cr = cr.get();
     ui::gpuBeginFrame();
@@ -44,7 +49,7 @@ struct Stage {
     cr.reset();
     canvas.upload();
     SDL_RenderPresent(renderer.get());
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
+    return processorTime() - begun;
   }
 
   ui::SdlWindow window;
@@ -52,23 +57,5 @@ struct Stage {
   ui::FrameCanvas canvas;
   ui::Ctx ctx;
 };
-
-struct Copy {
-  SDL_Texture* texture;
-  ui::Rect rect;
-  double alpha;
-};
-
-// The texture under a key that the screen has used already.
-inline SDL_Texture* readyTexture(const std::string& key, int w, int h) {
-  return ui::gpuTexture(
-      key, w, h, [](cairo_t*, void*) { std::abort(); }, nullptr);
-}
-
-inline void blitAll(const std::vector<Copy>& copies) {
-  for (const Copy& copy : copies) {
-    ui::gpuBlit(copy.texture, copy.rect.x, copy.rect.y, copy.rect.w, copy.rect.h, copy.alpha);
-  }
-}
 
 }  // namespace bench

@@ -1,7 +1,5 @@
 #include "screens/about.h"
 
-#include <cairo.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -13,12 +11,12 @@
 
 #include "app/app.h"
 #include "resources/i18n.h"
+#include "screens/card.h"
 #include "screens/list_screen.h"
 #include "screens/screens.h"
 #include "ui/draw.h"
-#include "ui/felt.h"
+#include "ui/gpu.h"
 #include "ui/palette.h"
-#include "ui/pointer_block.h"
 #include "ui/tile.h"
 #include "ui/widgets.h"
 
@@ -28,31 +26,7 @@ namespace {
 // --- the column ---
 
 constexpr double kMaxColumnW = 660;
-constexpr double kSideMargin = 20;
 constexpr double kScrollbarRoom = 15;  // beside the column, to the far edge of the scrollbar
-constexpr double kFooterRoom = 46;
-constexpr double kFooterGap = 6;  // below the footer
-constexpr double kMinViewH = 80;
-
-// The felt, the column and the footer. `content` draws what lies in the view, as far above its place as it is
-// told. What is cut off at the view's edges does not hear of the pointer either.
-template <typename Content>
-void scrolledColumn(ui::Ctx& ctx, const ColumnLayout& column, double contentHeight, double& scroll,
-                    const Content& content) {
-  ui::drawFelt(ctx, nullptr, false);
-  const ui::Rect& view = column.view;
-  ui::applyScroll(ctx, {0, view.y, ctx.w, view.h}, contentHeight, scroll);
-  {
-    const ui::PointerBlock block(ctx, !ctx.hover(view));
-    cairo_save(ctx.cr);
-    cairo_rectangle(ctx.cr, view.x, view.y, view.w, view.h);
-    cairo_clip(ctx.cr);
-    content(scroll);
-    cairo_restore(ctx.cr);
-  }
-  ui::scrollbar(ctx, view, contentHeight, scroll);
-  ui::footer(ctx, ctx.h - kFooterGap);
-}
 
 // --- about ---
 
@@ -97,7 +71,6 @@ double lineHeight(double size) { return std::round(1.25 * size); }
 
 // In proportion to the width of one of its tiles, as drawTileFan returns it.
 constexpr double kFanHeight = 1.32 * ui::kTileAspect;
-constexpr double kFanStand = 1.43;  // below its top: the tilted tiles reach higher than the middle one
 
 std::string textOf(const LineLook& look) {
   switch (look.wording) {
@@ -145,19 +118,19 @@ void openUri(const std::string& uri) {
 class About : public ui::Screen {
  public:
   void update(ui::Ctx& ctx) override {
-    const AboutLayout layout = aboutLayout(ctx.w, ctx.h);
-    scrolledColumn(ctx, layout.column, layout.contentHeight, scroll, [&](double up) {
-      fan(ctx, layout, up);
-      lines(ctx, layout, up);
-      licensesButton(ctx, layout, up);
-    });
-    if (listHeader(ctx, i18n::tr("about.headline"))) ui::Game::instance().pop();
+    const bool left = listFrame(ctx, nullptr, i18n::tr("about.headline"), false, [&] { body(ctx); });
+    if (left) ui::Game::instance().pop();
   }
 
  private:
-  static void fan(ui::Ctx& ctx, const AboutLayout& layout, double up) {
-    const double stand = layout.fan.y + kFanStand * layout.fanTileW;
-    ui::drawTileFan(ctx.cr, ctx.w / 2, stand - up, layout.fanTileW);
+  void body(ui::Ctx& ctx) {
+    const AboutLayout layout = aboutLayout(ctx.w, ctx.h);
+    scrolledList(ctx, layout.column.view, layout.contentHeight, scroll, [&] {
+      drawFan(ctx, layout.fan.y - scroll, layout.fanTileW);
+      lines(ctx, layout, scroll);
+      licensesButton(ctx, layout, scroll);
+    });
+    ui::footer(ctx, ctx.h - ui::kFooterGap);
   }
 
   static void lines(ui::Ctx& ctx, const AboutLayout& layout, double up) {
@@ -209,19 +182,16 @@ constexpr std::array<Component, 12> kComponents = {{
 constexpr double kCardStep = 68;
 constexpr double kCardGap = 8;
 constexpr double kCardInset = 16;
-constexpr double kCardRadius = 10;
 constexpr double kNameTop = 9;
 constexpr double kTermsTop = 33;
 
-void drawCard(const ui::Ctx& ctx, const ui::Rect& card, const Component& component) {
+void paintCard(cairo_t* cr, const ui::Rect& card, const Component& component) {
   const double w = card.w - 2 * kCardInset;
   const auto text = [&](double top, std::string_view words, ui::TextStyle style) {
     style.maxWidth = w;
-    ui::drawTextIn(ctx.cr, {card.x + kCardInset, card.y + top, w, lineHeight(style.size)}, words, style);
+    ui::drawTextIn(cr, {card.x + kCardInset, card.y + top, w, lineHeight(style.size)}, words, style);
   };
-  const ui::Rect plate = ui::insetRect(card, 0.5);
-  ui::fillRoundedRect(ctx.cr, plate, kCardRadius, ui::palette::kPanel, 1);
-  ui::strokeRoundedRect(ctx.cr, plate, kCardRadius, 1, ui::palette::kPanelEdge, 1);
+  drawCardPlate(cr, card);
   text(kNameTop, component.name, {.size = 16, .bold = true, .color = ui::palette::kLightText});
   text(kTermsTop, std::string(component.licence) + " · " + component.web,
        {.size = 13, .color = ui::palette::kMutedText});
@@ -230,20 +200,31 @@ void drawCard(const ui::Ctx& ctx, const ui::Rect& card, const Component& compone
 class Licenses : public ui::Screen {
  public:
   void update(ui::Ctx& ctx) override {
-    constexpr double kContentH = kComponents.size() * kCardStep - kCardGap;
-    const ColumnLayout column = columnLayout(ctx.w, ctx.h);
-    scrolledColumn(ctx, column, kContentH, scroll, [&](double up) { cards(ctx, column, up); });
-    if (listHeader(ctx, i18n::tr("licenses.title"))) ui::Game::instance().pop();
+    const bool left = listFrame(ctx, nullptr, i18n::tr("licenses.title"), false, [&] { body(ctx); });
+    if (left) ui::Game::instance().pop();
   }
 
  private:
-  static void cards(const ui::Ctx& ctx, const ColumnLayout& column, double up) {
-    ui::Rect card = {column.x, column.view.y - up, column.w, kCardStep - kCardGap};
+  void body(ui::Ctx& ctx) {
+    constexpr double kContentH = kComponents.size() * kCardStep - kCardGap;
+    const ColumnLayout column = columnLayout(ctx.w, ctx.h);
+    scrolledList(ctx, column.view, kContentH, scroll, [&] { cards(ctx, column); });
+    ui::footer(ctx, ctx.h - ui::kFooterGap);
+  }
+
+  void cards(const ui::Ctx& ctx, const ColumnLayout& column) const {
+    ui::Rect card = {column.x, column.view.y - scroll, column.w, kCardStep - kCardGap};
     for (const Component& component : kComponents) {
-      const bool seen = card.y + card.h > column.view.y && card.y < column.view.y + column.view.h;
-      if (seen) drawCard(ctx, card, component);
+      if (isInView(card, column.view)) drawCard(ctx, card, component);
       card.y += kCardStep;
     }
+  }
+
+  static void drawCard(const ui::Ctx& ctx, const ui::Rect& card, const Component& component) {
+    const std::string key = std::string("licence|") + component.name + "|" + i18n::currentLanguage();
+    ui::gpuPicture(ctx.cr, key, card, [&](cairo_t* cr, double w, double h) {
+      paintCard(cr, {0, 0, w, h}, component);
+    });
   }
 
   double scroll = 0;
@@ -252,12 +233,12 @@ class Licenses : public ui::Screen {
 }  // namespace
 
 ColumnLayout columnLayout(double w, double h) {
-  const double columnW = std::min(w - 2 * kSideMargin, kMaxColumnW);
+  const double columnW = std::min(w - 2 * kColumnMargin, kMaxColumnW);
   const double x = (w - columnW) / 2;
-  return {.view = {x - kScrollbarRoom, kListTop, columnW + 2 * kScrollbarRoom,
-                   std::max(h - kListTop - kFooterRoom, kMinViewH)},
-          .x = x,
-          .w = columnW};
+  ui::Rect view = listView(w, h);
+  view.x = x - kScrollbarRoom;
+  view.w = columnW + 2 * kScrollbarRoom;
+  return {.view = view, .x = x, .w = columnW};
 }
 
 AboutLayout aboutLayout(double w, double h) {

@@ -6,6 +6,7 @@
 
 #include "resources/i18n.h"
 #include "rules/table_themes.h"
+#include "screens/card.h"
 #include "screens/gallery_layout.h"
 #include "ui/board.h"
 #include "ui/draw.h"
@@ -35,7 +36,7 @@ Rect fitted(const Rect& area, double w, double h) {
           h * scale};
 }
 
-void paintTexts(cairo_t* cr, const CardLayout& layout, const store::SolveEntry& entry) {
+void paintTexts(cairo_t* cr, const SolveCardLayout& layout, const store::SolveEntry& entry) {
   ui::TextStyle time = {.size = 15, .color = ui::palette::kLightText, .align = ui::Align::Right};
   const std::string played = ui::formatTime(entry.elapsedMs);
   double timeW = 0;
@@ -84,16 +85,14 @@ void paintBoard(cairo_t* cr, const Rect& area, int level, const mj::GameState& b
 }  // namespace
 
 int cardPictureSide(double cardW, double cardH) {
-  const Rect area = cardLayout(cardW, cardH).picture;
+  const Rect area = solveCardLayout(cardW, cardH).picture;
   return ui::gpuPixels(std::min(area.w, area.h));
 }
 
 void paintCard(cairo_t* cr, double cardW, double cardH, const store::SolveEntry& entry,
                const CardPicture& shown) {
-  const CardLayout layout = cardLayout(cardW, cardH);
-  const Rect card = {0, 0, cardW, cardH};
-  ui::fillRoundedRect(cr, card, kCardRadius, ui::palette::kPanel, 1);
-  ui::strokeRoundedRect(cr, ui::insetRect(card, 0.5), kCardRadius, 1, ui::palette::kPanelEdge, 1);
+  const SolveCardLayout layout = solveCardLayout(cardW, cardH);
+  drawCardPlate(cr, {0, 0, cardW, cardH});
   paintTexts(cr, layout, entry);
   ui::fillRoundedRect(cr, layout.picture, kPictureRadius, ui::palette::kDarkPlaque, 1);
   cairo_save(cr);

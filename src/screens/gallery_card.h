@@ -8,8 +8,6 @@
 
 namespace screens {
 
-inline constexpr double kCardRadius = 10;
-
 // The longer side of what a card of this size shows as its picture, in device pixels.
 int cardPictureSide(double cardW, double cardH);
 

@@ -2,27 +2,17 @@
 // size of the window. Units: logical pixels.
 #pragma once
 
-#include "app/context.h"
+#include "screens/card.h"
 
 namespace screens {
 
-// Columns of cards in a list as wide as the window, which scrolls up and down.
-struct GalleryGrid {
-  ui::Rect list;  // what is seen of the cards
-  int columns;
-  double cardW;
-  double cardH;
-
-  ui::Rect card(int index, double scroll) const;
-  double contentHeight(int cards) const;
-};
 // The list begins at `top` and leaves a strip for the hint at the window's lower edge.
-GalleryGrid galleryGrid(double w, double h, double top);
+CardGrid galleryGrid(double w, double h, double top);
 // The middle of that strip.
 double galleryHintY(double h);
 
 // Two lines of text above the picture. Places count from the card's top left corner.
-struct CardLayout {
+struct SolveCardLayout {
   double left;       // of the level
   double right;      // end of the time and of the date
   double firstTop;   // of the level and the time
@@ -31,6 +21,6 @@ struct CardLayout {
   double starsY;
   ui::Rect picture;  // what there is for the picture
 };
-CardLayout cardLayout(double cardW, double cardH);
+SolveCardLayout solveCardLayout(double cardW, double cardH);
 
 }  // namespace screens

@@ -1,7 +1,6 @@
 #include "screens/level_grid.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "screens/list_screen.h"
 
@@ -10,14 +9,8 @@ namespace {
 
 using ui::Rect;
 
-constexpr double kMargin = 12;
-constexpr double kBottomRoom = 46;
-constexpr double kMinViewH = 60;
-
 constexpr double kGap = 12;  // between cards
 constexpr double kLeastCardW = 240;
-constexpr int kMinColumns = 2;
-constexpr int kMaxColumns = 5;
 
 constexpr double kPadding = 18;  // at a card's sides
 constexpr double kMaxMiniature = 190;
@@ -33,28 +26,19 @@ constexpr double kStarsHalfW = 3.5 * kCardStarRadius;
 
 Rect line(double x, double middle, double w) { return {x, middle - kLineH / 2, w, kLineH}; }
 
+// Side of the square that a card of this width has for its layout.
+double miniatureSide(double cardW) { return std::min(cardW - 2 * kPadding, kMaxMiniature); }
+
 }  // namespace
 
-LevelGrid levelGrid(double w, double h) {
-  const double room = w - 2 * kMargin;
-  LevelGrid grid{};
-  grid.view = {0, kPagedListTop, w, std::max(h - kPagedListTop - kBottomRoom, kMinViewH)};
-  grid.columns = std::clamp(static_cast<int>(std::floor(room / kLeastCardW)), kMinColumns, kMaxColumns);
-  grid.rows = (grid.columns + kLevelsPerPage - 1) / grid.columns;
-  grid.cardW = (room - kGap * (grid.columns - 1)) / grid.columns;
-  grid.miniature = std::min(grid.cardW - 2 * kPadding, kMaxMiniature);
-  grid.cardH = grid.miniature + kBesidesMiniature;
-  grid.contentHeight = grid.rows * (grid.cardH + kGap) - kGap;
+CardGrid levelGrid(double w, double h) {
+  CardGrid grid = cardGrid(pagedListView(w, h, kPagedListTop, kFooterRoom), kLeastCardW, kGap);
+  grid.cardH = miniatureSide(grid.cardW) + kBesidesMiniature;
   return grid;
 }
 
-Rect LevelGrid::card(int i, double scroll) const {
-  const int column = i % columns;
-  const int row = i / columns;
-  return {kMargin + column * (cardW + kGap), view.y + row * (cardH + kGap) - scroll, cardW, cardH};
-}
-
-CardLayout cardLayout(const Rect& card, double miniature) {
+LevelCardLayout levelCardLayout(const Rect& card) {
+  const double miniature = miniatureSide(card.w);
   const double left = card.x + kPadding;
   const double right = card.x + card.w - kPadding;
   const double labelW = kLabelShare * (right - left);
@@ -62,7 +46,7 @@ CardLayout cardLayout(const Rect& card, double miniature) {
   const double layersX = left + 2 * kStarsHalfW + kTextGap;
   const double below = card.y + kTextsH;
   const double spare = card.h - kTextsH - miniature;
-  CardLayout layout{};
+  LevelCardLayout layout{};
   layout.label = line(left, card.y + kFirstLineY, labelW);
   layout.tiles = line(tilesX, card.y + kFirstLineY, right - tilesX);
   layout.layers = line(layersX, card.y + kSecondLineY, right - layersX);

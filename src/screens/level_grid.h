@@ -2,27 +2,14 @@
 // logical pixels.
 #pragma once
 
-#include "app/context.h"
+#include "screens/card.h"
 
 namespace screens {
 
-// Cards in rows, as many in each as the window is wide, 2 to 5. What does not fit is scrolled.
-struct LevelGrid {
-  ui::Rect view;  // the cards are seen in here
-  int columns;
-  int rows;
-  double cardW;
-  double cardH;
-  double miniature;  // side of the square that a card has for its layout
-  double contentHeight;
-
-  // The i-th card, 0 to 9, once its page is scrolled down so far.
-  ui::Rect card(int i, double scroll) const;
-};
-LevelGrid levelGrid(double w, double h);
+CardGrid levelGrid(double w, double h);
 
 // The level's name over its stars at the left, what it is made of at the right, its layout below.
-struct CardLayout {
+struct LevelCardLayout {
   ui::Rect label;
   ui::Rect tiles;
   ui::Rect layers;
@@ -31,6 +18,6 @@ struct CardLayout {
   ui::Rect miniature;
 };
 inline constexpr double kCardStarRadius = 8;
-CardLayout cardLayout(const ui::Rect& card, double miniature);
+LevelCardLayout levelCardLayout(const ui::Rect& card);
 
 }  // namespace screens

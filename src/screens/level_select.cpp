@@ -16,25 +16,23 @@
 #include "resources/i18n.h"
 #include "rules/levels.h"
 #include "rules/table_themes.h"
+#include "screens/card.h"
 #include "screens/level_grid.h"
 #include "screens/list_screen.h"
 #include "screens/miniature.h"
 #include "screens/screens.h"
 #include "storage/storage.h"
 #include "ui/draw.h"
-#include "ui/felt.h"
 #include "ui/gpu.h"
 #include "ui/handles.h"
 #include "ui/palette.h"
-#include "ui/pointer_block.h"
 #include "ui/stars.h"
-#include "ui/widgets.h"
 
 namespace screens {
 namespace {
 
-constexpr double kCardRadius = 10;
-constexpr double kHoverAlpha = 0.06;
+constexpr const char* kCardKey = "level|";  // before the keys of the cards' pictures
+constexpr const char* kNoEnd = "|";         // no key ends so
 constexpr ui::TextStyle kLabelStyle = {.size = 16, .bold = true, .color = ui::palette::kLightText};
 constexpr ui::TextStyle kFactStyle = {
     .size = 12, .color = ui::palette::kMutedText, .align = ui::Align::Right};
@@ -50,11 +48,6 @@ int& lastPage() {
 }
 
 std::string counted(const char* key, int n) { return i18n::tr(key, {{"n", std::to_string(n)}}); }
-
-void drawPlate(cairo_t* cr, const ui::Rect& card) {
-  ui::fillRoundedRect(cr, card, kCardRadius, ui::palette::kPanel, 1);
-  ui::strokeRoundedRect(cr, card, kCardRadius, 1, ui::palette::kPanelEdge, 1);
-}
 
 void drawPadlock(cairo_t* cr, double cx, double cy) {
   constexpr double kBodyW = 26;
@@ -96,25 +89,26 @@ void drawPicture(cairo_t* cr, cairo_surface_t* picture, double x, double y, doub
   cairo_paint_with_alpha(cr, alpha);
 }
 
-bool overlap(const ui::Rect& a, const ui::Rect& b) { return a.y < b.y + b.h && b.y < a.y + a.h; }
-
-}  // namespace
-
 // The hundred levels in pages of ten, with their layouts and the stars won on them. Those that the player has
-// not come to yet are locked.
+// not come to yet are locked. Each card is painted once, and copied from then on.
 class LevelSelect : public ui::Screen {
  public:
   LevelSelect();
+  ~LevelSelect() override { ui::gpuDropTextures(kCardKey, kNoEnd); }
+
   void update(ui::Ctx& ctx) override;
 
  private:
   void turnTo(int newPage);
   void cards(ui::Ctx& ctx);
-  void card(ui::Ctx& ctx, const ui::Rect& rect, int i, double miniatureSide);
-  void drawTexts(cairo_t* cr, const CardLayout& layout, int i) const;
+  void card(ui::Ctx& ctx, const ui::Rect& rect, int i);
+  std::string cardKey(int i) const;
+  void paintCard(cairo_t* cr, const ui::Rect& rect, int i);
+  void drawTexts(cairo_t* cr, const LevelCardLayout& layout, int i) const;
   void drawMiniature(cairo_t* cr, const ui::Rect& rect, const mj::LevelConfig& config, double alpha);
 
   int levelAt(int i) const { return kLevelsPerPage * page + i + 1; }
+  bool isLocked(int i) const { return levelAt(i) > progressLevel; }
 
   int progressLevel;
   int page = 0;
@@ -129,61 +123,64 @@ LevelSelect::LevelSelect() : progressLevel(store::loadProgress().currentLevel) {
 }
 
 void LevelSelect::update(ui::Ctx& ctx) {
-  ui::drawFelt(ctx, mj::tableThemeForStage(page), false);
-  if (listHeader(ctx, i18n::tr("levels.headline"))) return ui::Game::instance().pop();
-  const std::optional<int> chosen = pageChips(ctx, page, pageOf(progressLevel));
-  cards(ctx);
+  std::optional<int> chosen;
+  const bool left = listFrame(ctx, mj::tableThemeForStage(page), i18n::tr("levels.headline"), false, [&] {
+    chosen = pageChips(ctx, page, pageOf(progressLevel));
+    cards(ctx);
+  });
+  if (left) return ui::Game::instance().pop();
   if (chosen) turnTo(lastPage() = *chosen);
 }
 
 void LevelSelect::turnTo(int newPage) {
   page = newPage;
   scroll = 0;
+  ui::gpuDropTextures(kCardKey, kNoEnd);
   for (int i = 0; i < kLevelsPerPage; ++i) {
     stars[static_cast<std::size_t>(i)] = store::bestFor(levelAt(i)).stars;
   }
 }
 
 void LevelSelect::cards(ui::Ctx& ctx) {
-  const LevelGrid grid = levelGrid(ctx.w, ctx.h);
-  ui::applyScroll(ctx, grid.view, grid.contentHeight, scroll);
-  {
-    // What the view's edge cuts off does not hear of the pointer either.
-    const ui::PointerBlock block(ctx, !ctx.hover(grid.view));
-    cairo_save(ctx.cr);
-    cairo_rectangle(ctx.cr, grid.view.x, grid.view.y, grid.view.w, grid.view.h);
-    cairo_clip(ctx.cr);
+  const CardGrid grid = levelGrid(ctx.w, ctx.h);
+  scrolledList(ctx, grid.view, grid.contentHeight(kLevelsPerPage), scroll, [&] {
     for (int i = 0; i < kLevelsPerPage; ++i) {
       const ui::Rect rect = grid.card(i, scroll);
-      if (overlap(rect, grid.view)) card(ctx, rect, i, grid.miniature);
+      if (isInView(rect, grid.view)) card(ctx, rect, i);
     }
-    cairo_restore(ctx.cr);
-  }
-  ui::scrollbar(ctx, grid.view, grid.contentHeight, scroll);
+  });
 }
 
-void LevelSelect::card(ui::Ctx& ctx, const ui::Rect& rect, int i, double miniatureSide) {
-  const int level = levelAt(i);
-  const bool locked = level > progressLevel;
-  const CardLayout layout = cardLayout(rect, miniatureSide);
-  drawPlate(ctx.cr, rect);
-  drawMiniature(ctx.cr, layout.miniature, mj::levelToConfig(level), locked ? kLockedMiniature : 1);
-  drawTexts(ctx.cr, layout, i);
-  if (locked) {
-    drawLock(ctx.cr, rect);
-  } else if (ctx.hover(rect)) {
-    ui::fillRoundedRect(ctx.cr, rect, kCardRadius, ui::palette::kGold, kHoverAlpha);
-  }
+void LevelSelect::card(ui::Ctx& ctx, const ui::Rect& rect, int i) {
+  ui::gpuPicture(ctx.cr, cardKey(i), rect, [&](cairo_t* cr, double w, double h) {
+    paintCard(cr, {0, 0, w, h}, i);
+  });
+  if (!isLocked(i)) lightCard(ctx, rect);
 
   if (!ctx.takeClick(rect)) return;
-  if (locked) return audio::play(audio::Sfx::Error);
+  if (isLocked(i)) return audio::play(audio::Sfx::Error);
   audio::play(audio::Sfx::Click);
   store::clearGame();
+  const int level = levelAt(i);
   ui::Game::instance().push(
       {.kind = ui::ScreenKind::Playing, .level = level, .deal = static_cast<std::uint32_t>(level)});
 }
 
-void LevelSelect::drawTexts(cairo_t* cr, const CardLayout& layout, int i) const {
+std::string LevelSelect::cardKey(int i) const {
+  const std::string won = std::to_string(stars[static_cast<std::size_t>(i)]);
+  return kCardKey + std::to_string(levelAt(i)) + "|" + won + (isLocked(i) ? "|locked|" : "|open|") +
+         i18n::currentLanguage();
+}
+
+void LevelSelect::paintCard(cairo_t* cr, const ui::Rect& rect, int i) {
+  const LevelCardLayout layout = levelCardLayout(rect);
+  drawCardPlate(cr, rect);
+  drawMiniature(cr, layout.miniature, mj::levelToConfig(levelAt(i)), isLocked(i) ? kLockedMiniature : 1);
+  drawTexts(cr, layout, i);
+  if (isLocked(i)) drawLock(cr, rect);
+}
+
+void LevelSelect::drawTexts(cairo_t* cr, const LevelCardLayout& layout, int i) const {
   const mj::LevelConfig& config = mj::levelToConfig(levelAt(i));
   ui::drawTextIn(cr, layout.label, counted("playing.levelLabel", config.level), kLabelStyle);
   ui::drawTextIn(cr, layout.tiles, counted("levels.tileCount", config.tiles), kFactStyle);
@@ -199,6 +196,8 @@ void LevelSelect::drawMiniature(cairo_t* cr, const ui::Rect& rect, const mj::Lev
   if (isNew) entry->second = paintedMiniature(config.slots, rect.w);
   if (entry->second) drawPicture(cr, entry->second.get(), rect.x, rect.y, alpha);
 }
+
+}  // namespace
 
 std::unique_ptr<ui::Screen> makeLevelSelect() { return std::make_unique<LevelSelect>(); }
 

@@ -1,13 +1,17 @@
 #include "screens/list_screen.h"
 
 #include <SDL_keycode.h>
+#include <cairo.h>
 
 #include <algorithm>
 #include <string>
 
 #include "ui/draw.h"
+#include "ui/felt.h"
+#include "ui/gpu.h"
 #include "ui/palette.h"
-#include "ui/widgets.h"
+#include "ui/pointer_block.h"
+#include "ui/tile.h"
 
 namespace screens {
 namespace {
@@ -15,7 +19,11 @@ namespace {
 constexpr ui::Rect kBack = {12, 8, 44, 40};
 constexpr double kHeadlineX = 68;
 constexpr double kHeadlineY = 12;
-constexpr double kMargin = 12;
+
+constexpr double kMinViewH = 80;
+constexpr double kMinPagedViewH = 60;
+// The middle tile of the fan stands so far below the top of the tilted ones, in widths of a tile.
+constexpr double kFanStand = 1.43;
 
 constexpr double kChipsY = 64;
 constexpr double kChipH = 40;
@@ -26,26 +34,68 @@ std::string pageName(int page) {
   return std::to_string(page * kLevelsPerPage + 1) + "–" + std::to_string((page + 1) * kLevelsPerPage);
 }
 
-}  // namespace
-
-bool listHeader(ui::Ctx& ctx, std::string_view headline) {
+// True when the player goes back.
+bool drawHeader(ui::Ctx& ctx, std::string_view headline) {
   const bool back = ui::backButton(ctx, kBack) || ctx.in.hasKey(SDLK_ESCAPE);
   ui::drawText(
       ctx.cr, kHeadlineX, kHeadlineY, headline,
-      {.size = 24, .bold = true, .color = ui::palette::kGold, .maxWidth = ctx.w - kHeadlineX - kMargin});
+      {.size = 24, .bold = true, .color = ui::palette::kGold, .maxWidth = ctx.w - kHeadlineX - kListMargin});
   return back;
+}
+
+}  // namespace
+
+bool listFrame(ui::Ctx& ctx, const mj::TableTheme* theme, std::string_view headline, bool asking,
+               const std::function<void()>& body) {
+  ui::drawFelt(ctx, theme, false);
+  const ui::PointerBlock question(ctx, asking);
+  const bool left = drawHeader(ctx, headline) && !asking;
+  const ui::PointerBlock leaving(ctx, left);
+  body();
+  return left;
+}
+
+ui::Rect listView(double w, double h) {
+  return {0, kListTop, w, std::max(h - kListTop - kFooterRoom, kMinViewH)};
+}
+
+void scrolledList(ui::Ctx& ctx, const ui::Rect& view, double contentHeight, double& scroll,
+                  const std::function<void()>& content) {
+  ui::applyScroll(ctx, {0, view.y, ctx.w, view.h}, contentHeight, scroll);
+  {
+    const ui::PointerBlock block(ctx, !ctx.hover(view));
+    const ui::GpuClip clip(view);
+    cairo_save(ctx.cr);
+    cairo_rectangle(ctx.cr, view.x, view.y, view.w, view.h);
+    cairo_clip(ctx.cr);
+    content();
+    cairo_restore(ctx.cr);
+  }
+  ui::scrollbar(ctx, view, contentHeight, scroll);
+}
+
+bool isInView(const ui::Rect& rect, const ui::Rect& view) {
+  return rect.y < view.y + view.h && view.y < rect.y + rect.h;
+}
+
+void drawFan(const ui::Ctx& ctx, double top, double tileW) {
+  ui::drawTileFan(ctx.cr, ctx.w / 2, top + kFanStand * tileW, tileW);
 }
 
 int pageOf(int level) { return std::clamp((level - 1) / kLevelsPerPage, 0, kPages - 1); }
 
 std::optional<int> pageChips(ui::Ctx& ctx, int page, int marked) {
-  const double w = std::min((ctx.w - 2 * kMargin - (kPages - 1) * kChipGap) / kPages, kMaxChipW);
+  const double w = std::min((ctx.w - 2 * kListMargin - (kPages - 1) * kChipGap) / kPages, kMaxChipW);
   std::optional<int> clicked;
   for (int i = 0; i < kPages; ++i) {
-    const ui::Rect rect = {kMargin + i * (w + kChipGap), kChipsY, w, kChipH};
+    const ui::Rect rect = {kListMargin + i * (w + kChipGap), kChipsY, w, kChipH};
     if (ui::pageChip(ctx, rect, pageName(i), i == page, i == marked && i != page)) clicked = i;
   }
   return clicked;
+}
+
+ui::Rect pagedListView(double w, double h, double top, double below) {
+  return {0, top, w, std::max(h - top - below, kMinPagedViewH)};
 }
 
 }  // namespace screens

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "ui/felt.h"
+#include "ui/widgets.h"
 
 namespace screens {
 namespace {
@@ -16,7 +17,6 @@ constexpr double kLeastScale = 0.8;
 constexpr double kMostScale = 1.6;
 
 constexpr double kFrameGap = 10;  // between the golden frame and what lies within
-constexpr double kFooterH = 32;
 constexpr double kTaglineGap = 10;
 constexpr double kTaglineH = 17;
 
@@ -69,7 +69,7 @@ MenuLayout menuLayout(double w, double h) {
   layout.fontSize = m.fontSize;
   layout.footerBottom = h - margin;
   const double titleH = layout.title.height() + (compact ? 0 : kTaglineGap + kTaglineH);
-  const double room = layout.footerBottom - kFooterH - margin;
+  const double room = layout.footerBottom - ui::kFooterHeight - margin;
   layout.titleTop = margin + std::max(0.0, room - titleH - m.titleGap - plaquesHeight(m)) / 2;
   if (!compact) layout.taglineTop = layout.titleTop + layout.title.height() + kTaglineGap;
   layPlaques(layout, m, (w - columnW) / 2, layout.titleTop + titleH + m.titleGap, columnW);

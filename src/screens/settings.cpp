@@ -1,5 +1,3 @@
-#include <cairo.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -15,20 +13,15 @@
 #include "screens/screens.h"
 #include "screens/settings_layout.h"
 #include "ui/draw.h"
-#include "ui/felt.h"
 #include "ui/gpu.h"
 #include "ui/palette.h"
 #include "ui/pointer_block.h"
-#include "ui/tile.h"
 #include "ui/widgets.h"
 
 namespace screens {
 namespace {
 
-// The middle tile of the fan stands so far below the top of the tilted ones, in widths of a tile.
-constexpr double kFanStand = 1.43;
 constexpr double kLeastMove = 0.001;
-constexpr double kFooterGap = 6;  // below the footer
 
 constexpr ui::TextStyle kRowLabel = {.size = 15, .color = ui::palette::kLightText};
 constexpr ui::TextStyle kNumber = {.size = 15, .color = ui::palette::kMutedText, .align = ui::Align::Right};
@@ -91,15 +84,11 @@ class Settings : public ui::Screen {
 };
 
 void Settings::update(ui::Ctx& ctx) {
-  ui::drawFelt(ctx, nullptr, false);
   endDrag(ctx);
   const bool asking = confirmOpen;
-  {
-    const ui::PointerBlock block(ctx, asking);
-    if (listHeader(ctx, i18n::tr("settings.headline")) && !asking) return leave();
-    body(ctx);
-  }
+  const bool left = listFrame(ctx, nullptr, i18n::tr("settings.headline"), asking, [&] { body(ctx); });
   if (asking) askReset(ctx);
+  if (left) return leave();
   if (volumeDirty && !ctx.in.down) persist();
 }
 
@@ -122,25 +111,17 @@ void Settings::persist() {
 }
 
 void Settings::body(ui::Ctx& ctx) {
-  const ui::Rect view = settingsView(ctx.w, ctx.h);
+  const ui::Rect view = listView(ctx.w, ctx.h);
   layout = settingsLayout(ctx.cr, ctx.w);
-  ui::applyScroll(ctx, view, layout.height, scroll);
-  {
-    // What is cut off at the view's edge does not hear of the pointer.
-    const ui::PointerBlock block(ctx, !ctx.hover(view));
-    cairo_save(ctx.cr);
-    cairo_rectangle(ctx.cr, view.x, view.y, view.w, view.h);
-    cairo_clip(ctx.cr);
+  scrolledList(ctx, view, layout.height, scroll, [&] {
     // In the middle of the view if all of it fits.
     drawBody(ctx, view.y - scroll + std::max((view.h - layout.height) / 2, 0.0), ui::Game::settings());
-    cairo_restore(ctx.cr);
-  }
-  ui::scrollbar(ctx, view, layout.height, scroll);
-  ui::footer(ctx, ctx.h - kFooterGap);
+  });
+  ui::footer(ctx, ctx.h - ui::kFooterGap);
 }
 
 void Settings::drawBody(ui::Ctx& ctx, double top, store::Settings& settings) {
-  ui::drawTileFan(ctx.cr, ctx.w / 2, top + layout.fan.y + kFanStand * kSettingsFanTile, kSettingsFanTile);
+  drawFan(ctx, top + layout.fan.y, kSettingsFanTile);
   languageRow(ctx, top, settings);
   for (std::size_t i = 0; i < kVolumes.size(); ++i) volumeRow(ctx, top, i, settings);
   toggles(ctx, top, settings);

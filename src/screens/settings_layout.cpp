@@ -8,10 +8,7 @@
 namespace screens {
 namespace {
 
-constexpr double kFooterRoom = 46;
-constexpr double kMinViewH = 80;
 constexpr double kMaxColumnW = 620;
-constexpr double kSideMargin = 20;
 constexpr double kTop = 4;
 constexpr double kBottom = 12;
 
@@ -87,12 +84,8 @@ VolumeRow volumeRow(const ui::Rect& row) {
 
 }  // namespace
 
-ui::Rect settingsView(double w, double h) {
-  return {0, kListTop, w, std::max(h - kListTop - kFooterRoom, kMinViewH)};
-}
-
 SettingsLayout settingsLayout(cairo_t* cr, double w) {
-  const double columnW = std::min(w - 2 * kSideMargin, kMaxColumnW);
+  const double columnW = std::min(w - 2 * kColumnMargin, kMaxColumnW);
   const double x = (w - columnW) / 2;
   double y = kTop;
   // The next place in the column; the one after it begins `step` further down.

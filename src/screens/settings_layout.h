@@ -44,8 +44,6 @@ struct SettingsLayout {
   double height;
 };
 
-// Where the column is seen, between the header and the footer; the scrollbar stands at its right edge.
-ui::Rect settingsView(double w, double h);
 // The texts are measured as this context draws them.
 SettingsLayout settingsLayout(cairo_t* cr, double w);
 

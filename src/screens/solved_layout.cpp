@@ -4,6 +4,7 @@
 
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/widgets.h"
 
 namespace screens {
 namespace {
@@ -12,9 +13,9 @@ using ui::Rect;
 
 constexpr double kWideAspect = 1.15;
 constexpr double kWideWindow = 900;
-constexpr double kFrameGap = 6;  // between the golden frame and what lies within
-constexpr double kGap = 8;       // between buttons
-constexpr double kFooterH = 38;  // its two lines and the space above them
+constexpr double kFrameGap = 6;                     // between the golden frame and what lies within
+constexpr double kGap = 8;                          // between buttons
+constexpr double kFooterH = ui::kFooterHeight + 6;  // and the space above it
 constexpr double kButtonH = 40;
 
 constexpr double kInfoShare = 1.0 / 3;  // of the width, beside the board

@@ -16,7 +16,6 @@ constexpr double kTileShare = 0.1;
 constexpr double kTaglineGap = 14;
 constexpr double kTaglineH = 6;  // as much of it as counts for the middle: it is faint
 constexpr double kRaise = 10;    // what stands a little above the middle looks centred
-constexpr double kFooterGap = 6;
 
 // The program's first screen: the title for a moment, then the menu.
 class Splash : public ui::Screen {
@@ -25,7 +24,7 @@ class Splash : public ui::Screen {
     if (!startedAt) startedAt = ctx.time;
     ui::drawFelt(ctx, nullptr, false);
     drawTitle(ctx);
-    ui::footer(ctx, ctx.h - kFooterGap);
+    ui::footer(ctx, ctx.h - ui::kFooterGap);
     if (isOver(ctx)) ui::Game::instance().replace({.kind = ui::ScreenKind::Menu});
   }
 

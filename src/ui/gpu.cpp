@@ -140,6 +140,25 @@ bool setOpacity(SDL_Texture* texture, double alpha) {
   return SDL_SetTextureAlphaMod(texture, a) == 0 && SDL_SetTextureColorMod(texture, a, a, a) == 0;
 }
 
+struct PictureJob {
+  const PaintPicture& paint;
+  double w;
+  double h;
+};
+
+void paintPictureJob(cairo_t* cr, void* user) {
+  const auto& job = *static_cast<const PictureJob*>(user);
+  job.paint(cr, job.w, job.h);
+}
+
+void drawPicture(cairo_t* cr, double x, double y, const PictureJob& job) {
+  const double scale = cache().scale;
+  cairo_save(cr);
+  cairo_translate(cr, std::round(x * scale) / scale, std::round(y * scale) / scale);
+  job.paint(cr, job.w, job.h);
+  cairo_restore(cr);
+}
+
 int toDevice(double logical) { return static_cast<int>(std::lround(logical * cache().scale)); }
 
 struct ProfEntry {
@@ -231,6 +250,19 @@ SDL_Texture* gpuRenderTarget(const std::string& key, int w, int h, void (*paint)
   SdlTexture texture = createTexture(state, SDL_TEXTUREACCESS_TARGET, w, h);
   if (!texture || !paintTarget(state.renderer, texture.get(), paint, user)) return nullptr;
   return store(state, key, {std::move(texture), w, h, state.frame});
+}
+
+void gpuPicture(cairo_t* cr, const std::string& key, const Rect& rect, const PaintPicture& paint) {
+  const double scale = cache().scale;
+  const int w = gpuPixels(rect.w);
+  const int h = gpuPixels(rect.h);
+  if (w < 1 || h < 1) return;
+  PictureJob job{paint, w / scale, h / scale};
+  if (SDL_Texture* texture = gpuTexture(key + "|x" + std::to_string(scale), w, h, paintPictureJob, &job)) {
+    gpuBlit(texture, rect.x, rect.y, job.w, job.h, 1);
+  } else {
+    drawPicture(cr, rect.x, rect.y, job);
+  }
 }
 
 void gpuDropTextures(std::string_view prefix, std::string_view keepSuffix) {

@@ -10,6 +10,7 @@
 
 #include <SDL_blendmode.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -59,6 +60,15 @@ SDL_Texture* gpuTexture(const std::string& key, int w, int h, void (*paint)(cair
 // is used.
 SDL_Texture* gpuRenderTarget(const std::string& key, int w, int h, void (*paint)(void*), void* user,
                              bool redraw);
+
+// Draws a picture into the rectangle: with a renderer it is painted the first time and copied from then on,
+// without one it is drawn on `cr`, where it looks the same. It begins on a whole device pixel and is as many
+// of them large, rounded up; `paint` fills (0, 0) to the size that it is told. `key` as above, but for the
+// size and the scale: a picture of another size takes the old one's place, so that dragging the window's edge
+// leaves none behind. What is copied lies under all that cairo draws in the same frame, and is cut by GpuClip
+// alone.
+using PaintPicture = std::function<void(cairo_t* cr, double w, double h)>;
+void gpuPicture(cairo_t* cr, const std::string& key, const Rect& rect, const PaintPicture& paint);
 
 // Drops the pictures whose key begins with `prefix` and does not end in `keepSuffix`: large ones of a size
 // that is not shown any more need not wait for their turn to age out.

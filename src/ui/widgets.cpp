@@ -408,7 +408,7 @@ std::string versionText() { return std::string("v") + kVersion + " Build " + std
 void footer(const Ctx& ctx, double bottomY) {
   TextStyle style = labelStyle(kFooterLine);
   style.align = Align::Center;
-  drawText(ctx.cr, ctx.w / 2, bottomY - 32, "© 2026 Quenlock Software", style);
+  drawText(ctx.cr, ctx.w / 2, bottomY - kFooterHeight, "© 2026 Quenlock Software", style);
   drawText(ctx.cr, ctx.w / 2, bottomY - 17, versionText(), style);
 }
 

@@ -61,7 +61,10 @@ int confirmDialog(Ctx& ctx, std::string_view title, std::string_view message, st
 
 // "v", the version and the build, as it is shown wherever they are.
 std::string versionText();
-// The maker and the version, in two lines above `bottomY`.
+// The maker and the version, in two lines above `bottomY`, and how high they are. Where no golden frame is in
+// the way they stand a little above the window's lower edge.
+inline constexpr double kFooterHeight = 32;
+inline constexpr double kFooterGap = 6;
 void footer(const Ctx& ctx, double bottomY);
 
 }  // namespace ui

@@ -251,8 +251,8 @@ TEST(Gallery, ScrollsToTheLastCardAndNoFurther) {
   visit.addWithPicture(4);
   visit.enter();
   visit.stack.harness.wheel(300, 300, -1000);
-  const screens::GalleryGrid grid = screens::galleryGrid(kW, kH, screens::kPagedListTop);
-  const ui::Rect last = grid.card(3, grid.contentHeight(4) - grid.list.h);
+  const screens::CardGrid grid = screens::galleryGrid(kW, kH, screens::kPagedListTop);
+  const ui::Rect last = grid.card(3, grid.contentHeight(4) - grid.view.h);
   EXPECT_NEAR(last.y + last.h, kH - 64, 1e-9);
   EXPECT_EQ(
       visit.stack.harness.colorAt(static_cast<int>(last.x + last.w / 2), static_cast<int>(last.y + 200)),
@@ -320,7 +320,7 @@ class GalleryLayout : public testing::TestWithParam<std::tuple<int, int, int>> {
  protected:
   const double w = std::get<0>(GetParam());
   const double h = std::get<1>(GetParam());
-  const screens::GalleryGrid grid = screens::galleryGrid(w, h, screens::kPagedListTop);
+  const screens::CardGrid grid = screens::galleryGrid(w, h, screens::kPagedListTop);
 };
 
 TEST_P(GalleryLayout, FillsTheWidthWithEvenGaps) {
@@ -335,14 +335,14 @@ TEST_P(GalleryLayout, FillsTheWidthWithEvenGaps) {
 }
 
 TEST_P(GalleryLayout, LeavesTheHintAStripBelowTheList) {
-  EXPECT_EQ(grid.list.y, 114);
-  EXPECT_EQ(grid.list.y + grid.list.h, h - 64);
+  EXPECT_EQ(grid.view.y, 114);
+  EXPECT_EQ(grid.view.y + grid.view.h, h - 64);
   EXPECT_GT(screens::galleryHintY(h), h - 64);
   EXPECT_LT(screens::galleryHintY(h) + 12, h);
 }
 
 TEST_P(GalleryLayout, KeepsTextsAndPictureApart) {
-  const screens::CardLayout card = screens::cardLayout(grid.cardW, grid.cardH);
+  const screens::SolveCardLayout card = screens::solveCardLayout(grid.cardW, grid.cardH);
   EXPECT_LT(card.starsY + 6, card.picture.y);
   EXPECT_LT(card.secondTop + 16, card.picture.y);
   EXPECT_EQ(card.picture.x, 4);

@@ -31,8 +31,8 @@
 namespace {
 
 using audio::Sfx;
-using screens::CardLayout;
-using screens::LevelGrid;
+using screens::CardGrid;
+using screens::LevelCardLayout;
 using support::Point;
 using test::Shows;
 using test::Stack;
@@ -79,7 +79,7 @@ struct Visit {
   }
 
   Stack stack{kBelow, kW, kH};
-  LevelGrid grid = screens::levelGrid(kW, kH);
+  CardGrid grid = screens::levelGrid(kW, kH);
 };
 
 void saveGameOf(int level) {
@@ -182,7 +182,7 @@ TEST(LevelSelect, BeginsEachPageAtItsTop) {
 TEST(LevelSelect, MovesItsCardsWithTheWheelAsFarAsTheLastRow) {
   Visit visit(10);
   visit.stack.harness.wheel(550, 400, -100);
-  const double most = visit.grid.contentHeight - visit.grid.view.h;
+  const double most = visit.grid.contentHeight(10) - visit.grid.view.h;
   ASSERT_GT(most, 0);
   const Rect last = visit.card(9, most);
   EXPECT_EQ(last.y + last.h, visit.grid.view.y + visit.grid.view.h);
@@ -233,14 +233,14 @@ class LevelSelectView : public testing::Test {
     return {card.x + card.w / 2, card.y + card.h - 6};
   }
   Point firstStar(int i) const {
-    const CardLayout layout = screens::cardLayout(grid.card(i, 0), grid.miniature);
+    const LevelCardLayout layout = screens::levelCardLayout(grid.card(i, 0));
     return {layout.starsX - 2.5 * screens::kCardStarRadius, layout.starsY};
   }
 
   support::DataHome data;
   std::unique_ptr<ui::Screen> screen;
   support::ScreenHarness harness{[this](ui::Ctx& ctx) { screen->update(ctx); }, kW, kH};
-  LevelGrid grid = screens::levelGrid(kW, kH);
+  CardGrid grid = screens::levelGrid(kW, kH);
 };
 
 TEST_F(LevelSelectView, VeilsLockedCards) {
@@ -335,7 +335,7 @@ class LevelGridIn : public testing::TestWithParam<std::pair<int, int>> {
  protected:
   const double w = GetParam().first;
   const double h = GetParam().second;
-  const LevelGrid grid = screens::levelGrid(w, h);
+  const CardGrid grid = screens::levelGrid(w, h);
 };
 
 bool overlap(const Rect& a, const Rect& b) {
@@ -364,12 +364,12 @@ TEST_P(LevelGridIn, FillsTheWidthWithCardsTwelveApart) {
 
 TEST_P(LevelGridIn, EndsBelowItsLastRow) {
   const Rect last = grid.card(9, 0);
-  EXPECT_EQ(last.y + last.h, grid.view.y + grid.contentHeight);
+  EXPECT_EQ(last.y + last.h, grid.view.y + grid.contentHeight(10));
 }
 
 TEST_P(LevelGridIn, KeepsThePartsOfACardApart) {
   const Rect card = grid.card(0, 0);
-  const CardLayout layout = screens::cardLayout(card, grid.miniature);
+  const LevelCardLayout layout = screens::levelCardLayout(card);
   const double r = screens::kCardStarRadius;
   const Rect stars = {layout.starsX - 3.5 * r, layout.starsY - r, 7 * r, 2 * r};
   EXPECT_EQ(layout.starsY, card.y + 52);
@@ -395,10 +395,10 @@ TEST(LevelGrid, HasTwoToFiveColumns) {
 }
 
 TEST(LevelGrid, HasLowerCardsWhereTheyAreNarrow) {
-  const LevelGrid grid = screens::levelGrid(400, 480);
+  const CardGrid grid = screens::levelGrid(400, 480);
   EXPECT_EQ(grid.columns, 2);
   EXPECT_EQ(grid.cardW, 182);
-  EXPECT_EQ(grid.miniature, 146);
+  EXPECT_EQ(screens::levelCardLayout(grid.card(0, 0)).miniature.w, 146);
   EXPECT_EQ(grid.cardH, 146 + 108);
 }
 
@@ -419,8 +419,8 @@ double widthOf(const Rect& rect, const char* key, const char* n, ui::TextStyle s
 TEST(LevelCard, KeepsItsTextsApartInEveryLanguage) {
   // The narrowest card, the longest numbers; letters on whole pixels may be wider than they were shrunk to.
   constexpr double kApart = 4;
-  const LevelGrid grid = screens::levelGrid(744, 600);
-  const CardLayout layout = screens::cardLayout(grid.card(0, 0), grid.miniature);
+  const CardGrid grid = screens::levelGrid(744, 600);
+  const LevelCardLayout layout = screens::levelCardLayout(grid.card(0, 0));
   for (const i18n::Language& language : i18n::languages()) {
     i18n::setLanguage(language.code);
     const double label = widthOf(layout.label, "playing.levelLabel", "100", {.size = 16, .bold = true});

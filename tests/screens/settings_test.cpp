@@ -15,6 +15,7 @@
 #include "resources/i18n.h"
 #include "rules/levels.h"
 #include "screens/environment.h"
+#include "screens/list_screen.h"
 #include "screens/stack.h"
 #include "support/heard.h"
 #include "support/picture.h"
@@ -56,7 +57,7 @@ class SettingsScreen : public testing::Test {
 
   static store::Settings& settings() { return ui::Game::settings(); }
   screens::SettingsLayout layout() const { return layoutOf(width); }
-  ui::Rect view() const { return screens::settingsView(width, height); }
+  ui::Rect view() const { return screens::listView(width, height); }
   // As the window shows it while it is scrolled by so much.
   ui::Rect shown(ui::Rect rect, double scroll = 0) const {
     rect.y += view().y - scroll + std::max((view().h - layout().height) / 2, 0.0);
@@ -144,7 +145,7 @@ TEST_P(SettingsLayout, HasEverythingInOneColumnInAnyLanguage) {
 }
 
 TEST_P(SettingsLayout, ShowsTheColumnBetweenHeaderAndFooter) {
-  const ui::Rect view = screens::settingsView(w, h);
+  const ui::Rect view = screens::listView(w, h);
   EXPECT_EQ(view.y, 56);
   EXPECT_LE(view.y + view.h, h - 38);
   EXPECT_EQ(view.w, w);

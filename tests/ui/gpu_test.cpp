@@ -18,6 +18,7 @@ namespace {
 
 using support::GpuWindow;
 using support::pixelAt;
+using ui::Rect;
 
 constexpr std::uint32_t kBlack = 0xFF000000;
 constexpr std::uint32_t kWhite = 0xFFFFFFFF;
@@ -135,6 +136,82 @@ TEST_F(Gpu, DropsPicturesOfOneKindButForOneEnding) {
   for (const char* key : {"felt|a|10x10", "felt|b|10x10", "fel", "feltish", "frame|10x20"})
     EXPECT_FALSE(isPainted(key)) << key;
   for (const char* key : {"felt|a|110x10", "felt|c"}) EXPECT_TRUE(isPainted(key)) << key;
+}
+
+// --- drawn or copied ---
+
+// Fills what it is given with red, and counts.
+struct RedPicture {
+  int painted = 0;
+
+  ui::PaintPicture paint() {
+    return [this](cairo_t* cr, double w, double h) {
+      ++painted;
+      ui::fillRect(cr, {0, 0, w, h}, 0xFF0000, 1);
+    };
+  }
+};
+
+ui::CairoSurface drawnPicture(const Rect& rect) {
+  RedPicture red;
+  return support::makePicture(100, 80, [&](cairo_t* cr) {
+    cairo_paint(cr);
+    cairo_scale(cr, ui::gpuScale(), ui::gpuScale());
+    ui::gpuPicture(cr, "red", rect, red.paint());
+  });
+}
+
+TEST_F(Gpu, CopiesAPictureThatItHasPaintedOnce) {
+  RedPicture red;
+  const ui::CairoSurface paper = support::makePicture(100, 80, [&](cairo_t* cr) {
+    ui::gpuPicture(cr, "red", {10, 20, 30, 40}, red.paint());
+    ui::gpuPicture(cr, "red", {60, 20, 30, 40}, red.paint());
+  });
+  EXPECT_EQ(red.painted, 1);
+  EXPECT_TRUE(support::samePicture(paper.get(), support::makePicture(100, 80).get()))
+      << "cairo draws nothing";
+  const ui::CairoSurface seen = window.picture();
+  for (const int x : {10, 39, 60, 89}) EXPECT_EQ(pixelAt(seen.get(), x, 20), kRed) << x;
+  for (const int x : {9, 40, 59, 90}) EXPECT_EQ(pixelAt(seen.get(), x, 20), kBlack) << x;
+}
+
+TEST_F(Gpu, PaintsAPictureAnewForAnotherSizeOrScaleAndForgetsTheOldSize) {
+  RedPicture red;
+  const auto paintsFor = [&](double w) {
+    red.painted = 0;
+    ui::gpuPicture(nullptr, "red", {0, 0, w, 10}, red.paint());
+    return red.painted;
+  };
+  EXPECT_EQ(paintsFor(20), 1);
+  EXPECT_EQ(paintsFor(30), 1);
+  EXPECT_EQ(paintsFor(30), 0);
+  EXPECT_EQ(paintsFor(20), 1);
+  ui::gpuSetScale(2);
+  EXPECT_EQ(paintsFor(10), 1) << "as large, but drawn larger";
+}
+
+TEST_F(Gpu, LaysAPictureOnWholePixelsWhetherItIsCopiedOrDrawn) {
+  for (const double scale : {1.0, 1.25, 1.5}) {
+    ui::gpuInit(window.renderer());
+    ui::gpuSetScale(scale);
+    window.clear(0);
+    const Rect rect = {7.3, 9.6, 21.4, 30.7};
+    RedPicture red;
+    ui::gpuPicture(nullptr, "red", rect, red.paint());
+    const ui::CairoSurface copied = window.picture();
+    ui::gpuShutdown();
+    EXPECT_TRUE(support::samePicture(copied.get(), drawnPicture(rect).get())) << scale;
+  }
+}
+
+TEST(GpuWithoutRenderer, DrawsAPictureEachTime) {
+  RedPicture red;
+  const ui::CairoSurface paper = support::makePicture(20, 20, [&](cairo_t* cr) {
+    for (const double x : {2.0, 12.0}) ui::gpuPicture(cr, "red", {x, 2, 4, 4}, red.paint());
+  });
+  EXPECT_EQ(red.painted, 2);
+  for (const int x : {2, 5, 12, 15}) EXPECT_EQ(pixelAt(paper.get(), x, 2), kRed) << x;
+  for (const int x : {1, 6, 11, 16}) EXPECT_EQ(pixelAt(paper.get(), x, 2), 0U) << x;
 }
 
 TEST(GpuWithoutRenderer, AnswersNullAndDrawsNothing) {

@@ -1,0 +1,233 @@
+// What the screens behind the menu do alike: how they scroll, how they are left, and that what they show is
+// painted once.
+
+#include "screens/list_screen.h"
+
+#include <SDL_keycode.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "screens/card.h"
+#include "screens/screens.h"
+#include "screens/stack.h"
+#include "support/heard.h"
+#include "support/picture.h"
+#include "ui/gpu.h"
+
+namespace {
+
+using support::Drawing;
+using support::ScreenHarness;
+using test::Stack;
+using ui::ScreenKind;
+
+constexpr ui::GameState kBelow = {.kind = ScreenKind::Playing, .level = 1, .deal = 1};
+constexpr int kW = 1100;
+constexpr int kH = 760;
+
+// A player who has come to level 6 and has solved the five before.
+void writeFiles() {
+  store::ensureDataDirs();
+  store::saveProgress({.currentLevel = 6});
+  for (int level = 1; level <= 5; ++level) {
+    const std::string number = std::to_string(level);
+    store::recordBest(level, {.stars = 2, .aids = 1, .elapsedMs = 60000});
+    store::SolveEntry entry;
+    entry.id = "id" + number;
+    entry.level = level;
+    entry.seed = 1;
+    entry.stars = 2;
+    if (level > 1) entry.shot = number + ".png";
+    const ui::CairoSurface shot = support::makePicture(640, 640, [](cairo_t* cr) {
+      cairo_set_source_rgb(cr, 0.5, 0.1, 0.1);
+      cairo_paint(cr);
+    });
+    if (level > 1) cairo_surface_write_to_png(shot.get(), store::shotPath(entry).c_str());
+    store::recordSolve(entry);
+  }
+}
+
+struct Kind {
+  std::string name;
+  ScreenKind kind;
+  std::unique_ptr<ui::Screen> (*make)();
+  double listTop;  // of what scrolls
+};
+
+class ListScreens : public testing::TestWithParam<Kind> {
+ protected:
+  struct Show {
+    Show(std::unique_ptr<ui::Screen> what, Drawing drawing, int w, int h)
+        : screen(std::move(what)), harness([this](ui::Ctx& ctx) { screen->update(ctx); }, w, h, drawing) {
+      harness.moveTo(-1, -1);
+    }
+    std::unique_ptr<ui::Screen> screen;
+    ScreenHarness harness;
+  };
+
+  std::unique_ptr<Show> show(Drawing drawing, int w = kW, int h = kH) const {
+    return std::make_unique<Show>(GetParam().make(), drawing, w, h);
+  }
+
+  support::DataHome data;
+};
+
+INSTANTIATE_TEST_SUITE_P(All, ListScreens,
+                         testing::Values(Kind{"LevelSelect", ScreenKind::LevelSelect,
+                                              screens::makeLevelSelect, 114},
+                                         Kind{"Gallery", ScreenKind::Gallery, screens::makeGallery, 114},
+                                         Kind{"Settings", ScreenKind::Settings, screens::makeSettings, 56},
+                                         Kind{"About", ScreenKind::About, screens::makeAbout, 56},
+                                         Kind{"Licences", ScreenKind::Licenses, screens::makeLicenses, 56}),
+                         [](const auto& param) { return param.param.name; });
+
+TEST_P(ListScreens, PaintNothingAfterTheirFirstFrame) {
+  writeFiles();
+  const auto shown = show(Drawing::Textures);
+  EXPECT_GT(ui::gpuPaints(), 0);
+  for (int i = 0; i < 100; ++i) {
+    shown->harness.frame();
+    ASSERT_EQ(ui::gpuPaints(), 0) << "frame " << i;
+  }
+}
+
+TEST_P(ListScreens, PaintNothingWhenTheyComeBackToAPlaceByScrolling) {
+  writeFiles();
+  const auto shown = show(Drawing::Textures, 640, 300);
+  const auto thereAndBack = [&] {
+    int paints = 0;
+    for (const int step : {-1, 1}) {
+      for (int i = 0; i < 40; ++i) {
+        shown->harness.wheel(320, 150, step);
+        paints += ui::gpuPaints();
+      }
+    }
+    return paints;
+  };
+  thereAndBack();
+  EXPECT_EQ(thereAndBack(), 0);
+}
+
+// The software renderer draws half transparent edges a little dark, as the rounded corners of a card are.
+void expectSamePictureButForCorners(cairo_surface_t* a, cairo_surface_t* b) {
+  constexpr double kCorners = 0.001;
+  EXPECT_TRUE(support::samePicture(a, b, 32));
+  int differing = 0;
+  const int w = cairo_image_surface_get_width(a);
+  const int h = cairo_image_surface_get_height(a);
+  for (int y = 0; y < h; ++y) {
+    for (int x = 0; x < w; ++x) {
+      if (support::channelDifference(support::pixelAt(a, x, y), support::pixelAt(b, x, y)) > 2) ++differing;
+    }
+  }
+  EXPECT_LE(differing, kCorners * w * h);
+}
+
+TEST_P(ListScreens, LookTheSameCopiedAndDrawn) {
+  writeFiles();
+  for (const auto& [w, h] : {std::pair(640, 480), std::pair(1100, 760), std::pair(1277, 731)}) {
+    const ui::CairoSurface copied = show(Drawing::Textures, w, h)->harness.picture();
+    const ui::CairoSurface drawn = show(Drawing::Cairo, w, h)->harness.picture();
+    expectSamePictureButForCorners(copied.get(), drawn.get());
+  }
+}
+
+TEST_P(ListScreens, ShowNothingOfWhatScrollsAboveTheirList) {
+  writeFiles();
+  for (const Drawing drawing : {Drawing::Textures, Drawing::Cairo}) {
+    const auto shown = show(drawing, 640, 300);
+    const auto above = [&](const ui::CairoSurface& picture) {
+      return support::makePicture(640, static_cast<int>(GetParam().listTop), [&](cairo_t* cr) {
+        cairo_set_source_surface(cr, picture.get(), 0, 0);
+        cairo_paint(cr);
+      });
+    };
+    shown->harness.moveTo(2, 200);
+    const ui::CairoSurface before = shown->harness.picture();
+    shown->harness.wheel(2, 200, -1);
+    const ui::CairoSurface after = shown->harness.picture();
+    EXPECT_FALSE(support::samePicture(before.get(), after.get())) << "it scrolls";
+    EXPECT_TRUE(support::samePicture(above(before).get(), above(after).get()));
+  }
+}
+
+// A screen over another, after its first frame.
+struct Opened : Stack {
+  explicit Opened(ScreenKind kind, int w = kW, int h = kH) : Stack(kBelow, w, h) {
+    writeFiles();
+    ui::Game::instance().push({.kind = kind});
+    harness.frame();
+    harness.frame();
+    harness.moveTo(-1, -1);
+    support::heard().clear();
+  }
+};
+
+TEST_P(ListScreens, AreDrawnToTheEndWhenTheyAreLeft) {
+  Opened opened(GetParam().kind);
+  const ui::CairoSurface before = opened.harness.picture();
+  opened.harness.key(SDLK_ESCAPE);
+  EXPECT_EQ(Stack::depth(), 1U);
+  EXPECT_TRUE(support::samePicture(before.get(), opened.harness.picture().get()));
+}
+
+TEST(ListScreen, AClickInTheFrameInWhichItIsLeftDoesNothing) {
+  Opened opened(ScreenKind::LevelSelect);
+  opened.harness.next().keys = {SDLK_ESCAPE};
+  opened.harness.click(100, 200);
+  EXPECT_EQ(Stack::depth(), 1U);
+  EXPECT_THAT(support::heard(), testing::IsEmpty());
+}
+
+TEST(ListScreen, IsScrolledByTheWheelBesideItsColumn) {
+  Opened opened(ScreenKind::Licenses);
+  const ui::CairoSurface before = opened.harness.picture();
+  opened.harness.wheel(5, 300, -1);
+  EXPECT_FALSE(support::samePicture(before.get(), opened.harness.picture().get()));
+}
+
+// --- where things lie ---
+
+TEST(ListLayout, AColumnsViewLiesBetweenHeaderAndFooter) {
+  const ui::Rect view = screens::listView(1100, 760);
+  EXPECT_EQ(view.y, 56);
+  EXPECT_EQ(view.y + view.h, 760 - 46);
+  EXPECT_EQ(screens::listView(640, 100).h, 80) << "in the lowest window too";
+}
+
+TEST(ListLayout, WhatOnlyTouchesTheViewIsNotSeen) {
+  const ui::Rect view = {0, 100, 500, 50};
+  EXPECT_FALSE(screens::isInView({0, 60, 10, 40}, view));
+  EXPECT_TRUE(screens::isInView({0, 60, 10, 41}, view));
+  EXPECT_TRUE(screens::isInView({0, 149, 10, 10}, view));
+  EXPECT_FALSE(screens::isInView({0, 150, 10, 10}, view));
+}
+
+TEST(CardGrid, IsAsHighAsItsRows) {
+  screens::CardGrid grid = screens::cardGrid({0, 100, 1000, 400}, 240, 10);
+  grid.cardH = 100;
+  EXPECT_EQ(grid.columns, 4);
+  EXPECT_EQ(grid.contentHeight(0), 0);
+  EXPECT_EQ(grid.contentHeight(4), 100);
+  EXPECT_EQ(grid.contentHeight(5), 210);
+  EXPECT_EQ(grid.card(4, 30).y, 100 + 110 - 30);
+}
+
+// --- the plate ---
+
+TEST(Card, HasItsOutlineWithinItsRectangle) {
+  const ui::CairoSurface picture = support::makePicture(60, 40, [](cairo_t* cr) {
+    screens::drawCardPlate(cr, {10, 10, 40, 20});
+  });
+  EXPECT_EQ(support::pixelAt(picture.get(), 30, 9), 0U);
+  EXPECT_EQ(support::pixelAt(picture.get(), 30, 10), 0xFF235F47);
+  EXPECT_EQ(support::pixelAt(picture.get(), 30, 11), 0xFF16523C);
+  EXPECT_EQ(support::pixelAt(picture.get(), 30, 29), 0xFF235F47);
+  EXPECT_EQ(support::pixelAt(picture.get(), 30, 30), 0U);
+}
+
+}  // namespace
