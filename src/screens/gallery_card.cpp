@@ -23,7 +23,6 @@ using ui::Rect;
 
 constexpr double kTextGap = 8;  // at least, between two texts of a line
 constexpr double kStarRadius = 6;
-constexpr double kPictureRadius = 6;
 constexpr double kBoardMargin = 0.06;  // of the picture's side, as in the pictures of solved boards
 
 // A place on whole device pixels, where a picture is copied without blurring.
@@ -94,7 +93,6 @@ void paintCard(cairo_t* cr, double cardW, double cardH, const store::SolveEntry&
   const SolveCardLayout layout = solveCardLayout(cardW, cardH);
   drawCardPlate(cr, {0, 0, cardW, cardH});
   paintTexts(cr, layout, entry);
-  ui::fillRoundedRect(cr, layout.picture, kPictureRadius, ui::palette::kDarkPlaque, 1);
   cairo_save(cr);
   if (shown.picture != nullptr) {
     paintPicture(cr, layout.picture, shown.picture);

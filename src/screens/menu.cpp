@@ -1,21 +1,24 @@
+#include "screens/menu.h"
+
 #include <array>
 #include <cmath>
 #include <memory>
-#include <optional>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "app/app.h"
 #include "resources/i18n.h"
 #include "rules/engine.h"
 #include "rules/levels.h"
 #include "rules/table_themes.h"
-#include "screens/menu_layout.h"
 #include "screens/resume.h"
 #include "screens/screens.h"
 #include "storage/storage.h"
+#include "ui/draw.h"
 #include "ui/felt.h"
 #include "ui/gpu.h"
+#include "ui/palette.h"
 #include "ui/scenes.h"
 #include "ui/widgets.h"
 
@@ -23,6 +26,7 @@ namespace screens {
 namespace {
 
 constexpr double kShineTime = 3;  // of each plaque, one after the other
+constexpr double kTaglineSize = 14;
 constexpr double kIdleTime = 60;  // without input, until the demo
 // The tiles have dropped long ago: that is the splash screen's.
 constexpr double kAtRest = -1e9;
@@ -59,79 +63,82 @@ mj::GameState randomDeal() {
   return mj::createGame(mj::levelToConfig(level).slots, deal);
 }
 
+// Keeps what is written there readable above the backdrop's tiles.
+void drawShade(cairo_t* cr, const ui::Rect& text) {
+  constexpr double kReach = 14;
+  constexpr double kRadius = 6;
+  constexpr double kAlpha = 0.65;
+  ui::roundedRectPath(cr, text, kRadius);
+  ui::softShadowFromPath(cr, 0, 0, kReach, ui::palette::kVeil, kAlpha);
+  cairo_new_path(cr);
+}
+
 bool hasInput(const ui::Input& in) {
   return in.pressed || in.clicked || in.rightClicked || in.wheel != 0 || in.dx != 0 || in.dy != 0 ||
          !in.keys.empty();
 }
 
-// The hub: from here the player goes everywhere, and comes back to here.
-class Menu : public ui::Screen {
- public:
-  void update(ui::Ctx& ctx) override {
-    takeTimes(ctx);
-    drawTable(ctx);
-    drawTitle(ctx);
-    plaques(ctx);
-    ui::footer(ctx, layout.footerBottom);
-    if (ctx.time - *lastInput > kIdleTime) ui::Game::instance().push({.kind = ui::ScreenKind::Attract});
-  }
-
- private:
-  void takeTimes(const ui::Ctx& ctx) {
-    if (!startedAt) startedAt = ctx.time;
-    if (!lastInput || hasInput(ctx.in)) lastInput = ctx.time;
-    plaqueFrame = static_cast<int>(std::fmod((ctx.time - *startedAt) / kShineTime, 6.0));
-    layout = menuLayout(ctx.w, ctx.h);
-  }
-
-  void drawTable(ui::Ctx& ctx) const {
-    ui::profBegin("filz");
-    ui::drawFelt(ctx, mj::tableThemeForLevel(continued.level), true);
-    ui::profEnd("filz");
-    ui::profBegin("backdrop");
-    ui::drawMenuBackdrop(ctx, backdrop);
-    ui::profEnd("backdrop");
-  }
-
-  void drawTitle(const ui::Ctx& ctx) const {
-    ui::profBegin("titel");
-    drawTitleBlock(ctx, layout.title, layout.titleTop, kAtRest);
-    ui::profEnd("titel");
-    if (layout.taglineTop) drawTagline(ctx, *layout.taglineTop, 14);
-  }
-
-  void plaques(ui::Ctx& ctx) const {
-    const std::string level = std::to_string(continued.level);
-    if (plaque(ctx, MenuEntry::Continue, i18n::tr("menu.continue", {{"n", level}}))) {
-      ui::Game::instance().push(continued);
-    }
-    if (plaque(ctx, MenuEntry::NewGame, i18n::tr("menu.newGame"))) {
-      store::clearGame();
-      ui::Game::instance().push(playing(1, 1));
-    }
-    for (const Door& door : kDoors) {
-      if (plaque(ctx, door.entry, i18n::tr(door.label))) ui::Game::instance().push({.kind = door.kind});
-    }
-  }
-
-  bool plaque(ui::Ctx& ctx, MenuEntry entry, const std::string& label) const {
-    return ui::plaqueButton(ctx, layout.plaque(entry), label,
-                            {.primary = entry == MenuEntry::Continue,
-                             .shineIndex = static_cast<int>(entry),
-                             .shineActive = plaqueFrame,
-                             .fontSize = layout.fontSize});
-  }
-
-  const ui::GameState continued = gameToContinue();
-  const mj::GameState backdrop = randomDeal();
-  MenuLayout layout = {};  // of this frame
-  std::optional<double> startedAt;
-  std::optional<double> lastInput;
-  int plaqueFrame = 0;  // whose turn it is to shine
-};
-
 }  // namespace
 
-std::unique_ptr<ui::Screen> makeMenu() { return std::make_unique<Menu>(); }
+Menu::Menu(mj::GameState behind) : continued(gameToContinue()), backdrop(std::move(behind)) {}
+
+void Menu::update(ui::Ctx& ctx) {
+  takeTimes(ctx);
+  drawTable(ctx);
+  drawTitle(ctx);
+  plaques(ctx);
+  drawShade(ctx.cr, layout.footer);
+  ui::footer(ctx, layout.footerBottom);
+  if (ctx.time - *lastInput > kIdleTime) ui::Game::instance().push({.kind = ui::ScreenKind::Attract});
+}
+
+void Menu::takeTimes(const ui::Ctx& ctx) {
+  if (!startedAt) startedAt = ctx.time;
+  if (!lastInput || hasInput(ctx.in)) lastInput = ctx.time;
+  plaqueFrame = static_cast<int>(std::fmod((ctx.time - *startedAt) / kShineTime, 6.0));
+  layout = menuLayout(ctx.w, ctx.h);
+}
+
+void Menu::drawTable(ui::Ctx& ctx) const {
+  ui::profBegin("filz");
+  ui::drawFelt(ctx, mj::tableThemeForLevel(continued.level), true);
+  ui::profEnd("filz");
+  ui::profBegin("backdrop");
+  ui::drawMenuBackdrop(ctx, backdrop);
+  ui::profEnd("backdrop");
+}
+
+void Menu::drawTitle(const ui::Ctx& ctx) const {
+  ui::profBegin("titel");
+  drawTitleBlock(ctx, layout.title, layout.titleTop, kAtRest);
+  ui::profEnd("titel");
+  if (!layout.taglineTop) return;
+  drawShade(ctx.cr, taglineRect(ctx, *layout.taglineTop, kTaglineSize));
+  drawTagline(ctx, *layout.taglineTop, kTaglineSize);
+}
+
+void Menu::plaques(ui::Ctx& ctx) const {
+  const std::string level = std::to_string(continued.level);
+  if (plaque(ctx, MenuEntry::Continue, i18n::tr("menu.continue", {{"n", level}}))) {
+    ui::Game::instance().push(continued);
+  }
+  if (plaque(ctx, MenuEntry::NewGame, i18n::tr("menu.newGame"))) {
+    store::clearGame();
+    ui::Game::instance().push(playing(1, 1));
+  }
+  for (const Door& door : kDoors) {
+    if (plaque(ctx, door.entry, i18n::tr(door.label))) ui::Game::instance().push({.kind = door.kind});
+  }
+}
+
+bool Menu::plaque(ui::Ctx& ctx, MenuEntry entry, const std::string& label) const {
+  return ui::plaqueButton(ctx, layout.plaque(entry), label,
+                          {.primary = entry == MenuEntry::Continue,
+                           .shineIndex = static_cast<int>(entry),
+                           .shineActive = plaqueFrame,
+                           .fontSize = layout.fontSize});
+}
+
+std::unique_ptr<ui::Screen> makeMenu() { return std::make_unique<Menu>(randomDeal()); }
 
 }  // namespace screens

@@ -17,6 +17,7 @@ constexpr double kLeastScale = 0.8;
 constexpr double kMostScale = 1.6;
 
 constexpr double kFrameGap = 10;  // between the golden frame and what lies within
+constexpr double kFooterW = 180;  // of its longer line, and a little more
 constexpr double kTaglineGap = 10;
 constexpr double kTaglineH = 17;
 
@@ -31,9 +32,10 @@ struct Measures {
   double titleGap;  // above them
   double fontSize;
 };
-// The column is as wide as the word on tiles.
+// The column is as wide as the word on tiles, but no label is shrunk in any language.
+constexpr double kLeastColumnW = 440;
 constexpr Measures kRoomy = {70, 62, 478, 64, 56, 54, 14, 36, 18};
-constexpr Measures kCompact = {46, 42, 400, 52, 46, 44, 10, 24, 16};
+constexpr Measures kCompact = {46, 42, kLeastColumnW, 52, 46, 44, 10, 24, 16};
 
 Measures scaled(const Measures& m, double s) {
   return {m.wordSize * s, m.tileW * s, m.columnW * s,  m.continueH * s, m.newGameH * s,
@@ -62,12 +64,13 @@ MenuLayout menuLayout(double w, double h) {
   const double scale = std::clamp(std::min(w / kUsualW, h / kUsualH), kLeastScale, kMostScale);
   const Measures m = compact ? kCompact : scaled(kRoomy, scale);
   const double margin = ui::feltFrameMargin(w, h) + kFrameGap;
-  const double columnW = std::min(m.columnW, w - 2 * margin);
+  const double columnW = std::min(std::max(m.columnW, kLeastColumnW), w - 2 * margin);
 
   MenuLayout layout;
   layout.title = TitleBlock::fitting(w, m.wordSize, m.tileW);
   layout.fontSize = m.fontSize;
   layout.footerBottom = h - margin;
+  layout.footer = {(w - kFooterW) / 2, h - margin - ui::kFooterHeight, kFooterW, ui::kFooterHeight};
   const double titleH = layout.title.height() + (compact ? 0 : kTaglineGap + kTaglineH);
   const double room = layout.footerBottom - ui::kFooterHeight - margin;
   layout.titleTop = margin + std::max(0.0, room - titleH - m.titleGap - plaquesHeight(m)) / 2;

@@ -21,6 +21,7 @@ struct MenuLayout {
   std::array<ui::Rect, 6> plaques;
   double fontSize;  // of the plaques' labels
   double footerBottom;
+  ui::Rect footer;  // its two lines, about
 
   const ui::Rect& plaque(MenuEntry entry) const { return plaques[static_cast<std::size_t>(entry)]; }
 };

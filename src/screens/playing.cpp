@@ -76,7 +76,7 @@ void drawCounter(const ui::Ctx& ctx, const ui::Rect& rect, ui::ActionIcon icon, 
 
 void drawPanelWithTitle(const ui::Ctx& ctx, const PanelLayout& layout, std::string_view title) {
   const ui::Rect& panel = layout.panel;
-  ui::drawPanel(ctx.cr, panel);
+  ui::drawPanel(ctx.cr, panel, ui::PanelLook::Dark);
   ui::drawText(ctx.cr, panel.x + panel.w / 2, layout.titleTop, title,
                {.size = 19,
                 .bold = true,

@@ -21,9 +21,8 @@ constexpr double kMaxLabelW = 200;
 constexpr double kCounterW = 62;
 constexpr double kTimeW = 56;
 
-constexpr double kIconButtonW = 44;
 constexpr double kMaxActionW = 150;
-constexpr double kGroupGap = 24;  // at least, between the labelled buttons and the icons
+constexpr double kGroupGap = 12;  // at least, between the labelled buttons and the icons
 
 Rect middleOf(const Rect& bar, double x, double w, double h) { return {x, bar.y + (bar.h - h) / 2, w, h}; }
 
@@ -45,16 +44,17 @@ void layHeader(PlayingLayout& layout) {
   }
 }
 
+// The icons' buttons are squares; the labelled ones share what is left, as far as they need it.
 void layActions(PlayingLayout& layout, double buttonH) {
   constexpr int kLabelled = 3;
   const Rect& bar = layout.actions;
-  const double icons = 3 * kIconButtonW + 2 * kGap;
+  const double icons = 3 * buttonH + 2 * kGap;
   const double room = bar.w - icons - kGroupGap - (kLabelled - 1) * kGap;
   const double labelledW = std::min(room / kLabelled, kMaxActionW);
   double x = bar.x;
   for (int i = 0; i < static_cast<int>(layout.buttons.size()); ++i) {
     if (i == kLabelled) x = bar.x + bar.w - icons;
-    const double w = i < kLabelled ? labelledW : kIconButtonW;
+    const double w = i < kLabelled ? labelledW : buttonH;
     layout.buttons[static_cast<std::size_t>(i)] = middleOf(bar, x, w, buttonH);
     x += w + kGap;
   }

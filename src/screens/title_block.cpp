@@ -15,7 +15,18 @@ constexpr double kWordLine = 1.25;  // of the glowing word, in letter sizes
 constexpr double kGap = 6;
 constexpr double kTileH = 1.34;  // in tile widths
 
+constexpr const char* kWord = "Quenlock's";
+
 double tilesTop(const TitleBlock& title) { return kWordLine * title.wordSize + kGap; }
+
+// Where the glowing word's box begins so that it ends above the tiles: some languages' fonts have higher
+// lines.
+double wordTop(const ui::Ctx& ctx, const TitleBlock& title, double top) {
+  double w = 0;
+  double h = 0;
+  ui::measureText(ctx.cr, kWord, {.size = title.wordSize, .bold = true}, w, h);
+  return top + std::min(0.0, kWordLine * title.wordSize - h);
+}
 
 }  // namespace
 
@@ -28,8 +39,15 @@ TitleBlock TitleBlock::fitting(double w, double wordSize, double tileW) {
 double TitleBlock::height() const { return tilesTop(*this) + std::round(kTileH * tileW); }
 
 void drawTitleBlock(const ui::Ctx& ctx, const TitleBlock& title, double top, double startTime) {
-  ui::drawGlowTitle(ctx, ctx.w / 2, top, "Quenlock's", title.wordSize);
+  ui::drawGlowTitle(ctx, ctx.w / 2, wordTop(ctx, title, top), kWord, title.wordSize);
   ui::drawTileTitle(ctx, ctx.w / 2, top + tilesTop(title), "MAHJONG", title.tileW, startTime);
+}
+
+ui::Rect taglineRect(const ui::Ctx& ctx, double top, double size) {
+  double w = 0;
+  double h = 0;
+  ui::measureText(ctx.cr, i18n::tr("app.tagline"), {.size = size}, w, h);
+  return {(ctx.w - w) / 2, top, w, h};
 }
 
 void drawTagline(const ui::Ctx& ctx, double top, double size) {

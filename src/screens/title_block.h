@@ -19,7 +19,8 @@ struct TitleBlock {
 // Draws both words in the middle of the window's width. The tiles begin to drop at `startTime`.
 void drawTitleBlock(const ui::Ctx& ctx, const TitleBlock& title, double top, double startTime);
 
-// Draws the tagline in the middle of the window's width.
+// Draws the tagline in the middle of the window's width, and where that is.
 void drawTagline(const ui::Ctx& ctx, double top, double size);
+ui::Rect taglineRect(const ui::Ctx& ctx, double top, double size);
 
 }  // namespace screens

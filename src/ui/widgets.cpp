@@ -47,6 +47,7 @@ constexpr PlateLook kDangerPlate{
 constexpr PlateLook kConfirmPlate{
     10, {palette::kConfirm, 1}, {palette::kConfirmEdge, 1}, 1, {palette::kWhite, 0.07}};
 constexpr PlateLook kPanelPlate{16, {palette::kPanel, 1}, {palette::kGold, 0.6}, 2};
+constexpr PlateLook kDarkPanelPlate{16, {palette::kDarkPlaque, 1}, {palette::kGold, 0.6}, 2};
 
 constexpr double kHeldAlpha = 0.78;  // of a plaque that is being pressed
 
@@ -268,12 +269,12 @@ void drawDialogTexts(cairo_t* cr, const Rect& panel, std::string_view title, std
 
 }  // namespace
 
-void drawPanel(cairo_t* cr, const Rect& panel) {
+void drawPanel(cairo_t* cr, const Rect& panel, PanelLook look) {
   if (isEmpty(panel)) return;
   roundedRectPath(cr, panel, kPanelPlate.radius);
   softShadowFromPath(cr, 0, 8, 8, palette::kBlack, 0.4);
   cairo_new_path(cr);
-  drawPlate(cr, panel, kPanelPlate, 1, false);
+  drawPlate(cr, panel, look == PanelLook::Dark ? kDarkPanelPlate : kPanelPlate, 1, false);
   drawFrame(cr, panel, kPanelFrame, {palette::kGold, 0.3}, 1);
 }
 
@@ -387,7 +388,7 @@ int confirmDialog(Ctx& ctx, std::string_view title, std::string_view message, st
   const double w = std::min(ctx.w - 40, kDialogWidth);
   const Rect panel{(ctx.w - w) / 2, (ctx.h - kDialogHeight) / 2, w, kDialogHeight};
   if (!isEmpty(panel)) {
-    drawPanel(ctx.cr, panel);
+    drawPanel(ctx.cr, panel, PanelLook::Green);
     drawDialogTexts(ctx.cr, panel, title, message);
   }
 

@@ -50,7 +50,9 @@ void applyScroll(const Ctx& ctx, const Rect& rect, double contentHeight, double&
 void scrollbar(const Ctx& ctx, const Rect& rect, double contentHeight, double scroll);
 
 // The plate on which a question or a message lies over the screen, with its shadow and its golden frame.
-void drawPanel(cairo_t* cr, const Rect& panel);
+// Buttons stand out from the dark one.
+enum class PanelLook { Green, Dark };
+void drawPanel(cairo_t* cr, const Rect& panel, PanelLook look);
 
 // A question over the whole screen: 1 confirmed, -1 cancelled (the Escape key does too, whatever was
 // clicked), 0 not answered yet. It takes the frame's click even where it has no button, so the screen below

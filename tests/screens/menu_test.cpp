@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <functional>
 #include <string>
 #include <utility>
@@ -13,12 +14,14 @@
 #include "resources/i18n.h"
 #include "rules/levels.h"
 #include "rules/table_themes.h"
+#include "screens/menu.h"
 #include "screens/menu_layout.h"
 #include "screens/stack.h"
 #include "support/heard.h"
 #include "support/picture.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/palette.h"
 #include "ui/title.h"
 #include "ui/widgets.h"
 
@@ -168,7 +171,7 @@ TEST_P(MenuLayouts, LieInTheMiddleWithinTheGoldenFrame) {
 TEST_P(MenuLayouts, HaveRoomForTheirLabelsInEveryLanguage) {
   const ui::CairoSurface picture = support::makePicture(1, 1);
   const ui::CairoContext cr(cairo_create(picture.get()));
-  const ui::TextStyle style = {.size = layout.fontSize * 0.8, .bold = true};
+  const ui::TextStyle style = {.size = layout.fontSize, .bold = true};
   const auto expectFits = [&](MenuEntry entry, const std::string& label) {
     double width = 0;
     double height = 0;
@@ -183,6 +186,42 @@ TEST_P(MenuLayouts, HaveRoomForTheirLabelsInEveryLanguage) {
     expectFits(MenuEntry::Gallery, i18n::tr("menu.gallery"));
     expectFits(MenuEntry::Settings, i18n::tr("menu.settings"));
     expectFits(MenuEntry::About, i18n::tr("menu.about"));
+  }
+}
+
+// --- what is written on the backdrop ---
+
+double linear(std::uint32_t color, int shift) {
+  const double channel = (color >> shift & 0xFF) / 255.0;
+  return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double luminance(std::uint32_t color) {
+  return 0.2126 * linear(color, 16) + 0.7152 * linear(color, 8) + 0.0722 * linear(color, 0);
+}
+
+// The lightest of a row of pixels.
+double lightest(cairo_surface_t* picture, double x0, double x1, double y) {
+  double most = 0;
+  for (int x = static_cast<int>(x0); x < static_cast<int>(x1); ++x) {
+    most = std::max(most, luminance(support::pixelAt(picture, x, static_cast<int>(y))));
+  }
+  return most;
+}
+
+TEST(MenuFooter, StandsOutFromWhateverTilesAreBelow) {
+  constexpr double kLegible = 4.5;  // a ratio that small letters need
+  constexpr double kHalfLine = 83;
+  const support::DataHome data;
+  for (int level = 1; level <= 100; level += 9) {
+    screens::Menu menu(mj::createGame(mj::levelToConfig(level).slots, 1));
+    ScreenHarness harness([&](ui::Ctx& ctx) { menu.update(ctx); }, kW, kH);
+    harness.frame();
+    // Just above the letters.
+    const ui::Rect footer = menuLayout(kW, kH).footer;
+    const double below =
+        lightest(harness.picture().get(), kW / 2.0 - kHalfLine, kW / 2.0 + kHalfLine, footer.y + 1);
+    EXPECT_GE((luminance(ui::palette::kMutedText) + 0.05) / (below + 0.05), kLegible) << level;
   }
 }
 

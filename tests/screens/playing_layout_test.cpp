@@ -219,6 +219,22 @@ double widthOfSquares(const Place& place) {
   return static_cast<double>(letters) * place.style.size;
 }
 
+TEST(PlayingTexts, OfTheActionsAreHardlyShrunkInAnyLanguage) {
+  support::makePicture(1, 1, [&](cairo_t* cr) {
+    for (const i18n::Language& language : i18n::languages()) {
+      i18n::setLanguage(language.code);
+      for (const char* key : {"playing.hint", "playing.shuffle", "playing.undo"}) {
+        double width = 0;
+        double height = 0;
+        ui::measureText(cr, i18n::tr(key), {.size = 14, .bold = true}, width, height);
+        EXPECT_LE(0.8 * width, screens::playingLayout(640, 480).buttons[0].w - 42)
+            << language.code << ' ' << key;
+      }
+    }
+  });
+  i18n::setLanguage("en");
+}
+
 TEST(PlayingTexts, FitTheirPlacesInEveryLanguage) {
   std::vector<std::string> unmeasured;
   support::makePicture(1, 1, [&](cairo_t* cr) {

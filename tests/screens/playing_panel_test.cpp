@@ -60,6 +60,28 @@ TEST(NoMoves, ShuffleHelpsAndThePanelGoes) {
   EXPECT_EQ(table.game().shuffles, 1);
 }
 
+// The colour inside of a rectangle's left edge.
+std::uint32_t colorIn(const Table& table, const ui::Rect& rect) {
+  return table.harness.colorAt(static_cast<int>(rect.x) + 8, static_cast<int>(rect.y + rect.h / 2));
+}
+std::uint32_t colorAbove(const Table& table, const ui::Rect& rect) {
+  return table.harness.colorAt(static_cast<int>(rect.x) + 24, static_cast<int>(rect.y) - 4);
+}
+
+TEST(Panels, HaveButtonsThatStandOut) {
+  constexpr int kSeen = 16;
+  StuckTable stuck;
+  stuck.harness.moveTo(0, 0);
+  EXPECT_GE(support::channelDifference(colorIn(stuck, kStuck.second), colorAbove(stuck, kStuck.second)),
+            kSeen);
+  Table paused;
+  paused.harness.key(SDLK_SPACE);
+  paused.harness.frame();
+  for (const ui::Rect& button : {kPause.first, kPause.second}) {
+    EXPECT_GE(support::channelDifference(colorIn(paused, button), colorAbove(paused, button)), kSeen);
+  }
+}
+
 TEST(NoMoves, UndoTakesTheLastPairBackAndThePanelGoes) {
   StuckTable table;
   table.clickOn(kStuck.first);

@@ -1,0 +1,36 @@
+// menu.h: the hub: from here the player goes everywhere, and comes back to here. Units: logical pixels;
+// seconds of the frame clock.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "app/context.h"
+#include "rules/engine.h"
+#include "screens/menu_layout.h"
+
+namespace screens {
+
+class Menu : public ui::Screen {
+ public:
+  // `behind` drifts behind the plaques.
+  explicit Menu(mj::GameState behind);
+
+  void update(ui::Ctx& ctx) override;
+
+ private:
+  void takeTimes(const ui::Ctx& ctx);
+  void drawTable(ui::Ctx& ctx) const;
+  void drawTitle(const ui::Ctx& ctx) const;
+  void plaques(ui::Ctx& ctx) const;
+  bool plaque(ui::Ctx& ctx, MenuEntry entry, const std::string& label) const;
+
+  const ui::GameState continued;  // the game that "continue" leads to
+  const mj::GameState backdrop;
+  MenuLayout layout = {};  // of this frame
+  std::optional<double> startedAt;
+  std::optional<double> lastInput;
+  int plaqueFrame = 0;  // whose turn it is to shine
+};
+
+}  // namespace screens

@@ -1,0 +1,254 @@
+#include "gallery/states.h"
+
+#include <SDL_keycode.h>
+#include <cairo.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "rules/levels.h"
+#include "rules/table_themes.h"
+#include "screens/attract.h"
+#include "screens/list_screen.h"
+#include "screens/menu.h"
+#include "screens/playing.h"
+#include "screens/screens.h"
+#include "screens/settings_layout.h"
+#include "storage/storage.h"
+#include "ui/handles.h"
+#include "ui/scenes.h"
+
+namespace gallery {
+namespace {
+
+using MakeScreen = std::function<std::unique_ptr<ui::Screen>()>;
+
+mj::GameState dealt(int level) {
+  return mj::createGame(mj::levelToConfig(level).slots, static_cast<std::uint32_t>(level));
+}
+
+// --- the Playing screen ---
+
+// A game whose tiles have flown in.
+MakeScreen table(int level, std::uint32_t deal) {
+  return
+      [=] { return screens::makePlaying({.kind = ui::ScreenKind::Playing, .level = level, .deal = deal}); };
+}
+MakeScreen table(int level) { return table(level, static_cast<std::uint32_t>(level)); }
+
+screens::Playing& playing(const Sitting& sitting) { return dynamic_cast<screens::Playing&>(sitting.shown()); }
+const mj::GameState& game(const Sitting& sitting) { return playing(sitting).table(); }
+
+// Past the fly-in and the flash after it.
+void waitForIntro(Sitting& sitting) {
+  sitting.wait(20);
+  sitting.wait(1);
+}
+
+void tap(const Sitting& sitting, int tile) { playing(sitting).tapTile(tile, sitting.time()); }
+
+void tapBoth(const Sitting& sitting, mj::SlotPair pair) {
+  tap(sitting, pair.first);
+  tap(sitting, pair.second);
+}
+
+// Until its burst is over.
+void take(Sitting& sitting, mj::SlotPair pair) {
+  tapBoth(sitting, pair);
+  sitting.wait(0.33);
+  sitting.wait(1.8);
+}
+
+void takeUntilLeft(Sitting& sitting, int tiles) {
+  while (static_cast<int>(game(sitting).slots.size()) - game(sitting).removed > tiles) {
+    if (mj::findHint(game(sitting)).first < 0) sitting.key(SDLK_m);
+    take(sitting, mj::findHint(game(sitting)));
+  }
+}
+
+void midgame(Sitting& sitting) {
+  waitForIntro(sitting);
+  sitting.key(SDLK_h);
+  sitting.wait(2);
+  takeUntilLeft(sitting, static_cast<int>(game(sitting).slots.size()) - 40);
+  sitting.key(SDLK_m);
+}
+
+void selected(Sitting& sitting) {
+  waitForIntro(sitting);
+  tap(sitting, mj::freeIds(game(sitting)).back());
+}
+
+void refused(Sitting& sitting) {
+  waitForIntro(sitting);
+  const std::vector<int> ids = mj::freeIds(game(sitting));
+  const auto other = std::find_if(ids.begin() + 1, ids.end(),
+                                  [&](int id) { return !mj::canMatch(game(sitting), ids.front(), id); });
+  tapBoth(sitting, {ids.front(), *other});
+}
+
+void hint(Sitting& sitting) {
+  waitForIntro(sitting);
+  sitting.key(SDLK_h);
+}
+
+void zoomed(Sitting& sitting) {
+  waitForIntro(sitting);
+  sitting.key(SDLK_PLUS);
+  sitting.key(SDLK_PLUS);
+}
+
+void noMoves(Sitting& sitting) {
+  waitForIntro(sitting);
+  const std::vector<mj::SlotPair> pairs = mj::availablePairs(game(sitting));
+  const auto height = [&](const mj::SlotPair& pair) {
+    return game(sitting).slots[static_cast<std::size_t>(pair.first)].z +
+           game(sitting).slots[static_cast<std::size_t>(pair.second)].z;
+  };
+  take(sitting, *std::min_element(pairs.begin(), pairs.end(),
+                                  [&](const auto& a, const auto& b) { return height(a) < height(b); }));
+}
+
+void paused(Sitting& sitting) {
+  waitForIntro(sitting);
+  sitting.key(SDLK_SPACE);
+}
+
+void won(Sitting& sitting) {
+  waitForIntro(sitting);
+  takeUntilLeft(sitting, 2);
+  tapBoth(sitting, mj::findHint(game(sitting)));
+  sitting.wait(0.33);
+  sitting.wait(0.2);
+}
+
+// --- the other screens ---
+
+MakeScreen solved(int level, int hints) {
+  return [=] {
+    return screens::makeSolved({.kind = ui::ScreenKind::Solved,
+                                .level = level,
+                                .deal = static_cast<std::uint32_t>(level),
+                                .timeMs = 754000,
+                                .tiles = mj::levelToConfig(level).tiles,
+                                .hints = hints,
+                                .shuffles = hints / 2});
+  };
+}
+
+std::unique_ptr<ui::Screen> menu() { return std::make_unique<screens::Menu>(dealt(61)); }
+
+std::unique_ptr<ui::Screen> menuWithSavedGame() {
+  store::saveGame({.level = 88, .seed = 88, .game = dealt(88), .elapsedMs = 65000});
+  return menu();
+}
+
+// Has come as far as this level, with one to three stars on most of those before.
+void playUpTo(int level) {
+  store::saveProgress({.currentLevel = level, .totalSolves = level});
+  for (int solved = std::max(1, level - 12); solved < level; ++solved)
+    if (solved % 5 != 0)
+      store::recordBest(solved, {.stars = 1 + solved % 3, .aids = 2 - solved % 3, .elapsedMs = 60000});
+}
+
+MakeScreen levelsUpTo(int level) {
+  return [=] {
+    playUpTo(level);
+    return screens::makeLevelSelect();
+  };
+}
+
+// Pictures of all but the last of these, and times from one second to two hours and a half.
+std::unique_ptr<ui::Screen> solveRecords() {
+  constexpr std::int64_t kFirstDay = 1767225600000;
+  constexpr std::int64_t kDay = 86400000;
+  constexpr std::array<int, 7> kLevels = {31, 32, 33, 34, 36, 37, 38};
+  constexpr std::array<std::int64_t, 7> kSeconds = {1, 59, 187, 754, 3661, 9000, 600};
+  store::saveProgress({.currentLevel = 39, .totalSolves = 7});
+  store::ensureDataDirs();
+  for (std::size_t i = 0; i < kLevels.size(); ++i) {
+    const int level = kLevels[i];
+    const bool pictured = i + 1 < kLevels.size();
+    const std::string id = std::to_string(level);
+    const store::SolveEntry entry = {.id = id,
+                                     .level = level,
+                                     .tiles = mj::levelToConfig(level).tiles,
+                                     .seed = static_cast<std::uint32_t>(level),
+                                     .elapsedMs = 1000 * kSeconds[i],
+                                     .solvedAt = kFirstDay + 37 * kDay * static_cast<std::int64_t>(i),
+                                     .shot = id + ".png",
+                                     .stars = 1 + level % 3};
+    if (pictured)
+      ui::captureBoardPng(dealt(level), *mj::tableThemeForLevel(level), 640, store::shotPath(entry));
+    store::recordSolve(entry);
+  }
+  return screens::makeGallery();
+}
+
+void shown(Sitting&) {}
+
+void afterStars(Sitting& sitting) { sitting.wait(2); }
+
+void afterDrop(Sitting& sitting) { sitting.wait(1.4); }
+
+void askToDelete(Sitting& sitting) { sitting.rightClick(60, 160); }
+
+void scrolledDown(Sitting& sitting) { sitting.scrollDown(100); }
+
+void askToReset(Sitting& sitting) {
+  const ui::CairoSurface page(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
+  const ui::CairoContext cr(cairo_create(page.get()));
+  const ui::Rect view = screens::listView(sitting.size().w, sitting.size().h);
+  const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), sitting.size().w);
+  const double room = view.h - layout.height;
+  const double top = view.y + (room > 0 ? room / 2 : room);
+  scrolledDown(sitting);
+  sitting.click(layout.reset.x + layout.reset.w / 2, top + layout.reset.y + layout.reset.h / 2);
+}
+
+void demoPair(Sitting& sitting) {
+  for (const double pause : {0.9, 0.9, 0.95, 2.0, 0.1, 0.9, 0.9}) sitting.wait(pause);
+}
+
+const std::vector<State> kStates = {
+    {"splash", screens::makeSplash, afterDrop},
+    {"menu", menu, shown},
+    {"menu_saved", menuWithSavedGame, shown},
+
+    {"fresh", table(1), waitForIntro},
+    {"midgame", table(61), midgame},
+    {"selected", table(95), selected},
+    {"refused", table(33), refused},
+    {"hint", table(15), hint},
+    {"zoomed", table(42), zoomed},
+    // Once the lowest pair of this deal is taken no pair is left.
+    {"nomoves", table(1, 9), noMoves},
+    {"paused", table(77), paused},
+    {"won", table(1), won},
+
+    {"solved_three", solved(24, 0), afterStars},
+    {"solved_one", solved(100, 11), afterStars},
+    {"levels_first", levelsUpTo(1), shown},
+    {"levels_middle", levelsUpTo(37), shown},
+    {"levels_last", levelsUpTo(98), shown},
+    {"gallery_empty", screens::makeGallery, shown},
+    {"gallery", solveRecords, shown},
+    {"gallery_scrolled", solveRecords, scrolledDown},
+    {"gallery_question", solveRecords, askToDelete},
+    {"settings", screens::makeSettings, shown},
+    {"settings_scrolled", screens::makeSettings, scrolledDown},
+    {"settings_question", screens::makeSettings, askToReset},
+    {"about", screens::makeAbout, shown},
+    {"licences", screens::makeLicenses, shown},
+    {"licences_scrolled", screens::makeLicenses, scrolledDown},
+    {"attract", [] { return std::make_unique<screens::Attract>(7, 7); }, demoPair},
+};
+
+}  // namespace
+
+std::span<const State> states() { return kStates; }
+
+}  // namespace gallery
