@@ -31,8 +31,8 @@ bool redirect(int from, const char* path, int flags) {
 
 }  // namespace
 
-bool waitFor(const std::function<bool()>& condition) {
-  const auto limit = std::chrono::steady_clock::now() + kPatience;
+bool waitFor(const std::function<bool()>& condition, std::chrono::seconds patience) {
+  const auto limit = std::chrono::steady_clock::now() + patience;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > limit) return false;
     std::this_thread::sleep_for(kPollInterval);

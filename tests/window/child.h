@@ -19,8 +19,8 @@ namespace window {
 // be slow and busy, and the sanitizers slow the program down further.
 inline constexpr std::chrono::seconds kPatience{60};
 
-// Asks again and again until the answer is yes, at most for kPatience. Gives the last answer back.
-bool waitFor(const std::function<bool()>& condition);
+// Asks again and again until the answer is yes, at most so long. Gives the last answer back.
+bool waitFor(const std::function<bool()>& condition, std::chrono::seconds patience = kPatience);
 
 using Environment = std::map<std::string, std::string>;
 

@@ -259,6 +259,17 @@ ui::CairoSurface Game::picture() const {
   return picture;
 }
 
+Point Game::mouse() const {
+  Point place;
+  Point onScreen;
+  Window root = 0;
+  Window below = 0;
+  unsigned pressed = 0;
+  XQueryPointer(desktop.connection->display, window, &root, &below, &onScreen.x, &onScreen.y, &place.x,
+                &place.y, &pressed);
+  return place;
+}
+
 void Game::moveMouse(Point to) const {
   Display* display = desktop.connection->display;
   int x = 0;
@@ -276,6 +287,12 @@ void Game::click(Point at) const {
   moveMouse(at);
   pressButton();
   releaseButton();
+}
+
+void Game::rightClick(Point at) const {
+  moveMouse(at);
+  desktop.connection->button(kRightButton, true);
+  desktop.connection->button(kRightButton, false);
 }
 
 void Game::turnWheel(int direction) const {

@@ -110,10 +110,12 @@ class Game {
   // What the window shows now; null when it cannot be read, as while it changes its size.
   ui::CairoSurface picture() const;
 
+  Point mouse() const;
   void moveMouse(Point to) const;
   void pressButton() const;  // the left one
   void releaseButton() const;
   void click(Point at) const;
+  void rightClick(Point at) const;
   // One step, away from the user when positive.
   void turnWheel(int direction) const;
   void type(Key key) const;

@@ -3,23 +3,20 @@
 #include <cstdint>
 #include <optional>
 
-#include "screens/menu_layout.h"
 #include "support/picture.h"
 #include "ui/palette.h"
 
 namespace window {
 namespace {
 
-ui::Rect continuePlaque(Size windowSize) {
-  return screens::menuLayout(windowSize.w, windowSize.h).plaque(screens::MenuEntry::Continue);
+using screens::MenuEntry;
+
+ui::Rect plaqueOf(MenuEntry entry, Size windowSize) {
+  return screens::menuLayout(windowSize.w, windowSize.h).plaque(entry);
 }
 
 Size sizeOf(cairo_surface_t* picture) {
   return {cairo_image_surface_get_width(picture), cairo_image_surface_get_height(picture)};
-}
-
-Point middleOf(const ui::Rect& rect) {
-  return {static_cast<int>(rect.x + rect.w / 2), static_cast<int>(rect.y + rect.h / 2)};
 }
 
 // Also of a plaque that glows a little under the pointer.
@@ -30,11 +27,15 @@ bool isGold(cairo_surface_t* picture, int x, int y) {
 
 }  // namespace
 
+Point middleOf(const ui::Rect& rect) {
+  return {static_cast<int>(rect.x + rect.w / 2), static_cast<int>(rect.y + rect.h / 2)};
+}
+
 // The plaque is golden on both sides of its label, but for the shine that passes one of them at a time.
 bool isMenuShownIn(cairo_surface_t* picture) {
   if (picture == nullptr) return false;
   constexpr int kBesideLabel = 16;
-  const ui::Rect plaque = continuePlaque(sizeOf(picture));
+  const ui::Rect plaque = plaqueOf(MenuEntry::Continue, sizeOf(picture));
   const Point middle = middleOf(plaque);
   const int reach = static_cast<int>(plaque.w / 2) - kBesideLabel;
   return isGold(picture, middle.x - reach, middle.y) || isGold(picture, middle.x + reach, middle.y);
@@ -42,6 +43,10 @@ bool isMenuShownIn(cairo_surface_t* picture) {
 
 bool continueFromMenu(const Game& game) {
   game.type(Key::Space);
+  return chooseFromMenu(game, MenuEntry::Continue);
+}
+
+bool chooseFromMenu(const Game& game, MenuEntry entry) {
   // A window that changes its size while the program starts may have moved the plaque away under the click.
   std::optional<Size> clicked;
   return waitFor([&] {
@@ -49,7 +54,7 @@ bool continueFromMenu(const Game& game) {
     if (!picture) return false;
     if (!isMenuShownIn(picture.get())) return clicked.has_value();
     const Size size = sizeOf(picture.get());
-    if (clicked != size) game.click(middleOf(continuePlaque(size)));
+    if (clicked != size) game.click(middleOf(plaqueOf(entry, size)));
     clicked = size;
     return false;
   });

@@ -3,15 +3,20 @@
 
 #include <cairo.h>
 
+#include "screens/menu_layout.h"
 #include "window/desktop.h"
 
 namespace window {
 
+// Where to click for a control that lies there.
+Point middleOf(const ui::Rect& rect);
+
 // Whether the picture of the window shows the menu.
 bool isMenuShownIn(cairo_surface_t* picture);
 
-// Skips the splash screen, and clicks on "continue" when the menu is there. False if the menu does not come,
-// or does not go.
+// Clicks on this entry when the menu is there. False if the menu does not come, or does not go.
+bool chooseFromMenu(const Game& game, screens::MenuEntry entry);
+// Skips the splash screen, and chooses "continue".
 bool continueFromMenu(const Game& game);
 
 }  // namespace window

@@ -8,11 +8,10 @@
 #include "rules/levels.h"
 #include "rules/table_themes.h"
 #include "screens/playing.h"
+#include "support/glyph_font.h"
 #include "support/picture.h"
-#include "support/temp_dir.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
-#include "ui/fonts.h"
 #include "ui/tile.h"
 
 namespace window {
@@ -43,11 +42,7 @@ constexpr int kCloth = -2;
 
 // The tiles' characters are painted here as in the game: with its own font.
 void useBundledFont() {
-  static const support::TempDir cache;
-  static const bool registered = [] {
-    setenv("XDG_CACHE_HOME", cache.path().c_str(), 1);
-    return ui::registerBundledFonts();
-  }();
+  static const bool registered = support::registerGlyphFont();
   if (!registered) throw std::runtime_error("no glyph font");
 }
 
