@@ -2,11 +2,28 @@
 
 add_library(veskara_options INTERFACE)
 target_compile_options(veskara_options INTERFACE
-  $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror>)
+  $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${VESKARA_WERROR}>:-Werror>>)
 # No fused multiply-add: layouts and deals must come out alike on every machine.
 target_compile_options(veskara_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-ffp-contract=off>)
 # Bounds checks of the standard containers: an index out of range aborts, in release builds too.
 target_compile_definitions(veskara_options INTERFACE _GLIBCXX_ASSERTIONS)
+
+# What leaves the house is built as Debian hardens its own packages, and holds no path of the machine that built it.
+# The sanitizers do without: they bring checks of their own for the same places.
+set(hardening -fstack-protector-strong -Wformat -Werror=format-security -Wdate-time)
+# Who packages the game may bring a higher level; two different ones are an error.
+if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
+  list(APPEND hardening -D_FORTIFY_SOURCE=2)
+endif()
+# A compiler cache may have made the paths relative to the build's directory.
+file(RELATIVE_PATH up ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR}/)
+set(is_executable $<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>)
+set(is_static $<STREQUAL:$<TARGET_PROPERTY:TYPE>,STATIC_LIBRARY>)
+target_compile_options(veskara_options INTERFACE $<$<AND:$<CONFIG:Release>,$<COMPILE_LANGUAGE:CXX>>:
+  ${hardening} $<$<OR:${is_executable},${is_static}>:-fPIE>
+  -ffile-prefix-map=${PROJECT_BINARY_DIR}/= -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -ffile-prefix-map=${up}=>)
+target_link_options(veskara_options INTERFACE $<$<CONFIG:Release>:
+  -Wl,-z,relro -Wl,-z,now -Wl,--as-needed $<${is_executable}:-pie>>)
 
 # veskara_library(NAME SOURCES ... LINKS ...): the library of one folder below src/.
 function(veskara_library name)

@@ -1,4 +1,4 @@
-# Sourced by ./play and ./check: installs Debian packages that are missing.
+# Sourced by ./play, ./check and what makes packages: installs Debian packages that are missing.
 
 # What the game is built from and what it runs with.
 game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libcairo2-dev libpango1.0-dev
@@ -9,6 +9,10 @@ headless_packages="xvfb maim xdotool"
 check_packages="git locales python3 strace clang libclang-rt-dev clang-format clang-tidy cppcheck libgtest-dev libgmock-dev
   libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev
   libxtst-dev"
+# What makes packages of the game, and what the tests of these need beside it.
+package_packages="dpkg-dev file patchelf"
+check_packages+=" $package_packages appstream desktop-file-utils fakeroot flatpak-builder librsvg2-bin lintian
+  x11-utils"
 
 # install_packages NAME...: says what it installs; does nothing when all are there.
 install_packages() {
@@ -23,4 +27,11 @@ install_packages() {
   "${root[@]}" apt-get update -qq
   "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
     "${missing[@]}" >/dev/null
+}
+
+# build_for_packages DIRECTORY: the program and what is installed beside it, in a release build's directory.
+build_for_packages() {
+  install_packages $game_packages $package_packages
+  [ -f "$1/build.ninja" ] || cmake --preset release -B "$1" -DVESKARA_TESTS=OFF >/dev/null
+  cmake --build "$1" --target veskara packaging_files
 }

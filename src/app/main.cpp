@@ -1,9 +1,11 @@
 // The program: command line, window, renderer, fonts, then the frame loop until someone ends it.
 
 #include <SDL.h>
+#include <cairo.h>
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <span>
 
 #include "app/app.h"
@@ -16,8 +18,12 @@
 #include "ui/fonts.h"
 #include "ui/gpu.h"
 #include "ui/handles.h"
+#include "ui/tile.h"
+#include "version.h"
 
 namespace {
+
+constexpr const char* kTitle = "Quenlock's Mahjong";
 
 // Seconds since the first call.
 double nowSeconds() {
@@ -26,9 +32,35 @@ double nowSeconds() {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
+// Gives a variable of the environment a value while it lives, unless the player has given it one.
+class VariableDefault {
+ public:
+  VariableDefault(const char* variable, const char* value)
+      : name(variable), added(std::getenv(variable) == nullptr) {
+    if (added) setenv(name, value, 1);
+  }
+  ~VariableDefault() {
+    if (added) unsetenv(name);
+  }
+  VariableDefault(const VariableDefault&) = delete;
+  VariableDefault& operator=(const VariableDefault&) = delete;
+
+ private:
+  const char* name;
+  bool added;
+};
+
+// The environment is the only place where SDL looks for the id of its windows, and it does so while it
+// starts. A browser opened from the game later must not take the id for its own.
+bool initSdl(Uint32 flags) {
+  const VariableDefault onX11("SDL_VIDEO_X11_WMCLASS", kApplicationId);
+  const VariableDefault onWayland("SDL_VIDEO_WAYLAND_WMCLASS", kApplicationId);
+  return SDL_Init(flags) == 0;
+}
+
 // Ends SDL after everything made with it is gone.
 struct SdlSession {
-  explicit SdlSession(Uint32 flags) : ready(SDL_Init(flags) == 0) {}
+  explicit SdlSession(Uint32 flags) : ready(initSdl(flags)) {}
   ~SdlSession() { SDL_Quit(); }
   SdlSession(const SdlSession&) = delete;
   SdlSession& operator=(const SdlSession&) = delete;
@@ -45,7 +77,7 @@ SDL_Rect usableBounds() {
 }
 
 ui::SdlWindow openWindow(const ui::WindowGeometry& geometry) {
-  return ui::SdlWindow(SDL_CreateWindow("Quenlock's Mahjong", geometry.x, geometry.y, geometry.w, geometry.h,
+  return ui::SdlWindow(SDL_CreateWindow(kTitle, geometry.x, geometry.y, geometry.w, geometry.h,
                                         SDL_WINDOW_SHOWN | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
 }
 
@@ -66,6 +98,20 @@ void arrangeWindow(SDL_Window* window, const ui::WindowGeometry& geometry, const
   if (geometry.isPlaced()) placeInside(window, geometry);
   if (settings.maximized) SDL_MaximizeWindow(window);
   if (settings.fullscreen) SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP);
+}
+
+// For docks that find no desktop entry, as where the game is not installed: a tile, in the glyph font.
+void setIcon(SDL_Window* window) {
+  constexpr int kSize = 64;
+  constexpr double kTileW = kSize / ui::kTileAspect;
+  const ui::CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, kSize, kSize));
+  const ui::CairoContext cr(cairo_create(picture.get()));
+  ui::drawStaticTile(cr.get(), {(kSize - kTileW) / 2, 0, kTileW, kSize}, "dragRed", 1);
+  cairo_surface_flush(picture.get());
+  const ui::SdlSurface icon(SDL_CreateRGBSurfaceWithFormatFrom(
+      cairo_image_surface_get_data(picture.get()), kSize, kSize, 32,
+      cairo_image_surface_get_stride(picture.get()), SDL_PIXELFORMAT_ARGB8888));
+  if (icon) SDL_SetWindowIcon(window, icon.get());
 }
 
 ui::SdlRenderer openRenderer(SDL_Window* window) {
@@ -101,6 +147,8 @@ int fail(const char* what) {
 
 int play(std::span<const char* const> arguments) {
   SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+  // The name that a sound mixer shows.
+  SDL_SetHint(SDL_HINT_APP_NAME, kTitle);
   ui::installTerminationHandler(audio::shutdown);
   const SdlSession sdl(SDL_INIT_TIMER | SDL_INIT_VIDEO);
   if (!sdl.ready) return fail("SDL_Init");
@@ -121,6 +169,7 @@ int play(std::span<const char* const> arguments) {
 
   ui::gpuInit(renderer.get());
   ui::registerBundledFonts();
+  setIcon(window.get());
   store::ensureDataDirs();
   startSound(settings);
 

@@ -1,0 +1,439 @@
+"""What leaves the house: the program as it is built for others, an installation, the packages.
+
+Run by ctest, a class at a time, with the build's directory in VESKARA_BUILD_DIR. A tool that the machine does not have
+skips what needs it, and says so."""
+
+import gzip
+import json
+import os
+import re
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import unittest
+import xml.etree.ElementTree
+from pathlib import Path
+
+SOURCE = Path(__file__).resolve().parents[2]
+BUILD = Path(os.environ["VESKARA_BUILD_DIR"])
+PROGRAM = BUILD / "veskara"
+
+ID = "example.quenlock.Veskara"
+TITLE = "Quenlock's Mahjong"
+WINDOW_CLASS = f'WM_CLASS(STRING) = "{ID}", "{ID}"'
+DESKTOP_ENTRY = f"share/applications/{ID}.desktop"
+METAINFO = f"share/metainfo/{ID}.metainfo.xml"
+MANUAL = "share/man/man6/veskara.6.gz"
+DOCUMENTS = "share/doc/veskara"
+ICON_SIZES = (16, 22, 24, 32, 48, 64, 128, 256, 512)
+# What the package and an ordinary installation have in common.
+SHARED_FILES = {
+    DESKTOP_ENTRY,
+    METAINFO,
+    MANUAL,
+    f"{DOCUMENTS}/copyright",
+    f"share/icons/hicolor/scalable/apps/{ID}.svg",
+    *(f"share/icons/hicolor/{size}x{size}/apps/{ID}.png" for size in ICON_SIZES),
+}
+
+# Only a test that is about to fail waits so long.
+PATIENCE_SECONDS = 60
+
+
+def need(*tools):
+    for tool in tools:
+        if shutil.which(tool) is None:
+            raise unittest.SkipTest(f"{tool} is not installed")
+
+
+def run(*command, **options):
+    """Its standard output; a failure shows all that it wrote."""
+    done = subprocess.run([str(word) for word in command], capture_output=True, text=True, **options)
+    if done.returncode != 0:
+        raise AssertionError(f"{command} ended with {done.returncode}\n{done.stdout}{done.stderr}")
+    return done.stdout
+
+
+def files_below(root):
+    """Everything but directories, as paths relative to it."""
+    return {str(path.relative_to(root)) for path in root.rglob("*") if path.is_symlink() or not path.is_dir()}
+
+
+def library_places():
+    """Where the libraries lie that the program loads, by their names."""
+    return {name: Path(place) for name, place in re.findall(r"(?m)^\t(\S+) => (\S+)", run("ldd", PROGRAM))}
+
+
+def owners_of(libraries):
+    """The Debian packages that they come from."""
+    owners = set()
+    places = library_places()
+    for name in libraries:
+        place = str(places[name].resolve())
+        # dpkg knows a file of a merged /usr under one of two names.
+        found = subprocess.run(["dpkg-query", "--search", place, place.removeprefix("/usr")],
+                               capture_output=True, text=True, check=False).stdout
+        owners.add(found.split(":")[0])
+    return owners
+
+
+def languages():
+    """Those that the game speaks, as their codes."""
+    return {path.stem for path in (SOURCE / "src/resources/catalogues").glob("??.cpp")}
+
+
+def wait_for(question):
+    """The first answer that is something, or the last one."""
+    end = time.monotonic() + PATIENCE_SECONDS
+    while not (answer := question()) and time.monotonic() < end:
+        time.sleep(0.05)
+    return answer
+
+
+class Scratch(unittest.TestCase):
+    """A class of tests with a directory of its own."""
+
+    @classmethod
+    def setUpClass(cls):
+        directory = tempfile.TemporaryDirectory(prefix="veskara-packaging-")
+        cls.addClassCleanup(directory.cleanup)
+        cls.scratch = Path(directory.name)
+
+
+class Display:
+    """An X display, while it is entered."""
+
+    def __enter__(self):
+        read_end, write_end = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
+            pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        with open(read_end) as number:
+            self.name = ":" + number.readline().strip()
+        return self
+
+    def __exit__(self, *_):
+        self.server.terminate()
+        self.server.wait()
+
+    def property(self, name):
+        """Of the game's window as xprop prints it, nothing while there is no such window."""
+        done = subprocess.run(["xprop", "-display", self.name, "-name", TITLE, name],
+                              capture_output=True, text=True, check=False)
+        return done.stdout.strip() if done.returncode == 0 else ""
+
+
+class Game:
+    """The game running on a display with files of its own, while it is entered. Its window is there at once."""
+
+    def __init__(self, program, display, home):
+        self.program, self.display, self.home = program, display, home
+
+    def __enter__(self):
+        environment = {"PATH": os.environ["PATH"], "HOME": str(self.home), "DISPLAY": self.display.name,
+                       "SDL_AUDIODRIVER": "dummy", "FONTCONFIG_FILE": os.environ["FONTCONFIG_FILE"]}
+        self.errors = tempfile.TemporaryFile("w+")
+        self.process = subprocess.Popen([self.program], env=environment, cwd="/",
+                                        stdout=subprocess.DEVNULL, stderr=self.errors)
+        if not wait_for(lambda: self.display.property("WM_CLASS") or self.process.poll() is not None):
+            raise AssertionError("no window comes")
+        if self.process.poll() is not None:
+            self.errors.seek(0)
+            raise AssertionError(f"it ended with {self.process.returncode}\n{self.errors.read()}")
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
+        self.errors.close()
+
+    def end(self):
+        """As a session that logs out would; the exit status."""
+        self.process.send_signal(signal.SIGTERM)
+        return self.process.wait(PATIENCE_SECONDS)
+
+    def loaded_files(self):
+        maps = Path(f"/proc/{self.process.pid}/maps").read_text()
+        return {words[5] for line in maps.splitlines() if len(words := line.split(maxsplit=5)) == 6}
+
+
+class Program(unittest.TestCase):
+    """The release build as the compiler left it."""
+
+    def symbols(self):
+        return run("readelf", "--wide", "--dyn-syms", PROGRAM)
+
+    def test_lies_at_another_address_each_time(self):
+        self.assertRegex(run("readelf", "--file-header", PROGRAM), r"Type: +DYN \(Position-Independent Executable")
+
+    def test_cannot_have_its_table_of_functions_rewritten(self):
+        self.assertIn("GNU_RELRO", run("readelf", "--wide", "--segments", PROGRAM))
+        self.assertRegex(run("readelf", "--dynamic", PROGRAM), r"FLAGS_1.*\bNOW\b")
+
+    def test_has_no_executable_stack(self):
+        self.assertRegex(run("readelf", "--wide", "--segments", PROGRAM), r"GNU_STACK +(0x0+ +)+0x0+ +RW +0x")
+
+    def test_guards_its_stack_and_its_buffers(self):
+        self.assertIn("__stack_chk_fail@", self.symbols())
+        self.assertRegex(self.symbols(), r"__f?printf_chk@")
+
+    def test_is_compiled_with_the_flags_that_the_distribution_asks_for(self):
+        need("dpkg-buildflags")
+        wanted = run("dpkg-buildflags", "--export=cmdline",
+                     env=os.environ | {"DEB_BUILD_MAINT_OPTIONS": "hardening=+all"})
+        compiled = (BUILD / "compile_commands.json").read_text()
+        linked = (BUILD / "build.ninja").read_text()
+        for variable, used in (("CXXFLAGS", compiled), ("CPPFLAGS", compiled), ("LDFLAGS", linked)):
+            flags = re.search(rf'\b{variable}="?([^"]*?)"?(?: [A-Z]+=|$)', wanted)[1].split()
+            for flag in flags:
+                # Debugging and optimising are the build type's; the paths are mapped by names of our own.
+                if flag not in ("-g", "-O2") and not flag.startswith("-ffile-prefix-map="):
+                    self.assertIn(flag, used)
+
+    def test_names_no_place_on_the_machine_that_built_it(self):
+        program = PROGRAM.read_bytes()
+        self.assertIn(b"src/rules/engine.cpp", program)  # of an assertion
+        for place in (SOURCE, BUILD):
+            self.assertNotIn(bytes(place), program)
+
+    def test_looks_for_libraries_only_where_the_system_does(self):
+        self.assertNotRegex(run("readelf", "--dynamic", PROGRAM), "RPATH|RUNPATH")
+
+
+class InstalledTree(Scratch):
+    """cmake --install into an empty folder."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.tree = cls.scratch / "tree"
+        run("cmake", "--install", BUILD, "--prefix", cls.tree)
+
+    def manual(self):
+        return gzip.decompress((self.tree / MANUAL).read_bytes()).decode()
+
+    def test_holds_the_whole_game_and_nothing_else(self):
+        licences = {f"{DOCUMENTS}/licences/{name}.txt"
+                    for name in ("GPL-3.0-or-later", "OFL-1.1", "CC-BY-4.0", "CC0-1.0")}
+        self.assertEqual(files_below(self.tree),
+                         SHARED_FILES | licences | {"bin/veskara", f"{DOCUMENTS}/CHANGELOG.md"})
+
+    def test_has_a_valid_desktop_entry(self):
+        need("desktop-file-validate")
+        self.assertEqual(run("desktop-file-validate", self.tree / DESKTOP_ENTRY), "")
+
+    def test_has_a_desktop_entry_that_names_program_icon_and_window(self):
+        entry = dict(re.findall(r"(?m)^(\w+)=(.*)$", (self.tree / DESKTOP_ENTRY).read_text()))
+        self.assertTrue(os.access(self.tree / "bin" / entry["Exec"], os.X_OK))
+        self.assertEqual((entry["Name"], entry["Icon"], entry["StartupWMClass"]), (TITLE, ID, ID))
+
+    def test_has_a_desktop_entry_that_speaks_the_languages_of_the_game(self):
+        entry = (self.tree / DESKTOP_ENTRY).read_text()
+        for key in ("Comment", "GenericName"):
+            self.assertEqual({"en", *re.findall(rf"(?m)^{key}\[(\w+)\]=\S", entry)}, languages())
+
+    def test_has_a_page_for_software_centres(self):
+        need("appstreamcli")
+        for command in (("validate", self.tree / METAINFO), ("validate-tree", self.tree)):
+            report = run("appstreamcli", command[0], "--no-net", command[1])
+            self.assertNotRegex(report, r"(?m)^\s*[WE]:")
+        page = xml.etree.ElementTree.parse(self.tree / METAINFO).getroot()
+        self.assertEqual(page.findtext("launchable"), f"{ID}.desktop")
+        self.assertEqual({language.text for language in page.iter("lang")}, languages())
+
+    def test_has_pictures_for_the_software_centres(self):
+        page = xml.etree.ElementTree.parse(self.tree / METAINFO).getroot()
+        for screenshot in page.iter("screenshot"):
+            image = screenshot.find("image")
+            picture = SOURCE / "packaging/screenshots" / Path(image.text).name
+            self.assertEqual(png_size(picture), (int(image.get("width")), int(image.get("height"))))
+            self.assertTrue(screenshot.findtext("caption"))
+
+    def test_tells_the_same_version_everywhere(self):
+        printed = run(self.tree / "bin/veskara", "--version")
+        version, build = re.fullmatch(r"Quenlock's Mahjong (\S+) \(Build (\d+)\)\n", printed).groups()
+        page = xml.etree.ElementTree.parse(self.tree / METAINFO).getroot()
+        release = page.find("releases/release")
+        self.assertEqual(release.get("version"), version)
+        self.assertRegex(self.manual(), rf'\.TH VESKARA 6 {release.get("date")} "Quenlock\'s Mahjong {version}"')
+        self.assertIn(f"## [{version}] - {release.get('date')}\n", (SOURCE / "CHANGELOG.md").read_text())
+        changelog = (BUILD / "packaging/changelog.Debian").read_text()
+        self.assertTrue(changelog.startswith(f"veskara ({version}-{build}) "))
+
+    def test_has_a_manual_page_without_a_fault(self):
+        need("man")
+        done = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z", self.tree / MANUAL],
+                              env=os.environ | {"MANROFFSEQ": "", "LC_ALL": "C.UTF-8", "MANWIDTH": "80"},
+                              stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True, check=False)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+
+    def test_has_a_manual_page_that_knows_what_the_program_asks_for(self):
+        manual = self.manual().replace("\\-", "-")
+        for option in re.findall(r"^  (--\w+)", run(self.tree / "bin/veskara", "--help"), re.MULTILINE):
+            self.assertIn(f".B {option}\n", manual)
+        sources = "".join(path.read_text() for path in (SOURCE / "src").rglob("*.cpp"))
+        variables = set(re.findall(r'\b(?:getenv|envOr)\("(\w+)"', sources))
+        self.assertIn("VESKARA_AUTOPLAY", variables)
+        for variable in variables:
+            self.assertRegex(manual, rf"\n\.BR? .*\b{variable}\b")
+
+
+def png_size(path):
+    header = path.read_bytes()[:24]
+    assert header[:8] == b"\x89PNG\r\n\x1a\n", path
+    return int.from_bytes(header[16:20], "big"), int.from_bytes(header[20:24], "big")
+
+
+class Icons(Scratch):
+    def test_have_the_sizes_of_their_names(self):
+        for size in ICON_SIZES:
+            self.assertEqual(png_size(SOURCE / f"packaging/icons/{size}.png"), (size, size))
+
+    def test_show_the_drawings_as_they_are_now(self):
+        need("rsvg-convert")
+        run(SOURCE / "tools/make_icons.sh", self.scratch)
+        for size in ICON_SIZES:
+            committed = (SOURCE / f"packaging/icons/{size}.png").read_bytes()
+            self.assertEqual((self.scratch / f"{size}.png").read_bytes(), committed, size)
+
+
+class DebianPackage(Scratch):
+    """tools/package_deb.sh, and what its package does to a system."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        need("dpkg-deb", "dpkg-shlibdeps")
+        run(SOURCE / "tools/package_deb.sh", BUILD, cls.scratch / "packages")
+        (cls.package,) = (cls.scratch / "packages").glob("*.deb")
+
+    def field(self, name):
+        return run("dpkg-deb", "--field", self.package, name).strip()
+
+    def unpacked(self):
+        root = self.scratch / self.id().split(".")[-1]
+        run("dpkg-deb", "--raw-extract", self.package, root)
+        return root
+
+    def test_holds_the_whole_game_and_nothing_else(self):
+        files = {path for path in files_below(self.unpacked()) if not path.startswith("DEBIAN/")}
+        documents = {f"usr/{DOCUMENTS}/{name}" for name in ("changelog.gz", "changelog.Debian.gz")}
+        self.assertEqual(files, {f"usr/{name}" for name in SHARED_FILES} | documents | {"usr/games/veskara"})
+
+    def test_satisfies_lintian(self):
+        need("lintian")
+        done = subprocess.run(["lintian", "--allow-root", "--fail-on", "error,warning", "--info", self.package],
+                              capture_output=True, text=True, check=False)
+        self.assertEqual((done.returncode, done.stdout), (0, ""), done.stderr)
+
+    def test_carries_the_sums_of_all_its_files(self):
+        root = self.unpacked()
+        run("md5sum", "--check", "--strict", "DEBIAN/md5sums", cwd=root)
+        summed = {line.split("  ")[1] for line in (root / "DEBIAN/md5sums").read_text().splitlines()}
+        self.assertEqual(summed, {path for path in files_below(root) if not path.startswith("DEBIAN/")})
+
+    def test_depends_on_the_libraries_it_uses_and_on_nothing_else(self):
+        dynamic = run("readelf", "--dynamic", self.unpacked() / "usr/games/veskara")
+        libraries = re.findall(r"NEEDED.*\[(.+)\]", dynamic)
+        wanted = {dependency.split()[0] for dependency in self.field("Depends").split(",")}
+        self.assertEqual(wanted, owners_of(libraries))
+
+    def test_recommends_the_fonts_of_all_languages(self):
+        self.assertLessEqual({"fonts-dejavu-core", "fonts-noto-cjk"}, set(self.field("Recommends").split(", ")))
+
+    def test_is_the_same_bytes_again(self):
+        again = self.scratch / "again"
+        run(SOURCE / "tools/package_deb.sh", BUILD, again, env=os.environ | {"TZ": "Asia/Tokyo", "LC_ALL": "C"},
+            umask=0o077)
+        self.assertEqual((again / self.package.name).read_bytes(), self.package.read_bytes())
+
+    def test_installs_runs_and_goes_without_a_trace(self):
+        need("Xvfb", "xprop")
+        dpkg = ["dpkg", "--force-depends"]
+        if os.geteuid() != 0:
+            need("fakeroot")
+            dpkg = ["fakeroot", *dpkg]
+        system = self.scratch / "system"
+        records = system / "var/lib/dpkg"
+        for directory in ("info", "triggers", "updates"):
+            (records / directory).mkdir(parents=True)
+        (records / "status").touch()
+        path = {"PATH": os.environ["PATH"] + ":/usr/sbin:/sbin"}
+
+        run(*dpkg, f"--root={system}", "--install", self.package, env=os.environ | path)
+        self.assertIn("Status: install ok installed", (records / "status").read_text())
+        program = system / "usr/games/veskara"
+        self.assertRegex(run(program, "--version"), "^Quenlock's Mahjong ")
+        with Display() as display, Game(program, display, self.scratch / "home") as game:
+            self.assertEqual(display.property("WM_CLASS"), WINDOW_CLASS)
+            self.assertTrue(wait_for(lambda: "Icon (64 x 64)" in display.property("_NET_WM_ICON")))
+            self.assertEqual(game.end(), 0)
+
+        run(*dpkg, f"--root={system}", "--purge", "veskara", env=os.environ | path)
+        left = {path for path in system.rglob("*") if system / "var" not in (path, *path.parents)}
+        left -= {system / "var"}
+        self.assertEqual(left, set())
+        self.assertEqual([name for name in os.listdir(records / "info") if "veskara" in name], [])
+        self.assertNotIn("veskara", (records / "status").read_text())
+
+
+class AppDir(Scratch):
+    """tools/package_appdir.sh; the folder is looked at where it was moved to."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        need("patchelf")
+        made = cls.scratch / "made"
+        run(SOURCE / "tools/package_appdir.sh", BUILD, made)
+        cls.folder = cls.scratch / "some where else" / "Veskara.AppDir"
+        cls.folder.parent.mkdir()
+        made.rename(cls.folder)
+
+    def test_shows_itself_to_the_desktop(self):
+        for name in (f"{ID}.desktop", f"{ID}.png", ".DirIcon"):
+            path = (self.folder / name).resolve(strict=True)
+            self.assertIn(self.folder, path.parents)
+        self.assertEqual(png_size(self.folder / ".DirIcon"), (256, 256))
+
+    def test_carries_the_licence_of_each_library(self):
+        libraries = [path.name for path in (self.folder / "usr/lib").iterdir()]
+        documents = {path.parent.name for path in (self.folder / "usr/share/doc").glob("*/copyright")}
+        self.assertEqual(documents, owners_of(libraries) | {"veskara"})
+
+    def test_runs_where_it_was_moved_to_with_its_own_libraries(self):
+        need("Xvfb", "xprop")
+        own = {path.name: str(path) for path in (self.folder / "usr/lib").iterdir()}
+        self.assertIn("libSDL2_mixer-2.0.so.0", own)
+        with Display() as display, Game(self.folder / "AppRun", display, self.scratch / "home") as game:
+            self.assertEqual(display.property("WM_CLASS"), WINDOW_CLASS)
+            loaded = {path for path in game.loaded_files() if Path(path).name in own}
+            self.assertEqual(loaded, set(own.values()))
+            self.assertEqual(game.end(), 0)
+
+
+class Flatpak(Scratch):
+    manifest = SOURCE / f"packaging/{ID}.json"
+
+    def test_manifest_can_be_read_by_its_builder(self):
+        need("flatpak-builder")
+        shown = json.loads(run("flatpak-builder", "--show-manifest", self.manifest, cwd=self.scratch))
+        self.assertEqual((shown["id"], shown["command"]), (ID, "veskara"))
+        self.assertEqual(shown["modules"][0]["sources"][0]["path"], "..")
+
+    def test_asks_for_no_more_than_window_and_sound(self):
+        self.assertEqual(set(json.loads(self.manifest.read_text())["finish-args"]),
+                         {"--socket=wayland", "--socket=fallback-x11", "--share=ipc", "--socket=pulseaudio",
+                          "--device=dri"})
+
+    def test_sets_options_that_exist(self):
+        cache = (BUILD / "CMakeCache.txt").read_text()
+        for option in json.loads(self.manifest.read_text())["modules"][0]["config-opts"]:
+            self.assertRegex(cache, rf'(?m)^{option.removeprefix("-D").split("=")[0]}:')
+
+
+if __name__ == "__main__":
+    unittest.main()
