@@ -2,6 +2,8 @@
 
 #include <SDL.h>
 #include <cairo.h>
+#include <fcntl.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
@@ -30,6 +32,15 @@ double nowSeconds() {
   using Clock = std::chrono::steady_clock;
   static const Clock::time_point start = Clock::now();
   return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// Whoever starts the program may have closed its standard streams. The next files that are opened, such as
+// the connection to the display, would be taken for them, and what is meant for the player written into
+// those.
+void holdStandardStreams() {
+  int file = open("/dev/null", O_RDWR);
+  while (file >= 0 && file <= STDERR_FILENO) file = open("/dev/null", O_RDWR);
+  if (file > STDERR_FILENO) close(file);
 }
 
 // Gives a variable of the environment a value while it lives, unless the player has given it one.
@@ -150,6 +161,7 @@ int play(std::span<const char* const> arguments) {
   // The name that a sound mixer shows.
   SDL_SetHint(SDL_HINT_APP_NAME, kTitle);
   ui::installTerminationHandler(audio::shutdown);
+  ui::surviveFailedWrites();
   const SdlSession sdl(SDL_INIT_TIMER | SDL_INIT_VIDEO);
   if (!sdl.ready) return fail("SDL_Init");
 
@@ -185,6 +197,7 @@ int play(std::span<const char* const> arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  holdStandardStreams();
   const std::span<const char* const> arguments(argv + 1, argc > 1 ? static_cast<std::size_t>(argc - 1) : 0U);
   if (const auto text = ui::infoText(arguments)) {
     std::fputs(text->c_str(), stdout);

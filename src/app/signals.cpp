@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <initializer_list>
 
 namespace ui {
 
@@ -37,6 +38,10 @@ void onTerminationSignal(int sig) {
 void installTerminationHandler(void (*lastWordsFunction)()) {
   lastWords = lastWordsFunction;
   for (const int sig : kEndingSignals) std::signal(sig, onTerminationSignal);
+}
+
+void surviveFailedWrites() {
+  for (const int sig : {SIGPIPE, SIGXFSZ}) std::signal(sig, SIG_IGN);
 }
 
 bool terminationRequested() { return terminationFlag != 0; }

@@ -43,11 +43,13 @@ std::string unscrambled(const assets_data::Entry& entry) {
   return bytes;
 }
 
-// False if there is no such file, or if it cannot be read: a directory can be opened but not read.
+// False if there is no such file, or if it cannot be read.
 bool readOverride(const std::string& name, std::string& out) {
   const std::string root = paths::envOr("VESKARA_ASSET_DIR");
   if (root.empty()) return false;
-  std::ifstream file(root + "/assets/" + name, std::ios::binary);
+  const std::string path = root + "/assets/" + name;
+  if (!paths::isFile(path)) return false;
+  std::ifstream file(path, std::ios::binary);
   if (!file) return false;
   std::array<char, 65536> chunk;
   std::string bytes;
@@ -70,6 +72,7 @@ bool hasSize(const std::string& path, std::size_t size) {
 }
 
 bool writeFile(const std::string& path, const std::string& bytes) {
+  if (!paths::removePipe(path)) return false;
   std::ofstream file(path, std::ios::binary | std::ios::trunc);
   file << bytes;
   file.close();

@@ -18,10 +18,12 @@ void sayNotWritten(const std::string& path) {
   std::fprintf(stderr, "[store] konnte %s nicht schreiben\n", path.c_str());
 }
 
-// Not so when it cannot be found out.
+// Whether no document is there, nor anything that may hold one: not so when it cannot be found out. A pipe
+// holds nothing, and is replaced like a file.
 bool isMissing(const std::string& path) {
   std::error_code error;
-  return !std::filesystem::exists(path, error) && !error;
+  const std::filesystem::file_type type = std::filesystem::status(path, error).type();
+  return type == std::filesystem::file_type::not_found || type == std::filesystem::file_type::fifo;
 }
 
 // Nothing when the document is there but cannot be read.

@@ -14,6 +14,8 @@
 #include <system_error>
 #include <utility>
 
+#include "storage/paths.h"
+
 namespace js {
 namespace {
 
@@ -345,6 +347,8 @@ bool finishCutOffWrite(const std::string& temporary, const std::string& path) {
   std::error_code error;
   if (std::filesystem::exists(path, error)) return true;
   if (error) return false;
+  // What failed earlier, on a full disk, is no copy of anything.
+  if (Value left; parseFile(temporary, &left) && left.kind == Value::Null) return true;
   std::filesystem::rename(temporary, path, error);
   return !error || error == std::errc::no_such_file_or_directory;
 }
@@ -433,13 +437,14 @@ std::string Value::dump() const {
 Value parse(const std::string& text) { return Parser(text).run(); }
 
 bool parseFile(const std::string& path, Value* out) {
+  if (!paths::isFile(path)) return false;
   std::ifstream file(path, std::ios::binary);
   std::string text;
   std::array<char, 65536> chunk;
   while (file.read(chunk.data(), chunk.size()) || file.gcount() > 0) {
     text.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
   }
-  // Not opened, or not readable: a directory can be opened.
+  // Not opened, or not readable to its end.
   if (!file.eof()) return false;
   *out = parse(text);
   return true;
@@ -449,7 +454,7 @@ std::string temporaryPath(const std::string& path) { return path + ".tmp"; }
 
 bool writeFileAtomic(const std::string& path, const Value& v) {
   const std::string temporary = temporaryPath(path);
-  if (!finishCutOffWrite(temporary, path)) return false;
+  if (!finishCutOffWrite(temporary, path) || !paths::removePipe(temporary)) return false;
   std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
   if (!file) return false;
   file << v.dump();

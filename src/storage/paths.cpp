@@ -5,6 +5,8 @@
 
 #include <array>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 #include <vector>
 
 namespace paths {
@@ -66,6 +68,16 @@ void ensureDir(const std::string& path) {
     const std::string prefix = path.substr(0, end);
     if (!prefix.empty() && prefix != ".") mkdir(prefix.c_str(), 0755);
   }
+}
+
+bool isFile(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(path, error);
+}
+
+bool removePipe(const std::string& path) {
+  std::error_code error;
+  return !std::filesystem::is_fifo(path, error) || std::filesystem::remove(path, error);
 }
 
 }  // namespace paths

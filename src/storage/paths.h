@@ -1,5 +1,6 @@
-// paths.h: where the executable and the plain asset tree lie, and the making of directories.
-// Knows nothing of what is kept in the files. Paths are byte strings with slashes, used as they are built.
+// paths.h: where the executable and the plain asset tree lie, the making of directories, and what may be
+// opened. Knows nothing of what is kept in the files. Paths are byte strings with slashes, used as they are
+// built.
 #pragma once
 
 #include <string>
@@ -24,5 +25,13 @@ std::string asset(const std::string& name);
 // Creates `path` with its missing ancestors, mode 0755. A backslash separates like a slash. Says nothing
 // about failure: whoever writes into the directory notices.
 void ensureDir(const std::string& path);
+
+// Whether a plain file is there, links followed. Nothing else can be read safely: a pipe makes whoever opens
+// it wait, and a device may never come to its end.
+bool isFile(const std::string& path);
+
+// Takes a pipe away from where a file is to be written: whoever opened it would wait for a reader. False if
+// it stays.
+bool removePipe(const std::string& path);
 
 }  // namespace paths

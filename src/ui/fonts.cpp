@@ -3,7 +3,9 @@
 #include <fontconfig/fontconfig.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "resources/assets.h"
 
@@ -15,7 +17,10 @@ bool registerBundledFonts() {
   const std::string dir = assets::materializeFonts();
   if (dir.empty()) return false;
   const std::string file = dir + "/QuenlockMahjongGlyphs.ttf";
-  if (FcConfigAppFontAddFile(config, reinterpret_cast<const FcChar8*>(file.c_str())) == FcFalse) {
+  // A pipe that could not be replaced by the font would make fontconfig wait for somebody to write into it.
+  std::error_code error;
+  const bool isFile = std::filesystem::is_regular_file(file, error);
+  if (!isFile || FcConfigAppFontAddFile(config, reinterpret_cast<const FcChar8*>(file.c_str())) == FcFalse) {
     std::fprintf(stderr, "[fonts] could not register %s\n", file.c_str());
     return false;
   }

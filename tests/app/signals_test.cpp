@@ -1,9 +1,13 @@
 #include "app/signals.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <array>
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
@@ -62,6 +66,28 @@ TEST(SignalsDeathTest, LastWordsAreSpokenAtTheSecondSignal) {
 
 TEST(SignalsDeathTest, HangingLastWordsDoNotKeepTheProgramAlive) {
   EXPECT_EXIT(receive(neverReturn, {SIGTERM, SIGINT}), ExitedWithCode(130), "");
+}
+
+// Ends with status 3 when a write fails and the program goes on.
+void writeToNobody() {
+  ui::surviveFailedWrites();
+  std::array<int, 2> ends = {};
+  if (pipe(ends.data()) != 0) std::abort();
+  close(ends[0]);
+  std::_Exit(write(ends[1], "x", 1) < 0 && errno == EPIPE ? 3 : 0);
+}
+
+void writeBeyondTheLimit() {
+  ui::surviveFailedWrites();
+  const rlimit nothing = {};
+  std::FILE* const file = std::tmpfile();
+  if (file == nullptr || setrlimit(RLIMIT_FSIZE, &nothing) != 0) std::abort();
+  std::_Exit(write(fileno(file), "x", 1) < 0 && errno == EFBIG ? 3 : 0);
+}
+
+TEST(SignalsDeathTest, FailedWritesAreSurvived) {
+  EXPECT_EXIT(writeToNobody(), ExitedWithCode(3), "");
+  EXPECT_EXIT(writeBeyondTheLimit(), ExitedWithCode(3), "");
 }
 
 TEST(SignalsDeathTest, OtherSignalsAreNotTouched) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -187,6 +188,13 @@ TEST(AssetOverride, IsNoDirectory) {
   EXPECT_EQ(blobWithOverrides(dir.path(), kFont), sourceFile(kFont));
 }
 
+TEST(AssetOverride, IsNoPipeToWaitFor) {
+  const TempDir dir;
+  dir.makeDir("assets/fonts");
+  ASSERT_EQ(mkfifo(dir.path(std::string("assets/") + kFont).c_str(), 0600), 0);
+  EXPECT_EQ(blobWithOverrides(dir.path(), kFont), sourceFile(kFont));
+}
+
 TEST(AssetOverride, IsLookedForOnce) {
   const TempDir dir;
   EXPECT_EQ(withOverrides(dir.path(),
@@ -247,6 +255,14 @@ TEST(MaterializeFonts, GoesOnWhereTheCacheCannotBeWritten) {
   const std::string file = dir.makeFile("file", "");
   EXPECT_EQ(materializeIn(file), "[assets] cannot write " + file +
                                      "/veskara/fonts/QuenlockMahjongGlyphs.ttf\n" + file + "/veskara/fonts");
+}
+
+TEST(MaterializeFonts, ReplacesAPipe) {
+  const TempDir dir;
+  const std::string target = dir.makeDir("veskara/fonts") + "/QuenlockMahjongGlyphs.ttf";
+  ASSERT_EQ(mkfifo(target.c_str(), 0600), 0);
+  EXPECT_EQ(materializeIn(dir.path()), dir.path("veskara/fonts"));
+  EXPECT_EQ(readAll(target), sourceFile(kFont));
 }
 
 TEST(MaterializeFonts, ComplainsOfAFontCutShortByAFullDisk) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <climits>
@@ -307,6 +308,24 @@ TEST(JsonFile, ThatIsADirectoryIsNotRead) {
   EXPECT_EQ(v.n, 5);
 }
 
+TEST(JsonFile, ThatIsAPipeIsNotWaitedFor) {
+  const support::TempDir dir;
+  ASSERT_EQ(mkfifo(dir.path("a.json").c_str(), 0600), 0);
+  Value v = number(5);
+  EXPECT_FALSE(js::parseFile(dir.path("a.json"), &v));
+  EXPECT_EQ(v.n, 5);
+}
+
+TEST(JsonFile, ReplacesAPipeUnderItsNameOrTheTemporaryOne) {
+  for (const char* name : {"a.json", "a.json.tmp"}) {
+    const support::TempDir dir;
+    ASSERT_EQ(mkfifo(dir.path(name).c_str(), 0600), 0);
+    EXPECT_TRUE(js::writeFileAtomic(dir.path("a.json"), number(5))) << name;
+    EXPECT_EQ(support::readAll(dir.path("a.json")), "5") << name;
+    EXPECT_FALSE(std::filesystem::exists(dir.path("a.json.tmp"))) << name;
+  }
+}
+
 TEST(JsonFile, ThatIsEmptyReadsAsNull) {
   const support::TempDir dir;
   Value v = number(5);
@@ -343,6 +362,23 @@ TEST(JsonFile, StaysAsItWasWhenTheDiskIsFull) {
   std::filesystem::create_symlink("/dev/full", path + ".tmp");
   EXPECT_FALSE(js::writeFileAtomic(path, number(1)));
   EXPECT_EQ(support::readAll(path), "old");
+}
+
+// An empty file took the place of the one that could not be written.
+TEST(JsonFile, IsNotWhatAFailedFirstWriteHasLeft) {
+  const support::TempDir dir;
+  dir.makeFile("a.json.tmp", "{\"half\":");
+  const std::string path = dir.path("a.json");
+  support::inOwnProcess([&] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit nothing = {};
+    setrlimit(RLIMIT_FSIZE, &nothing);
+    js::writeFileAtomic(path, number(5));
+    return std::string();
+  });
+  EXPECT_FALSE(std::filesystem::exists(path));
+  EXPECT_TRUE(js::writeFileAtomic(path, number(5)));
+  EXPECT_EQ(support::readAll(path), "5");
 }
 
 // Killed between removing and renaming, and again while it next wrote, the program lost both files.

@@ -1,6 +1,7 @@
 // The game that was left: what is kept of it, and what is made of a damaged file.
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <chrono>
@@ -386,6 +387,20 @@ TEST(LoadGame, IsWholeWithoutAnyOneMember) {
     const SavedGame loaded = store::loadGame();
     EXPECT_EQ(loaded.valid, key != "level" && key != "faces") << key;
     expectWhole(loaded);
+  }
+}
+
+// Nothing was saved any more, nor did the program start: it waited for somebody to write into the pipe.
+TEST(SaveGame, ReplacesAPipeUnderEitherName) {
+  for (const std::string end : {"", ".tmp"}) {
+    const DataHome home;
+    store::saveGame(gameInPlay());
+    std::filesystem::remove(home.path(kFile));
+    ASSERT_EQ(mkfifo((home.path(kFile) + end).c_str(), 0600), 0);
+    EXPECT_FALSE(store::loadGame().valid) << end;
+    store::saveGame(gameInPlay());
+    EXPECT_EQ(store::loadGame(), asLoaded(gameInPlay())) << end;
+    EXPECT_TRUE(std::filesystem::is_regular_file(home.path(kFile))) << end;
   }
 }
 

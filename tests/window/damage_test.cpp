@@ -16,6 +16,7 @@
 #include "rules/levels.h"
 #include "storage/storage.h"
 #include "support/own_process.h"
+#include "window/home.h"
 #include "window/session.h"
 
 namespace {
@@ -26,60 +27,8 @@ using testing::Not;
 using window::Desktop;
 using window::Environment;
 using window::Game;
+using window::Home;
 using window::Key;
-
-constexpr int kNobody = 65534;
-
-// A place that every user may look into, with the program and the player's files in it.
-class Home {
- public:
-  Home() {
-    fs::permissions(dir.path(), fs::perms::owner_all | fs::perms::group_exec | fs::perms::others_exec |
-                                    fs::perms::group_read | fs::perms::others_read);
-    fs::create_directories(data());
-    for (const char* file : {VESKARA_PROGRAM, VESKARA_KEEP_LIBRARIES, VESKARA_LEAKS}) {
-      fs::copy_file(file, dir.path(fs::path(file).filename()));
-    }
-  }
-
-  std::string path(const std::string& below) const { return dir.path(below); }
-  std::string data() const { return dir.path("data/veskara"); }
-  void write(const std::string& file, const std::string& text) const {
-    std::ofstream(data() + "/" + file, std::ios::binary) << text;
-  }
-  // Gives all of it away, as far as this user can.
-  void giveToNobody() const {
-    if (geteuid() != 0) return;
-    for (const auto& entry : fs::recursive_directory_iterator(dir.path("data"))) give(entry.path());
-    give(dir.path("data"));
-    give(dir.path());
-  }
-  std::vector<std::string> command() const {
-    std::vector<std::string> command;
-    if (geteuid() == 0) {
-      command = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--pdeathsig=KILL"};
-    }
-    command.push_back(dir.path(fs::path(VESKARA_PROGRAM).filename()));
-    return command;
-  }
-  Environment environment() const {
-    Environment environment = {
-        {"HOME", dir.path()}, {"XDG_DATA_HOME", dir.path("data")}, {"XDG_CACHE_HOME", dir.path("cache")}};
-#ifdef __SANITIZE_ADDRESS__
-    environment["LD_PRELOAD"] = dir.path(fs::path(VESKARA_KEEP_LIBRARIES).filename());
-    environment["LSAN_OPTIONS"] =
-        "suppressions=" + dir.path(fs::path(VESKARA_LEAKS).filename()) + ":print_suppressions=0";
-#endif
-    return environment;
-  }
-
- private:
-  static void give(const fs::path& path) {
-    if (lchown(path.c_str(), kNobody, kNobody) != 0) throw std::runtime_error("cannot give " + path.string());
-  }
-
-  support::TempDir dir;
-};
 
 // A game of level 1 in which four pairs were taken and a hint and a shuffle were asked for.
 store::SavedGame goodGame() {

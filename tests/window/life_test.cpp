@@ -15,6 +15,7 @@
 #include "rules/table_themes.h"
 #include "screens/about.h"
 #include "screens/attract.h"
+#include "screens/card.h"
 #include "screens/level_grid.h"
 #include "screens/solved_layout.h"
 #include "storage/storage.h"
@@ -326,7 +327,7 @@ void Life::looksAtTheLevels() {
   EXPECT_TRUE(player.shows(kLevelSelect));
 
   const Size size = player.game().size();
-  const screens::LevelGrid grid = screens::levelGrid(size.w, size.h);
+  const screens::CardGrid grid = screens::levelGrid(size.w, size.h);
   const ui::CairoSurface seen = player.game().picture();
   const ui::CairoSurface firstDay = window::paintedScreen("", kLevelSelect, size, player.game().mouse());
   for (const int level : {1, 2, 3}) {
@@ -429,8 +430,9 @@ void Life::beginsAfresh() {
   const auto ask = [&] {
     const Point reset = middleOf(player.setting([](const SettingsLayout& layout) { return layout.reset; }));
     player.game().click(reset);
-    EXPECT_TRUE(
-        player.shows(kSettingsScreen, [&](ScreenHarness& harness) { harness.click(reset.x, reset.y); }));
+    const ui::CairoSurface asked =
+        player.painted(kSettingsScreen, [&](ScreenHarness& harness) { harness.click(reset.x, reset.y); });
+    EXPECT_TRUE(player.shows(asked.get(), player.question()));
   };
   ask();
   player.answer(false);

@@ -83,7 +83,7 @@ ui::Rect Player::setting(const std::function<ui::Rect(const screens::SettingsLay
   const ui::CairoSurface paper = support::makePicture(1, 1);
   const ui::CairoContext cr(cairo_create(paper.get()));
   const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), size.w);
-  const ui::Rect view = screens::settingsView(size.w, size.h);
+  const ui::Rect view = screens::listView(size.w, size.h);
   ui::Rect rect = what(layout);
   rect.y += view.y + std::max((view.h - layout.height) / 2, 0.0);
   return rect;

@@ -1,0 +1,197 @@
+// The program is killed at random moments, again and again in one player's life, and each time goes on from
+// no more than five seconds of play before. Ten kills; VESKARA_TEST_KILLS asks for another number.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <thread>
+
+#include "window/data_files.h"
+#include "window/desktop.h"
+#include "window/menu.h"
+#include "window/witness.h"
+
+namespace {
+
+using js::Value;
+using window::Child;
+using window::DataFiles;
+using window::Desktop;
+using window::Environment;
+using window::Game;
+using window::Testimony;
+using window::waitFor;
+
+using Milliseconds = std::chrono::milliseconds;
+
+constexpr int kPlayers = 2;  // each in a test of its own, so that they can run side by side
+// By the clock of the game.
+constexpr double kBetweenSaves = 5;
+constexpr double kFrame = 0.25;  // the frame in which the time was up, and what the witness counts otherwise
+constexpr double kWinFade = 0.65;  // a game that is won is not saved any more
+constexpr double kPair = 0.32;     // a pair is not taken faster
+
+int killsPerPlayer() {
+  const char* const wanted = std::getenv("VESKARA_TEST_KILLS");
+  return (wanted == nullptr ? 10 : std::atoi(wanted)) / kPlayers;
+}
+
+Testimony testimonyIn(const std::string& path) {
+  Testimony testimony;
+  std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(&testimony), sizeof testimony);
+  return testimony;
+}
+
+int pairsLeft(const Value& game) {
+  const auto& faces = game["faces"].a;
+  return static_cast<int>(
+             std::count_if(faces.begin(), faces.end(), [](const Value& face) { return !face.s.empty(); })) /
+         2;
+}
+
+bool isSameDeal(const Value& a, const Value& b) {
+  return a["level"].n == b["level"].n && a["seed"].n == b["seed"].n;
+}
+
+// Whether one game may have become the other by playing on.
+bool leadsTo(const Value& early, const Value& late) {
+  const auto& before = early["history"].a;
+  const auto& after = late["history"].a;
+  const auto isSamePair = [](const Value& a, const Value& b) { return a.dump() == b.dump(); };
+  return isSameDeal(early, late) && before.size() <= after.size() &&
+         std::equal(before.begin(), before.end(), after.begin(), isSamePair) &&
+         early["elapsedMs"].n <= late["elapsedMs"].n;
+}
+
+// One life: from a start to the kill.
+struct Life {
+  DataFiles before;
+  DataFiles after;
+  bool played;  // it came to the table
+  double lost;  // seconds of play since the last save
+
+  bool solved() const { return after.totalSolves() > before.totalSolves(); }
+  // A game that is won is taken off the disk one frame before the win is written down. Killed in between it
+  // is lost; in no other moment.
+  bool diedBetweenWinAndResult() const {
+    return before.hasGame() && !after.hasGame() && !solved() && lost <= kFrame;
+  }
+};
+
+class Player {
+ public:
+  explicit Player(unsigned seed) : random(seed) {}
+
+  Life liveOnce() {
+    const DataFiles before(desktop.dataPath());
+    std::filesystem::remove(witnessPath());
+    const bool inStartUp = upTo(4) == 0;
+    const double lost = inStartUp ? startAndDie() : playAndDie();
+    return {before, DataFiles(desktop.dataPath()), !inStartUp, lost};
+  }
+
+ private:
+  int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(random); }
+  std::string witnessPath() const { return scratch.path("witness"); }
+
+  Environment changes() const {
+    const Environment environment = desktop.environment();
+    const auto preloaded = environment.find("LD_PRELOAD");
+    const std::string others = preloaded == environment.end() ? "" : preloaded->second + ":";
+    return {{"VESKARA_AUTOPLAY", "0.02"},
+            {window::kWitnessVariable, witnessPath()},
+            {"LD_PRELOAD", others + VESKARA_WITNESS}};
+  }
+
+  double startAndDie() {
+    Environment environment = desktop.environment();
+    for (const auto& [name, value] : changes()) environment[name] = value;
+    Child child(window::gameCommand({}), environment);
+    std::this_thread::sleep_for(Milliseconds(upTo(1000)));
+    die(child);
+    return 0;
+  }
+
+  double playAndDie() {
+    Game game(desktop, {}, changes());
+    EXPECT_TRUE(window::continueFromMenu(game));
+    const double begun = testimonyIn(witnessPath()).played;
+    // By the game's clock, so that a slow machine plays no less.
+    const double moment = begun + upTo(12000) / 1000.0;
+    EXPECT_TRUE(waitFor([&] { return testimonyIn(witnessPath()).played >= moment; }));
+    std::this_thread::sleep_for(Milliseconds(upTo(50)));
+    die(game.process());
+    const Testimony testimony = testimonyIn(witnessPath());
+    return testimony.played - (testimony.saves > 0 ? testimony.playedAtSave : begun);
+  }
+
+  static void die(Child& child) {
+    child.send(SIGKILL);
+    EXPECT_EQ(child.waitForEnd(), -SIGKILL) << child.errors();
+    EXPECT_EQ(child.errors(), "");
+  }
+
+  Desktop desktop;
+  support::TempDir scratch;
+  std::mt19937 random;
+};
+
+void expectRecordsKept(const Life& life) {
+  EXPECT_GE(life.after.level(), life.before.level());
+  EXPECT_GE(life.after.totalSolves(), life.before.totalSolves());
+  for (const auto& [level, best] : life.before.progress["bests"].o) {
+    EXPECT_GE(life.after.progress["bests"][level]["stars"].n, best["stars"].n) << "level " << level;
+  }
+  const auto isKept = [&](const Value& solve) {
+    const auto& solves = life.after.solves.a;
+    return std::any_of(solves.begin(), solves.end(),
+                       [&](const Value& kept) { return kept["level"].n == solve["level"].n; });
+  };
+  for (const Value& solve : life.before.solves.a) EXPECT_TRUE(isKept(solve)) << solve.dump();
+}
+
+void expectGameKept(const Life& life) {
+  if (life.solved() || life.diedBetweenWinAndResult()) return;
+  if (life.before.hasGame()) {
+    EXPECT_TRUE(life.after.hasGame());
+    EXPECT_TRUE(leadsTo(life.before.game(), life.after.game()));
+  }
+  const bool mayBeWon = life.after.hasGame() && pairsLeft(life.after.game()) * kPair < kBetweenSaves + kFrame;
+  EXPECT_LE(life.lost, kBetweenSaves + kFrame + (mayBeWon ? kWinFade : 0));
+}
+
+class Killed : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(Player, Killed, testing::Range(1, kPlayers + 1));
+
+TEST_P(Killed, AtRandomMomentsLosesNoMoreThanFiveSecondsOfPlay) {
+  const unsigned seed = std::random_device()();
+  Player player(seed);
+  double mostLost = 0;
+  int sittings = 0;
+  int solves = 0;
+  int lostWins = 0;
+  for (int i = 0; i < killsPerPlayer() && !HasFailure(); ++i) {
+    SCOPED_TRACE("seed " + std::to_string(seed) + ", kill " + std::to_string(i));
+    const Life life = player.liveOnce();
+    expectRecordsKept(life);
+    expectGameKept(life);
+    sittings += life.played ? 1 : 0;
+    solves += life.solved() ? 1 : 0;
+    lostWins += life.diedBetweenWinAndResult() ? 1 : 0;
+    if (!life.solved()) mostLost = std::max(mostLost, life.lost);
+  }
+  std::printf(
+      "seed %u: %d kills, %d of them in play; %d games solved, %d wins lost; %.2f seconds of play lost at "
+      "most\n",
+      seed, killsPerPlayer(), sittings, solves, lostWins, mostLost);
+}
+
+}  // namespace

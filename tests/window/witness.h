@@ -1,0 +1,19 @@
+// witness.h: what a program that is about to be killed has told about itself: how long it has played by the
+// clock that counts for the game, and when it saved last. Written by witness.cpp, which is preloaded into the
+// game, into a file that outlives it. Units: seconds.
+#pragma once
+
+namespace window {
+
+// The variables that name that file, and what is to happen as a file is put in its place: the end of its name
+// and, each after a colon, the signals that the program is sent before, such as ".png:15:2".
+inline constexpr const char* kWitnessVariable = "VESKARA_TEST_WITNESS";
+inline constexpr const char* kRaiseVariable = "VESKARA_TEST_RAISE";
+
+struct Testimony {
+  double played = 0;  // the game's time: of a slow frame no more counts than a tenth of a second
+  double playedAtSave = 0;
+  int saves = 0;  // times that save.json was put in place
+};
+
+}  // namespace window
