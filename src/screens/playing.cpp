@@ -426,8 +426,9 @@ void Playing::boundPan() {
     panX = 0;
     panY = 0;
   }
-  const double boundX = layout.board.w * (zoom - 1) / 2;
-  const double boundY = layout.board.h * (zoom - 1) / 2;
+  // A window may be too small for any board.
+  const double boundX = std::max(layout.board.w * (zoom - 1) / 2, 0.0);
+  const double boundY = std::max(layout.board.h * (zoom - 1) / 2, 0.0);
   panX = std::clamp(panX, -boundX, boundX);
   panY = std::clamp(panY, -boundY, boundY);
 }

@@ -158,6 +158,16 @@ TEST(Pan, IsBoundAnewWhenTheWindowShrinks) {
   EXPECT_DOUBLE_EQ(shown.panY, screens::playingLayout(640, 480).board.h / 2);
 }
 
+TEST(Pan, OfAZoomedBoardInAWindowTooSmallForAnyDoesNotEndTheGame) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  sitting.harness.key(SDLK_PLUS);
+  sitting.harness.resize(1, 1);
+  sitting.harness.frame();
+  sitting.harness.resize(640, 480);
+  EXPECT_DOUBLE_EQ(sitting.shown().zoom, 1.6);
+}
+
 TEST(Pan, StaysAtZeroWithoutZoom) {
   Sitting sitting;
   sitting.waitForIntro();
