@@ -18,7 +18,7 @@ enum class Align : int { Left, Center, Right };
 
 struct TextStyle {
   const char* family = "sans";  // a missing one is replaced by fontconfig
-  double size = 14;             // in pixels; nothing is drawn with a size that is not positive
+  double size = 14;             // in pixels, by eighths; nothing is drawn with a size that is not positive
   bool bold = false;
   bool italic = false;
   std::uint32_t color = 0;

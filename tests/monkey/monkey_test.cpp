@@ -1,0 +1,118 @@
+// Input that nobody thought of, for a long time: the program goes on, its files stay whole, its memory does
+// not grow. VESKARA_MONKEY_FRAMES sets the frames of all seeds together, VESKARA_MONKEY_SEED the first seed.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <string>
+
+#include "monkey/memory.h"
+#include "monkey/monkey.h"
+#include "monkey/no_opener.h"
+#include "monkey/own_life.h"
+#include "monkey/seed.h"
+#include "storage/storage.h"
+
+namespace {
+
+using test::kScreenKinds;
+using test::LiveTextures;
+using test::Monkey;
+using test::NoOpener;
+using test::OwnLife;
+using test::UnseenProgram;
+
+constexpr int kRuns = 4;
+constexpr long kGrowthPart = 20;  // a twentieth more may come by chance: files and pictures of other sizes
+constexpr const char* kScreenNames[kScreenKinds] = {"Splash",   "Menu",    "LevelSelect", "Playing",
+                                                    "Solved",   "Gallery", "Settings",    "About",
+                                                    "Licenses", "Attract"};
+
+long allFrames() { return test::numberFrom("VESKARA_MONKEY_FRAMES", VESKARA_MONKEY_FRAMES); }
+unsigned seedOf(int run) { return test::firstSeed() + static_cast<unsigned>(run); }
+
+std::string nameOf(unsigned seed, long frames) {
+  return "monkey of seed " + std::to_string(seed) + ", " + std::to_string(frames) + " frames";
+}
+
+// Half of them find all levels open.
+void openLevels(unsigned seed) {
+  if (seed % 2 == 0) store::saveProgress({.currentLevel = store::kLastLevel, .totalSolves = 0});
+}
+
+void expectWasEverywhere(const Monkey& monkey) {
+  for (std::size_t kind = 0; kind < kScreenKinds; ++kind) {
+    std::printf("  %s %d", kScreenNames[kind], monkey.framesOn()[kind]);
+    EXPECT_GT(monkey.framesOn()[kind], 0) << kScreenNames[kind];
+  }
+  std::printf("\n");
+}
+
+class MonkeyRun : public testing::TestWithParam<int> {
+ protected:
+  NoOpener opener;
+  OwnLife life;
+};
+
+INSTANTIATE_TEST_SUITE_P(Nr, MonkeyRun, testing::Range(0, kRuns));
+
+TEST_P(MonkeyRun, IsSurvivedAndLeavesWholeFiles) {
+  const unsigned seed = seedOf(GetParam());
+  const long frames = allFrames() / kRuns;
+  life.live(nameOf(seed, frames), [&](std::atomic<long>& frame) {
+    openLevels(seed);
+    UnseenProgram program;
+    Monkey monkey(program, seed);
+    for (frame = 0; frame < frames; ++frame) monkey.frame();
+    expectWasEverywhere(monkey);
+  });
+  life.expectWholeFiles();
+}
+
+// The most there was of it at a time.
+struct Memory {
+  long bytes = 0;  // but for the pixels of textures, of which windows of other sizes have others
+  int textures = 0;
+};
+
+// A tenth of the frames, and home.
+Memory playTenth(Monkey& monkey, long frames, std::atomic<long>& frame) {
+  Memory memory;
+  for (long i = 0; i < frames / 10; ++i, ++frame) {
+    monkey.frame();
+    memory.textures = std::max(memory.textures, test::liveTextures().count);
+  }
+  monkey.goHome();
+  const LiveTextures textures = test::liveTextures();
+  memory.bytes = test::liveBytes() - textures.bytes;
+  std::printf("  after %ld frames: %ld bytes beside %d textures of %ld, of which there were %d\n",
+              frame.load(), memory.bytes, textures.count, textures.bytes, memory.textures);
+  return memory;
+}
+
+// Until pango and cairo have met some hundred sizes of letters they keep what they know of each.
+constexpr long kLeastFrames = 200000;
+
+TEST(MonkeyMemory, DoesNotGrow) {
+  if (!test::kMemoryIsSeen) GTEST_SKIP() << "the sanitizers have allocators of their own";
+  if (allFrames() < kLeastFrames) GTEST_SKIP() << "tells nothing below " << kLeastFrames << " frames";
+  const NoOpener opener;
+  const OwnLife life;
+  const unsigned seed = seedOf(0);
+  const long frames = allFrames();
+  life.live(nameOf(seed, frames), [&](std::atomic<long>& frame) {
+    openLevels(seed);
+    UnseenProgram program;
+    Monkey monkey(program, seed);
+    monkey.seeEverything();
+    const Memory first = playTenth(monkey, frames, frame);
+    Memory last;
+    for (int tenth = 1; tenth < 10; ++tenth) last = playTenth(monkey, frames, frame);
+    EXPECT_LE(last.bytes, first.bytes + first.bytes / kGrowthPart);
+    EXPECT_LE(last.textures, first.textures + first.textures / kGrowthPart);
+  });
+}
+
+}  // namespace

@@ -1,0 +1,28 @@
+// no_opener.h: a desktop's opener of links that opens nothing, found before any other.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "support/temp_dir.h"
+
+namespace test {
+
+class NoOpener {
+ public:
+  NoOpener() {
+    chmod(dir.makeFile("xdg-open", "#!/bin/sh\n").c_str(), S_IRWXU);
+    setenv("PATH", (dir.path() + ":" + before).c_str(), 1);
+  }
+  NoOpener(const NoOpener&) = delete;
+  NoOpener& operator=(const NoOpener&) = delete;
+  ~NoOpener() { setenv("PATH", before.c_str(), 1); }
+
+ private:
+  support::TempDir dir;
+  std::string before = std::getenv("PATH");
+};
+
+}  // namespace test

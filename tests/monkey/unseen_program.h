@@ -1,0 +1,75 @@
+// unseen_program.h: all of the program but its main function, run where nobody sees or hears it: on SDL's
+// dummy drivers and its software renderer, under a clock, a mouse and modifier keys of the test's own. Knows
+// no particular screen. Units: logical pixels, seconds.
+#pragma once
+
+#include <SDL.h>
+
+#include <optional>
+
+#include "app/context.h"
+#include "app/frame_loop.h"
+#include "ui/handles.h"
+
+namespace test {
+
+struct WindowSize {
+  int w = 640;
+  int h = 480;
+};
+
+// One at a time. Settings and files are those of the process.
+class UnseenProgram {
+ public:
+  UnseenProgram();
+  UnseenProgram(const UnseenProgram&) = delete;
+  UnseenProgram& operator=(const UnseenProgram&) = delete;
+  // Ends it as the program ends, but for the screen that is open: that lives to the end of the process, here
+  // and there.
+  ~UnseenProgram();
+
+  // One frame, so long after the one before. False when the program would end now.
+  bool pass(double dt);
+  // Ends it and starts it anew, settings read from their file and the splash screen first.
+  void restart();
+
+  static ui::ScreenKind screen();
+
+  // What the next frame hears of.
+  void moveMouse(int x, int y);
+  void button(Uint8 which, bool down);
+  void wheel(int steps);
+  void key(SDL_Keycode code, Uint16 modifiers = KMOD_NONE);
+  void windowEvent(SDL_WindowEventID what);
+  void closeWindow();
+
+  // At once.
+  void holdModifiers(Uint16 modifiers);
+  // As a window manager does it, which need not ask what the smallest size is.
+  void resize(WindowSize logical);
+  // Device pixels per logical one.
+  void setScale(double pixels);
+  // A window that is minimised has nothing to draw on.
+  void setMinimised(bool minimised);
+
+  WindowSize size() const;
+
+ private:
+  void start();
+  void end();
+  void resizePixels();
+
+  ui::SdlWindow window;
+  ui::SdlRenderer renderer;
+  std::optional<ui::FrameLoop> loop;
+  WindowSize logicalSize;
+};
+
+// Textures that the program has made and not destroyed yet, and the bytes of their pixels.
+struct LiveTextures {
+  int count = 0;
+  long bytes = 0;
+};
+LiveTextures liveTextures();
+
+}  // namespace test
