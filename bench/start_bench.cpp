@@ -9,7 +9,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <string>
 
 #include "support/temp_dir.h"
 

@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "rules/engine.h"

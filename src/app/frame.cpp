@@ -5,7 +5,8 @@
 namespace ui {
 
 void FrameCanvas::resize(int w, int h) {
-  if (surface && texture && w == width && h == height) return;
+  const bool whole = surface && cairo_surface_status(surface.get()) == CAIRO_STATUS_SUCCESS && texture;
+  if (whole && w == width && h == height) return;
   width = w;
   height = h;
   surface.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h));

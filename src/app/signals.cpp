@@ -33,6 +33,9 @@ void onTerminationSignal(int sig) {
   endNow(sig);
 }
 
+// The call that failed tells its caller.
+void onFailedWrite(int) {}
+
 }  // namespace
 
 void installTerminationHandler(void (*lastWordsFunction)()) {
@@ -41,7 +44,8 @@ void installTerminationHandler(void (*lastWordsFunction)()) {
 }
 
 void surviveFailedWrites() {
-  for (const int sig : {SIGPIPE, SIGXFSZ}) std::signal(sig, SIG_IGN);
+  // Not SIG_IGN, which a browser opened from the game would inherit.
+  for (const int sig : {SIGPIPE, SIGXFSZ}) std::signal(sig, onFailedWrite);
 }
 
 bool terminationRequested() { return terminationFlag != 0; }

@@ -20,7 +20,7 @@ inline constexpr double kListTop = 56;
 inline constexpr double kPagedListTop = 114;
 inline constexpr double kListMargin = 12;    // at the sides of the pages and of their cards
 inline constexpr double kColumnMargin = 20;  // at the sides of a column, at least
-// What is left free below what scrolls: for the footer, or nothing.
+// What is left free for the footer below what scrolls.
 inline constexpr double kFooterRoom = ui::kFooterGap + ui::kFooterHeight + 8;
 
 // One frame: the felt, the back button and the headline, and `body`. While the screen is `asking` something

@@ -45,7 +45,7 @@ constexpr unsigned kLowSurrogate = 0xDC00;
 constexpr unsigned kSurrogateEnd = 0xE000;
 constexpr std::size_t kEscapeLength = 6;  // of \u0000
 
-// A byte that is no digit counts as 0: files of old versions hold such escapes.
+// A byte that is no digit counts as 0: a damaged escape costs its character, not the whole file.
 unsigned hexDigit(char c) {
   if ('0' <= c && c <= '9') return static_cast<unsigned>(c - '0');
   if ('a' <= c && c <= 'f') return static_cast<unsigned>(c - 'a') + 10;

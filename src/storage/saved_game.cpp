@@ -110,10 +110,10 @@ SavedGame loadGame() {
 }
 
 void clearGame() {
-  js::Value doc = readFile(kFile);
-  if (doc.kind != js::Value::Object) return;
-  doc.o.erase(kMember);
-  writeFile(kFile, doc);
+  auto doc = readFileToChange(kFile);
+  if (!doc || doc->kind != js::Value::Object) return;
+  doc->o.erase(kMember);
+  writeFile(kFile, *doc);
 }
 
 }  // namespace store

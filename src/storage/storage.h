@@ -101,7 +101,7 @@ void saveGame(const SavedGame& saved);
 // times beyond their range become the nearest number in it. That faces are known, form pairs and agree with
 // the history is for the caller to see.
 SavedGame loadGame();
-// Afterwards there is none.
+// Afterwards there is none, unless the file cannot be read or written.
 void clearGame();
 
 // A solved board of the gallery, kept in solves.json: one for each level, the newest first, at most 200.

@@ -47,7 +47,7 @@ struct BoardOpts {
   double zoom = 1;  // about the centre of the board's rectangle
   double panX = 0;  // added after zooming
   double panY = 0;
-  double alpha = 1;       // of the whole board; the texture path's only
+  double alpha = 1;       // of tiles and veils, not of their marks; the texture path's only
   bool software = false;  // draw with cairo although there is a renderer
 };
 

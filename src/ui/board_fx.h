@@ -25,7 +25,7 @@ struct BoardFx {
   double introStart = 0;
   std::vector<double> delays;  // per slot id: from introStart to the tile's take-off
   double introEnd = 0;         // the last tile has landed
-  double lastSound = 0;        // of a landing tile
+  double lastSound = 0;        // of a tile that took off
   std::vector<Burst> bursts;
 
   // Plans the fly-in of all tiles on the table: layer by layer, in a spiral from the centre.

@@ -80,8 +80,8 @@ void gpuBlit(SDL_Texture* texture, double x, double y, double w, double h, doubl
 void gpuBlitRotated(SDL_Texture* texture, double cx, double cy, double w, double h, double angleDegrees,
                     double alpha);
 
-// While it lives blits are seen in the logical rectangle only, rounded outwards to whole device pixels: the
-// start down, the size up.
+// While it lives blits are seen in the logical rectangle only, in whole device pixels: the start rounded
+// down, the size up.
 class GpuClip {
  public:
   explicit GpuClip(const Rect& rect);

@@ -221,7 +221,7 @@ struct FanPicture {
 };
 
 // The fan's picture, painted when it is another than before: its shadows take longer than all the rest of a
-// frame, and it scrolls under a clip that textures do not know.
+// frame.
 const FanPicture& fanPicture(double tileW, double scale) {
   // Never destroyed: a screen may draw while the process ends.
   static auto& fan = *new FanPicture;

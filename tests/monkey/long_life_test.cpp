@@ -1,5 +1,6 @@
-// Somebody who plays all levels three times over: what the files say is what an independent count says, and
-// the files and the memory stay as small as they were. VESKARA_LEVELS sets how many levels are solved.
+// Somebody who plays all levels three times over (sanitized, a part of them): what the files say is what an
+// independent count says, and the files and the memory stay as small as they were. VESKARA_LEVELS sets how
+// many levels are solved.
 
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -355,7 +356,8 @@ class Sights {
     const ui::CairoSurface surface = support::makePicture(1, 1);
     const ui::CairoContext cr(cairo_create(surface.get()));
     const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), w);
-    const double top = screens::listView(w, h).y;
+    const ui::Rect view = screens::listView(w, h);
+    const double top = view.y + std::max((view.h - layout.height) / 2, 0.0);
     const auto inside = [&](ui::Rect rect) {
       rect.y += top;
       add(rect);

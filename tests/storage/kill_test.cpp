@@ -53,10 +53,13 @@ void killWhileSaving(const Kind& kind, Saves& saves, std::chrono::microseconds m
   const pid_t child = fork();
   ASSERT_GE(child, 0);
   if (child == 0) saveForEver(kind, saves);
-  while (saves.done == before) std::this_thread::sleep_for(std::chrono::microseconds(50));
+  int status = 0;
+  while (saves.done == before) {
+    ASSERT_EQ(waitpid(child, &status, WNOHANG), 0) << "it ended by itself, status " << status;
+    std::this_thread::sleep_for(std::chrono::microseconds(50));
+  }
   std::this_thread::sleep_for(more);
   ASSERT_EQ(kill(child, SIGKILL), 0);
-  int status = 0;
   ASSERT_EQ(waitpid(child, &status, 0), child);
   ASSERT_TRUE(WIFSIGNALED(status)) << status;
 }
@@ -72,6 +75,7 @@ TEST_P(Killed, AtRandomMomentsLosesNothing) {
   int torn = 0;
   for (int i = 0; i < kKills; ++i) {
     killWhileSaving(GetParam(), saves, std::chrono::microseconds(microseconds(random)));
+    if (HasFatalFailure()) return;
     torn += std::filesystem::exists(home.path(GetParam().file) + std::string(".tmp")) ? 1 : 0;
     const int found = GetParam().load();
     ASSERT_GE(found, saves.done) << "seed " << seed << ", kill " << i;

@@ -45,7 +45,7 @@ class ScreenHarness {
   // A press, a way in ten frames, a release.
   void drag(double x0, double y0, double x1, double y1);
 
-  // The input of the next frame, for what the helpers above do not offer.
+  // The input of the next frame, for what the functions above do not offer.
   ui::Input& next() { return ctx.in; }
 
   double time() const { return ctx.time; }

@@ -133,7 +133,6 @@ TEST_P(Failing, AlwaysCostsTheFilesButNotTheGame) {
   Disturbed run(GetParam(), "");
   EXPECT_TRUE(run.wasHit());
   for (const std::string& file : kDocuments) EXPECT_TRUE(run.saidNotWritten(file)) << file;
-  const DataFiles files(run.desktop.dataPath());
   if (!GetParam().unfinished) {
     EXPECT_EQ(readAll(run.path("save.json")), run.saved);
     EXPECT_FALSE(fs::exists(run.path("progress.json")));

@@ -130,7 +130,7 @@ std::vector<std::string> FileWatch::touched() {
 }
 std::vector<std::string> FileWatch::replaced() { return namesOf(IN_MOVED_TO); }
 
-std::vector<std::string> FileWatch::namesOf(std::uint32_t events) {
+std::vector<std::string> FileWatch::namesOf(std::uint32_t events) const {
   std::vector<std::string> names;
   std::array<char, 4096> buffer;
   for (ssize_t got = 0; (got = read(queue, buffer.data(), buffer.size())) > 0;) {

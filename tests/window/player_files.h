@@ -58,7 +58,7 @@ class FileWatch {
   std::vector<std::string> replaced();
 
  private:
-  std::vector<std::string> namesOf(std::uint32_t events);
+  std::vector<std::string> namesOf(std::uint32_t events) const;
 
   int queue;
 };

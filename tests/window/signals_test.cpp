@@ -61,7 +61,7 @@ class Starting : public testing::Test {
     if (!window::canTrace()) GTEST_SKIP() << "strace may not trace here";
   }
 
-  // The status with which it ends, and what strace wrote.
+  // The status with which it ends.
   std::optional<int> statusOf(const Start& start) {
     std::vector<std::string> options =
         window::injection(start.calls, "signal=" + std::to_string(start.signal) + ":when=" + start.when);

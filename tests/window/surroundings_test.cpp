@@ -186,7 +186,7 @@ TEST(Pipe, InPlaceOfAFileIsNotWaitedFor) {
   EXPECT_FALSE(fs::exists(desktop.dataPath("save.json.tmp")));
 }
 
-// Starts that find something hostile in place of each of the assets.
+// A start that finds something hostile in place of half of the assets.
 TEST(AssetOverride, ThatIsHostileDoesNoHarm) {
   const std::string music = readAll(std::string(VESKARA_ASSETS) + "/audio/bgm_calm.ogg");
   const std::string effect = readAll(std::string(VESKARA_ASSETS) + "/audio/sfx_tile.ogg");

@@ -32,7 +32,7 @@ mj::GameState dealt(int level) {
 
 // --- the Playing screen ---
 
-// A game whose tiles have flown in.
+// A fresh deal whose tiles are about to fly in.
 MakeScreen table(int level, std::uint32_t deal) {
   return
       [=] { return screens::makePlaying({.kind = ui::ScreenKind::Playing, .level = level, .deal = deal}); };

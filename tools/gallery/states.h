@@ -14,7 +14,7 @@ struct State {
   const char* name;
   // Builds the screen, with what it needs of the player's files, of which there are none before.
   std::function<std::unique_ptr<ui::Screen>()> make;
-  // From the screen's first frame to the one that is painted; may be empty.
+  // From the screen's first frame to the one that is painted.
   std::function<void(Sitting&)> reach;
 };
 std::span<const State> states();
