@@ -40,6 +40,14 @@ constexpr std::uint32_t kPillColor = 0x9B8CFF;
 constexpr double kPillAlpha = 0.18;
 constexpr double kInvitationAlpha = 0.6;
 
+// In steps too small to be seen: what pango and cairo keep of a font of each size would grow to a hundred
+// megabytes within two minutes.
+double captionSize(double time) {
+  constexpr double kStepsPerPixel = 8;
+  const double size = kCaptionSize * (1 + kPulseSize * std::sin(kPulseRate * time));
+  return std::round(size * kStepsPerPixel) / kStepsPerPixel;
+}
+
 std::mt19937 seededSource() {
   std::random_device device("default");
   return std::mt19937(device());
@@ -98,7 +106,7 @@ void drawTitle(const ui::Ctx& ctx, const ui::Rect& rect) {
       captionIn(rect, rect.x + rect.w / 2, std::min(textW + 2 * kPillPadding, rect.w), rect.h);
   ui::fillRoundedRect(ctx.cr, pill, pill.h / 2, kPillColor, kPillAlpha);
   ui::strokeRoundedRect(ctx.cr, ui::insetRect(pill, 0.5), pill.h / 2, 1, ui::palette::kGold, 1);
-  style.size = kCaptionSize * (1 + kPulseSize * std::sin(kPulseRate * ctx.time));
+  style.size = captionSize(ctx.time);
   ui::drawTextCentered(ctx.cr, pill.x + pill.w / 2, pill.y + pill.h / 2, text, style);
 }
 

@@ -83,9 +83,9 @@ void useFont(TextCache& cache, const TextStyle& style, double size) {
   cache.italic = style.italic;
 }
 
-// Sizes go in steps too small to be seen: pango and cairo keep whatever belongs to a font of a size, and a
-// text that swells and shrinks would come to hold a hundred megabytes.
-double stepped(double size) {
+// Shrunk sizes go in steps too small to be seen: pango and cairo keep whatever belongs to a font of a size,
+// and labels in windows of ever new sizes would come to hold a hundred megabytes.
+double shrunkSize(double size) {
   constexpr double kStep = 0.125;
   constexpr double kRounding = 1e-6;  // 0.8 times 20 is to be 16
   return std::max(std::floor(size / kStep + kRounding) * kStep, kStep);
@@ -94,7 +94,7 @@ double stepped(double size) {
 PangoLayout* layoutFor(cairo_t* cr, std::string_view text, const TextStyle& style, double scale) {
   TextCache& cache = textCache();
   useContext(cache, cr);
-  useFont(cache, style, stepped(scale * style.size));
+  useFont(cache, style, scale < 1 ? shrunkSize(scale * style.size) : style.size);
   pango_layout_set_text(cache.layout.get(), text.data(), static_cast<int>(text.size()));
   return cache.layout.get();
 }

@@ -18,13 +18,13 @@ enum class Align : int { Left, Center, Right };
 
 struct TextStyle {
   const char* family = "sans";  // a missing one is replaced by fontconfig
-  double size = 14;             // in pixels, by eighths; nothing is drawn with a size that is not positive
+  double size = 14;             // in pixels; nothing is drawn with a size that is not positive
   bool bold = false;
   bool italic = false;
   std::uint32_t color = 0;
   double alpha = 1;
   Align align = Align::Left;
-  double maxWidth = 0;    // a wider text is shrunk to fit; 0 or less: never
+  double maxWidth = 0;    // a wider text is shrunk to fit, by eighths of a pixel; 0 or less: never
   double minScale = 0.6;  // but never to less than this part of `size`, even if it then sticks out
 };
 

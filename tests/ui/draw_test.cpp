@@ -293,11 +293,14 @@ TEST(Text, IsNeverShrunkBelowItsLeastScale) {
   EXPECT_TRUE(samePicture(drawnAt(5, kWords, cramped).get(), drawnAt(5, kWords, {.size = 14}).get()));
 }
 
-// A caption whose size swayed from frame to frame made the fonts' caches grow to 140 MB within two minutes.
-TEST(Text, ComesInSizesOfAnEighthOfAPixel) {
-  const auto drawn = [](double size) { return drawnAt(5, kWords, {.size = size}); };
-  EXPECT_TRUE(samePicture(drawn(20.12).get(), drawn(20).get()));
-  EXPECT_FALSE(samePicture(drawn(20.13).get(), drawn(20).get()));
+// Labels that were shrunk to ever new sizes made the fonts' caches grow without measure.
+TEST(Text, IsShrunkByEighthsOfAPixel) {
+  const double width = measured(kWords, {.size = 20}).w;
+  const auto shrunkTo = [&](double size) {
+    return drawnAt(5, kWords, {.size = 20, .maxWidth = width * size / 20, .minScale = 0.1});
+  };
+  EXPECT_TRUE(samePicture(shrunkTo(16.12).get(), shrunkTo(16.01).get()));
+  EXPECT_FALSE(samePicture(shrunkTo(16.13).get(), shrunkTo(16.01).get()));
 }
 
 TEST(Text, IsNotShrunkWithoutAMaximumWidth) {
