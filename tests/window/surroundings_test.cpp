@@ -13,6 +13,8 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "screens/menu_layout.h"
@@ -296,12 +298,33 @@ std::vector<std::string> quotedIn(const std::string& line) {
   return quoted;
 }
 
+// The calls in strace's log, each on one line: where another thread's comes between it cuts a call in two.
+std::vector<std::string> callsIn(const std::string& log) {
+  constexpr std::string_view kCut = " <unfinished ...>";
+  constexpr std::string_view kResumed = " resumed>";
+  std::vector<std::string> calls;
+  std::map<std::string, std::string> begun;  // by thread
+  std::istringstream lines(log);
+  for (std::string line; std::getline(lines, line);) {
+    std::string& beginning = begun[line.substr(0, line.find(' '))];
+    const std::size_t resumed = line.find(kResumed);
+    if (line.ends_with(kCut)) {
+      beginning = line.substr(0, line.size() - kCut.size());
+    } else if (resumed != std::string::npos) {
+      calls.push_back(std::exchange(beginning, {}) + line.substr(resumed + kResumed.size()));
+    } else {
+      calls.push_back(line);
+    }
+  }
+  for (const auto& [thread, beginning] : begun) calls.push_back(beginning);
+  return calls;
+}
+
 // What successful calls of this kind in strace's log changed, each with the line that tells of it.
 std::map<std::string, std::string> pathsChangedIn(const std::string& log) {
   std::map<std::string, std::string> paths;
-  std::istringstream lines(log);
-  for (std::string line; std::getline(lines, line);) {
-    const bool isCall = line.find('(') != std::string::npos && line.find(" resumed>") == std::string::npos;
+  for (const std::string& line : callsIn(log)) {
+    const bool isCall = line.find('(') != std::string::npos;
     const bool failed = line.find(" = -1 ") != std::string::npos;
     const bool opens = line.find(" open") != std::string::npos;
     const bool onlyReads = opens && line.find("O_WRONLY") == std::string::npos &&

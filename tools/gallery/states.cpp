@@ -149,9 +149,10 @@ std::unique_ptr<ui::Screen> menuWithSavedGame() {
 // Has come as far as this level, with one to three stars on most of those before.
 void playUpTo(int level) {
   store::saveProgress({.currentLevel = level, .totalSolves = level});
-  for (int before = std::max(1, level - 12); before < level; ++before)
-    if (before % 5 != 0)
-      store::recordBest(before, {.stars = 1 + before % 3, .aids = 2 - before % 3, .elapsedMs = 60000});
+  for (int before = std::max(1, level - 12); before < level; ++before) {
+    if (before % 5 == 0) continue;
+    store::recordBest(before, {.stars = 1 + before % 3, .aids = 2 - before % 3, .elapsedMs = 60000});
+  }
 }
 
 MakeScreen levelsUpTo(int level) {
