@@ -137,7 +137,6 @@ class Life : public support::WithGlyphFont {
   void clickSolvedButton(std::size_t place) const;
   void returnsToTheMenu();
   void click(const ui::Rect& rect) const { player.game().click(middleOf(rect)); }
-  void takePair();
   Members& settings() { return player.files.documents[kSettings]; }
 
   Player player;
@@ -259,16 +258,6 @@ void Life::goesBackToTheMenuAndQuits() {
 
 // --- the second sitting: an unfinished game ---
 
-void Life::takePair() {
-  window::Session& session = player.session();
-  const auto [a, b] = session.table.pair();
-  session.tap(a);
-  EXPECT_TRUE(session.showsSelected(a));
-  session.tap(b);
-  mj::applyMatch(session.table.game, a, b);
-  EXPECT_TRUE(session.showsTable());
-}
-
 void Life::playsAndLeavesInTheMiddle() {
   player.sitDown();
   const std::int64_t startedAt = nowMs();
@@ -276,8 +265,8 @@ void Life::playsAndLeavesInTheMiddle() {
   EXPECT_TRUE(player.choose(MenuEntry::NewGame));
   mj::GameState& game = player.session().table.game;
   EXPECT_TRUE(player.session().showsTable());
-  takePair();
-  takePair();
+  player.session().takePair();
+  player.session().takePair();
   player.game().type(Key::H);
   ++game.hints;
   player.game().type(Key::M);
@@ -308,7 +297,7 @@ void Life::goesOnWhereItWasLeft() {
   EXPECT_TRUE(player.choose(MenuEntry::Continue));
   Table& table = player.session().table;
   EXPECT_TRUE(table.isShownIn(player.game().picture().get())) << "the tiles do not fly in again";
-  takePair();
+  player.session().takePair();
   player.game().type(Key::H);
   ++table.game.hints;
   returnsToTheMenu();

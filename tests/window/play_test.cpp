@@ -34,15 +34,7 @@ INSTANTIATE_TEST_SUITE_P(With, Playing, testing::ValuesIn(kRenderers),
                          [](const auto& renderer) { return renderer.param.name; });
 
 TEST_P(Playing, APairIsTakenByTwoClicksAndComesBackByUndo) {
-  ASSERT_TRUE(session.showsTable());
-  const auto [a, b] = session.table.pair();
-
-  session.tap(a);
-  EXPECT_TRUE(session.showsSelected(a));
-  session.tap(b);
-  mj::applyMatch(session.table.game, a, b);
-  EXPECT_TRUE(session.showsTable());
-
+  session.takePair();
   session.game.type(Key::U);
   mj::undo(session.table.game);
   EXPECT_TRUE(session.showsTable());

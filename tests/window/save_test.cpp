@@ -57,23 +57,13 @@ const WayOut kWaysOut[] = {
     bySignal("Sighup", SIGHUP),
 };
 
-void takePair(Session& session) {
-  ASSERT_TRUE(session.showsTable());
-  const auto [a, b] = session.table.pair();
-  session.tap(a);
-  EXPECT_TRUE(session.showsSelected(a));
-  session.tap(b);
-  mj::applyMatch(session.table.game, a, b);
-  EXPECT_TRUE(session.showsTable());
-}
-
 class Leaving : public testing::TestWithParam<WayOut> {};
 INSTANTIATE_TEST_SUITE_P(By, Leaving, testing::ValuesIn(kWaysOut),
                          [](const auto& way) { return way.param.name; });
 
 TEST_P(Leaving, KeepsTheGameOnTheTable) {
   Session first;
-  takePair(first);
+  first.takePair();
   GetParam().take(first);
   ASSERT_TRUE(first.endsWith(GetParam().status));
 
@@ -86,7 +76,7 @@ TEST_P(Leaving, KeepsTheGameOnTheTable) {
 
 TEST(Killed, GameIsBackAsItWasFiveSecondsBefore) {
   Session first;
-  takePair(first);
+  first.takePair();
   const std::string save = first.desktop.dataPath("save.json");
   std::filesystem::remove(save);
   ASSERT_TRUE(waitFor([&] { return std::filesystem::exists(save); })) << "it is saved while it is played";
@@ -175,8 +165,8 @@ TEST(SaveFile, HoldsTheGame) {
   const auto started = std::chrono::system_clock::now();
   Session session;
   mj::GameState& game = session.table.game;
-  takePair(session);
-  takePair(session);
+  session.takePair();
+  session.takePair();
   session.game.type(Key::H);
   ++game.hints;
   session.game.type(Key::M);

@@ -70,6 +70,16 @@ class Session {
   }
 
   void tap(int tile) const { game.click(table.spotOn(tile, game.size())); }
+  // Takes a pair by two clicks, in the window and on the table.
+  void takePair() {
+    ASSERT_TRUE(showsTable());
+    const auto [a, b] = table.pair();
+    tap(a);
+    EXPECT_TRUE(showsSelected(a));
+    tap(b);
+    mj::applyMatch(table.game, a, b);
+    EXPECT_TRUE(showsTable());
+  }
 
   // Lets the game take all input sent so far, however little is to be seen of it: it is paused, which shows,
   // and goes on. False if the pause does not hide the board.
