@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <compare>
 #include <numbers>
+#include <set>
 #include <string>
 
 #include "resources/i18n.h"
@@ -22,12 +24,32 @@ void circlePath(cairo_t* cr, double cx, double cy, double r) {
   cairo_arc(cr, cx, cy, r, 0, 2 * kPi);
 }
 
-FontDescription makeFont(const TextStyle& style, double size) {
+// What pango makes a font of: the last four are how the context scales and turns it.
+struct FontKey {
+  std::string family;
+  double size = 0;
+  bool bold = false;
+  bool italic = false;
+  double xx = 1;
+  double yx = 0;
+  double xy = 0;
+  double yy = 1;
+
+  auto operator<=>(const FontKey&) const = default;
+};
+
+FontKey keyOf(cairo_t* cr, const TextStyle& style, double size) {
+  cairo_matrix_t matrix;
+  cairo_get_matrix(cr, &matrix);
+  return {style.family, size, style.bold, style.italic, matrix.xx, matrix.yx, matrix.xy, matrix.yy};
+}
+
+FontDescription makeFont(const FontKey& key) {
   FontDescription font(pango_font_description_new());
-  pango_font_description_set_family(font.get(), style.family);
-  pango_font_description_set_absolute_size(font.get(), size * PANGO_SCALE);
-  pango_font_description_set_weight(font.get(), style.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
-  pango_font_description_set_style(font.get(), style.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+  pango_font_description_set_family(font.get(), key.family.c_str());
+  pango_font_description_set_absolute_size(font.get(), key.size * PANGO_SCALE);
+  pango_font_description_set_weight(font.get(), key.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+  pango_font_description_set_style(font.get(), key.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
   return font;
 }
 
@@ -36,16 +58,25 @@ struct TextCache {
   TextLayout layout;
   cairo_t* madeFor = nullptr;  // only compared, for it may be gone
   FontDescription font;
-  std::string family;
-  double size = -1;  // no font has it, so that the first request makes one
-  bool bold = false;
-  bool italic = false;
+  FontKey key;
+  std::set<FontKey> known;  // all that pango has been asked for since it last forgot them
 };
 
 TextCache& textCache() {
   // Never destroyed: the layout and its font stay for the process to clear away.
   static auto& cache = *new TextCache;
   return cache;
+}
+
+// Pango and cairo keep whatever belongs to a font of a size, some twenty kilobytes, and a window drawn to
+// ever new sizes would come to hold a hundred megabytes. So now and then they are made to forget them all:
+// seldom enough not to be felt, for a window of one size needs fewer fonts on all screens together.
+void forgetManyFonts(TextCache& cache) {
+  constexpr std::size_t kMostFonts = 256;
+  if (cache.known.size() < kMostFonts) return;
+  cache.known.clear();
+  cache.layout.reset();
+  pango_cairo_font_map_set_default(nullptr);
 }
 
 // Han characters take the shapes of the reader's own language. Fonts tell the Chinese of the mainland by its
@@ -60,31 +91,27 @@ void useLanguage(PangoLayout* layout) {
 }
 
 void useContext(TextCache& cache, cairo_t* cr) {
+  forgetManyFonts(cache);
   if (!cache.layout || cache.madeFor != cr) {
     cache.layout.reset(pango_cairo_create_layout(cr));
     cache.madeFor = cr;
-    cache.size = -1;
+    cache.font.reset();
   }
   // A new context may lie where an old one lay, and the same one may have been scaled since.
   pango_cairo_update_layout(cr, cache.layout.get());
   useLanguage(cache.layout.get());
 }
 
-void useFont(TextCache& cache, const TextStyle& style, double size) {
+void useFont(TextCache& cache, const FontKey& key) {
   // A description lasts while the size is the very same number.
-  if (cache.font && cache.family == style.family && cache.size == size && cache.bold == style.bold &&
-      cache.italic == style.italic)
-    return;
-  cache.font = makeFont(style, size);
+  if (cache.font && cache.key == key) return;
+  cache.font = makeFont(key);
   pango_layout_set_font_description(cache.layout.get(), cache.font.get());
-  cache.family = style.family;
-  cache.size = size;
-  cache.bold = style.bold;
-  cache.italic = style.italic;
+  cache.known.insert(key);
+  cache.key = key;
 }
 
-// Shrunk sizes go in steps too small to be seen: pango and cairo keep whatever belongs to a font of a size,
-// and labels in windows of ever new sizes would come to hold a hundred megabytes.
+// Shrunk sizes go in steps too small to be seen, so that labels do not need a font each.
 double shrunkSize(double size) {
   constexpr double kStep = 0.125;
   constexpr double kRounding = 1e-6;  // 0.8 times 20 is to be 16
@@ -94,7 +121,7 @@ double shrunkSize(double size) {
 PangoLayout* layoutFor(cairo_t* cr, std::string_view text, const TextStyle& style, double scale) {
   TextCache& cache = textCache();
   useContext(cache, cr);
-  useFont(cache, style, scale < 1 ? shrunkSize(scale * style.size) : style.size);
+  useFont(cache, keyOf(cr, style, scale < 1 ? shrunkSize(scale * style.size) : style.size));
   pango_layout_set_text(cache.layout.get(), text.data(), static_cast<int>(text.size()));
   return cache.layout.get();
 }
@@ -137,9 +164,13 @@ PangoAlignment pangoAlignment(Align align) {
 
 // A layout of its own, so that the cached one never breaks a line.
 TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const TextStyle& style) {
+  const FontKey key = keyOf(cr, style, style.size);
+  TextCache& cache = textCache();
+  forgetManyFonts(cache);
+  cache.known.insert(key);
   TextLayout layout(pango_cairo_create_layout(cr));
   useLanguage(layout.get());
-  pango_layout_set_font_description(layout.get(), makeFont(style, style.size).get());
+  pango_layout_set_font_description(layout.get(), makeFont(key).get());
   // A negative width would mean never to break.
   pango_layout_set_width(layout.get(), static_cast<int>(std::max(width, 1.0) * PANGO_SCALE));
   pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);

@@ -18,7 +18,6 @@
 #include <vector>
 
 #include "app/app.h"
-#include "monkey/memory.h"
 #include "monkey/own_life.h"
 #include "monkey/seed.h"
 #include "monkey/unseen_program.h"
@@ -26,6 +25,7 @@
 #include "screens/menu_layout.h"
 #include "screens/solved_layout.h"
 #include "storage/storage.h"
+#include "support/memory.h"
 
 namespace {
 
@@ -183,10 +183,10 @@ class Player {
 
   void lookAtMemory(long solved) {
     const test::LiveTextures textures = test::liveTextures();
-    const long bytes = test::liveBytes() - textures.bytes;
+    const long bytes = support::liveBytes() - textures.bytes;
     std::printf("  after %ld levels and %ld frames: %ld bytes and %d textures of %ld\n", solved, frame.load(),
                 bytes, textures.count, textures.bytes);
-    if (!test::kMemoryIsSeen) return;
+    if (!support::kMemoryIsSeen) return;
     if (firstBytes == 0) firstBytes = bytes;
     EXPECT_LE(bytes, firstBytes + firstBytes / kGrowthPart) << "after " << solved << " levels";
   }

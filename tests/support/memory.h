@@ -4,7 +4,7 @@
 
 #include <malloc.h>
 
-namespace test {
+namespace support {
 
 #ifdef __SANITIZE_ADDRESS__
 inline constexpr bool kMemoryIsSeen = false;
@@ -18,4 +18,4 @@ inline long liveBytes() {
   return static_cast<long>(info.uordblks + info.hblkhd);
 }
 
-}  // namespace test
+}  // namespace support
