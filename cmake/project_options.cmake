@@ -33,15 +33,16 @@ function(veskara_library name)
   target_link_libraries(veskara_${name} PUBLIC ${arg_LINKS} PRIVATE veskara_options)
 endfunction()
 
-# veskara_test(NAME SOURCES ... LINKS ... [PROPERTIES ...]): a test program; each of its tests is one of ctest's.
+# veskara_test(NAME SOURCES ... LINKS ... [PROPERTIES ...] [FILTER ...]): a test program; each of its tests, or of those
+# that the filter names as GoogleTest does, is one of ctest's.
 function(veskara_test name)
-  cmake_parse_arguments(arg "" "" "SOURCES;LINKS;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(arg "" "FILTER" "SOURCES;LINKS;PROPERTIES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_options(${name} PRIVATE ${VESKARA_TEST_FLAGS})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} veskara_options GTest::gtest_main GTest::gmock)
   # gtest_discover_tests and ctest each take the list apart once before it reaches the test.
   list(JOIN VESKARA_TEST_ENVIRONMENT "\\\\\\\\\\\\\\\\;" environment)
-  gtest_discover_tests(${name} TEST_PREFIX "${VESKARA_TEST_PREFIX}"
+  gtest_discover_tests(${name} TEST_PREFIX "${VESKARA_TEST_PREFIX}" TEST_FILTER "${arg_FILTER}"
     PROPERTIES ENVIRONMENT "${environment}" ${arg_PROPERTIES} DISCOVERY_TIMEOUT 60)
 endfunction()

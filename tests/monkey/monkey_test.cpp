@@ -42,9 +42,13 @@ void openLevels(unsigned seed) {
   if (seed % 2 == 0) store::saveProgress({.currentLevel = store::kLastLevel, .totalSolves = 0});
 }
 
-void expectWasEverywhere(const Monkey& monkey) {
+// A short run may miss a screen.
+constexpr long kFramesToBeEverywhere = 5000;
+
+void expectWasEverywhere(const Monkey& monkey, long frames) {
   for (std::size_t kind = 0; kind < kScreenKinds; ++kind) {
     std::printf("  %s %d", kScreenNames[kind], monkey.framesOn()[kind]);
+    if (frames < kFramesToBeEverywhere) continue;
     EXPECT_GT(monkey.framesOn()[kind], 0) << kScreenNames[kind];
   }
   std::printf("\n");
@@ -66,7 +70,7 @@ TEST_P(MonkeyRun, IsSurvivedAndLeavesWholeFiles) {
     UnseenProgram program;
     Monkey monkey(program, seed);
     for (frame = 0; frame < frames; ++frame) monkey.frame();
-    expectWasEverywhere(monkey);
+    expectWasEverywhere(monkey, frames);
   });
   life.expectWholeFiles();
 }
