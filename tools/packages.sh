@@ -6,9 +6,8 @@ game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev li
 # What a machine without a display needs to show it all the same.
 headless_packages="xvfb maim xdotool"
 # What the tests and benchmarks need beside these.
-check_packages="git locales python3 strace clang libclang-rt-dev clang-format clang-tidy cppcheck libgtest-dev libgmock-dev
-  libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev
-  libxtst-dev"
+check_packages="git locales python3 strace clang libclang-rt-dev clang-format clang-tidy cppcheck libgtest-dev
+  libgmock-dev libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev libxtst-dev"
 # What makes packages of the game, and what the tests of these need beside it.
 package_packages="dpkg-dev file patchelf"
 check_packages+=" $package_packages appstream desktop-file-utils fakeroot flatpak-builder librsvg2-bin lintian

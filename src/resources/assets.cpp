@@ -3,10 +3,10 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <utility>
 
 #include "resources/assets_data.h"
@@ -43,22 +43,11 @@ std::string unscrambled(const assets_data::Entry& entry) {
   return bytes;
 }
 
-// False if there is no such file, or if it cannot be read.
-bool readOverride(const std::string& name, std::string& out) {
+// Nothing if there is no such file, or if it cannot be read.
+std::optional<std::string> readOverride(const std::string& name) {
   const std::string root = paths::envOr("VESKARA_ASSET_DIR");
-  if (root.empty()) return false;
-  const std::string path = root + "/assets/" + name;
-  if (!paths::isFile(path)) return false;
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return false;
-  std::array<char, 65536> chunk;
-  std::string bytes;
-  while (file.read(chunk.data(), chunk.size()), file.gcount() > 0) {
-    bytes.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
-  }
-  if (file.bad()) return false;
-  out = std::move(bytes);
-  return true;
+  if (root.empty()) return std::nullopt;
+  return paths::readFile(root + "/assets/" + name);
 }
 
 std::string fontDir() {
@@ -85,8 +74,8 @@ bool has(const std::string& name) { return findEntry(name) != nullptr; }
 
 const std::string& blob(const std::string& name) {
   if (const auto cached = cache().find(name); cached != cache().end()) return cached->second;
-  std::string bytes;
-  if (!readOverride(name, bytes)) {
+  std::optional<std::string> bytes = readOverride(name);
+  if (!bytes) {
     const assets_data::Entry* entry = findEntry(name);
     if (entry == nullptr) {
       std::fprintf(stderr, "[assets] unknown asset: %s\n", name.c_str());
@@ -94,7 +83,7 @@ const std::string& blob(const std::string& name) {
     }
     bytes = unscrambled(*entry);
   }
-  return cache().emplace(name, std::move(bytes)).first->second;
+  return cache().emplace(name, std::move(*bytes)).first->second;
 }
 
 std::string materializeFonts() {

@@ -69,9 +69,6 @@ constexpr double kCompactButtonH = 40;
 
 double lineHeight(double size) { return std::round(1.25 * size); }
 
-// In proportion to the width of one of its tiles, as drawTileFan returns it.
-constexpr double kFanHeight = 1.32 * ui::kTileAspect;
-
 std::string textOf(const LineLook& look) {
   switch (look.wording) {
     case Wording::Key:
@@ -249,7 +246,7 @@ AboutLayout aboutLayout(double w, double h) {
   layout.fanTileW = compact ? 38 : 46;
   const auto& [view, x, columnW] = layout.column;
   double y = 0;
-  layout.fan = {x, y, columnW, std::round(kFanHeight * layout.fanTileW)};
+  layout.fan = {x, y, columnW, std::round(ui::kTileFanH * layout.fanTileW)};
   y += layout.fan.h;
   for (std::size_t i = 0; i < kAboutLines; ++i) {
     y += std::round(gaps * kLines[i].gap);

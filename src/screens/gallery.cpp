@@ -27,7 +27,6 @@ namespace screens {
 namespace {
 
 constexpr const char* kCardKey = "gallery|";  // before the keys of the cards' textures
-constexpr const char* kNoEnd = "|";           // no key ends so
 constexpr double kFanTileW = 56;
 constexpr double kFanGap = 36;  // from the foot of the middle tile to the text; the outer ones reach lower
 
@@ -56,7 +55,7 @@ class Gallery : public ui::Screen {
  public:
   Gallery();
   // The pictures in the files may be others at the next visit.
-  ~Gallery() override { ui::gpuDropTextures(kCardKey, kNoEnd); }
+  ~Gallery() override { ui::gpuDropTextures(kCardKey, ui::kKeepNone); }
 
   void update(ui::Ctx& ctx) override;
 

@@ -2,6 +2,8 @@
 // and no input. Units: logical pixels.
 #pragma once
 
+#include <cairo.h>
+
 #include "rules/engine.h"
 #include "storage/storage.h"
 #include "ui/handles.h"

@@ -32,7 +32,6 @@ namespace screens {
 namespace {
 
 constexpr const char* kCardKey = "level|";  // before the keys of the cards' pictures
-constexpr const char* kNoEnd = "|";         // no key ends so
 constexpr ui::TextStyle kLabelStyle = {.size = 16, .bold = true, .color = ui::palette::kLightText};
 constexpr ui::TextStyle kFactStyle = {
     .size = 12, .color = ui::palette::kMutedText, .align = ui::Align::Right};
@@ -94,7 +93,7 @@ void drawPicture(cairo_t* cr, cairo_surface_t* picture, double x, double y, doub
 class LevelSelect : public ui::Screen {
  public:
   LevelSelect();
-  ~LevelSelect() override { ui::gpuDropTextures(kCardKey, kNoEnd); }
+  ~LevelSelect() override { ui::gpuDropTextures(kCardKey, ui::kKeepNone); }
 
   void update(ui::Ctx& ctx) override;
 
@@ -135,7 +134,7 @@ void LevelSelect::update(ui::Ctx& ctx) {
 void LevelSelect::turnTo(int newPage) {
   page = newPage;
   scroll = 0;
-  ui::gpuDropTextures(kCardKey, kNoEnd);
+  ui::gpuDropTextures(kCardKey, ui::kKeepNone);
   for (int i = 0; i < kLevelsPerPage; ++i) {
     stars[static_cast<std::size_t>(i)] = store::bestFor(levelAt(i)).stars;
   }

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -51,8 +50,7 @@ ui::Rect below(double top, ui::Rect rect) {
 
 // Pictures of titles are kept by their letters alone, and languages draw the same Han character differently.
 void dropTitlePictures() {
-  constexpr const char* kNoPicturesEnd = "|";
-  for (const char* kind : {"glow|", "ttl|"}) ui::gpuDropTextures(kind, kNoPicturesEnd);
+  for (const char* kind : {"glow|", "ttl|"}) ui::gpuDropTextures(kind, ui::kKeepNone);
 }
 
 class Settings : public ui::Screen {
@@ -113,10 +111,8 @@ void Settings::persist() {
 void Settings::body(ui::Ctx& ctx) {
   const ui::Rect view = listView(ctx.w, ctx.h);
   layout = settingsLayout(ctx.cr, ctx.w);
-  scrolledList(ctx, view, layout.height, scroll, [&] {
-    // In the middle of the view if all of it fits.
-    drawBody(ctx, view.y - scroll + std::max((view.h - layout.height) / 2, 0.0), ui::Game::settings());
-  });
+  scrolledList(ctx, view, layout.height, scroll,
+               [&] { drawBody(ctx, settingsTop(layout, view) - scroll, ui::Game::settings()); });
   ui::footer(ctx, ctx.h - ui::kFooterGap);
 }
 

@@ -118,4 +118,8 @@ SettingsLayout settingsLayout(cairo_t* cr, double w) {
   return layout;
 }
 
+double settingsTop(const SettingsLayout& layout, const ui::Rect& view) {
+  return view.y + std::max((view.h - layout.height) / 2, 0.0);
+}
+
 }  // namespace screens

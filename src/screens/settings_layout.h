@@ -46,5 +46,7 @@ struct SettingsLayout {
 
 // The texts are measured as this context draws them.
 SettingsLayout settingsLayout(cairo_t* cr, double w);
+// Where it begins before anything is scrolled: in the middle of the view if all of it fits.
+double settingsTop(const SettingsLayout& layout, const ui::Rect& view);
 
 }  // namespace screens

@@ -4,10 +4,10 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <filesystem>
 #include <fstream>
 #include <string_view>
-#include <system_error>
+
+#include "storage/paths.h"
 
 namespace screens {
 namespace {
@@ -26,8 +26,7 @@ bool isSensibleLength(std::uint32_t pixels) { return pixels >= 1 && pixels <= kL
 
 bool isSensiblePng(const std::string& path) {
   // Opening a pipe would wait for somebody to write into it.
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return false;
+  if (!paths::isFile(path)) return false;
   PngHeader header{};
   std::ifstream file(path, std::ios::binary);
   if (!file.read(header.data(), header.size())) return false;

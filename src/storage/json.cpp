@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -437,17 +438,9 @@ std::string Value::dump() const {
 Value parse(const std::string& text) { return Parser(text).run(); }
 
 bool parseFile(const std::string& path, Value* out) {
-  if (!paths::isFile(path)) return false;
-  std::ifstream file(path, std::ios::binary);
-  std::string text;
-  std::array<char, 65536> chunk;
-  while (file.read(chunk.data(), chunk.size()) || file.gcount() > 0) {
-    text.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
-  }
-  // Not opened, or not readable to its end.
-  if (!file.eof()) return false;
-  *out = parse(text);
-  return true;
+  const std::optional<std::string> text = paths::readFile(path);
+  if (text) *out = parse(*text);
+  return text.has_value();
 }
 
 std::string temporaryPath(const std::string& path) { return path + ".tmp"; }

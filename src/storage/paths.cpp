@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <system_error>
 #include <vector>
 
@@ -73,6 +74,19 @@ void ensureDir(const std::string& path) {
 bool isFile(const std::string& path) {
   std::error_code error;
   return std::filesystem::is_regular_file(path, error);
+}
+
+std::optional<std::string> readFile(const std::string& path) {
+  if (!isFile(path)) return std::nullopt;
+  std::ifstream file(path, std::ios::binary);
+  std::string bytes;
+  std::array<char, 65536> chunk;
+  while (file.read(chunk.data(), chunk.size()) || file.gcount() > 0) {
+    bytes.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
+  }
+  // Not opened, or not readable to its end.
+  if (!file.eof()) return std::nullopt;
+  return bytes;
 }
 
 bool removePipe(const std::string& path) {

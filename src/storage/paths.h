@@ -3,6 +3,7 @@
 // built.
 #pragma once
 
+#include <optional>
 #include <string>
 
 namespace paths {
@@ -29,6 +30,9 @@ void ensureDir(const std::string& path);
 // Whether a plain file is there, links followed. Nothing else can be read safely: a pipe makes whoever opens
 // it wait, and a device may never come to its end.
 bool isFile(const std::string& path);
+
+// The whole of a plain file; nothing if there is none, or if it cannot be read to its end.
+std::optional<std::string> readFile(const std::string& path);
 
 // Takes a pipe away from where a file is to be written: whoever opened it would wait for a reader. False if
 // it stays.

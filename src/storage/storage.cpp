@@ -60,19 +60,16 @@ Settings loadSettings() {
 }
 
 void saveSettings(const Settings& settings) {
-  js::Value doc;
-  doc.kind = js::Value::Object;
-  doc.o["language"] = valueOf(settings.language);
-  doc.o["soundOn"] = valueOf(settings.soundOn);
-  doc.o["musicVolume"] = valueOf(settings.musicVolume);
-  doc.o["sfxVolume"] = valueOf(settings.sfxVolume);
-  doc.o["fullscreen"] = valueOf(settings.fullscreen);
-  doc.o["maximized"] = valueOf(settings.maximized);
-  doc.o["windowX"] = valueOf(settings.windowX);
-  doc.o["windowY"] = valueOf(settings.windowY);
-  doc.o["windowW"] = valueOf(settings.windowW);
-  doc.o["windowH"] = valueOf(settings.windowH);
-  writeFile(kSettingsFile, doc);
+  writeFile(kSettingsFile, objectOf({{"language", valueOf(settings.language)},
+                                     {"soundOn", valueOf(settings.soundOn)},
+                                     {"musicVolume", valueOf(settings.musicVolume)},
+                                     {"sfxVolume", valueOf(settings.sfxVolume)},
+                                     {"fullscreen", valueOf(settings.fullscreen)},
+                                     {"maximized", valueOf(settings.maximized)},
+                                     {"windowX", valueOf(settings.windowX)},
+                                     {"windowY", valueOf(settings.windowY)},
+                                     {"windowW", valueOf(settings.windowW)},
+                                     {"windowH", valueOf(settings.windowH)}}));
 }
 
 int computeStars(int aids) {

@@ -73,6 +73,7 @@ void gpuPicture(cairo_t* cr, const std::string& key, const Rect& rect, const Pai
 // Drops the pictures whose key begins with `prefix` and does not end in `keepSuffix`: large ones of a size
 // that is not shown any more need not wait for their turn to age out.
 void gpuDropTextures(std::string_view prefix, std::string_view keepSuffix);
+inline constexpr std::string_view kKeepNone = "|";  // no key ends so
 
 // Draws the whole texture into the logical rectangle; `alpha` is its opacity, 0 to 1. Null draws nothing.
 void gpuBlit(SDL_Texture* texture, double x, double y, double w, double h, double alpha);

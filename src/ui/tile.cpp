@@ -322,7 +322,7 @@ void drawTile(cairo_t* cr, const Rect& rect, const std::string& face, const Tile
 double drawTileFan(cairo_t* cr, double cx, double cy, double tileW) {
   if (!(tileW > 0)) return 0;
   const FanPicture& fan = fanPicture(tileW, gpuScale());
-  const double height = 1.32 * kTileAspect * tileW;
+  const double height = kTileFanH * tileW;
   // A picture that could not be made would break the context.
   if (cairo_surface_status(fan.pixels.get()) != CAIRO_STATUS_SUCCESS) return height;
   // On whole pixels, or its letters would blur.

@@ -58,6 +58,8 @@ void drawTileBase(cairo_t* cr, const Rect& rect, const std::string& face, const 
 void drawTile(cairo_t* cr, const Rect& rect, const std::string& face, const TileVisual& visual);
 // The red glow of a picked or refused tile: a veil and a thick frame just inside the edge.
 void drawTileGlow(cairo_t* cr, const Rect& rect, unsigned color, double fillAlpha, double strokeAlpha);
+// How high the fan is, in widths of a tile.
+inline constexpr double kTileFanH = 1.32 * kTileAspect;
 // Five tiles fanned about (cx, cy), on which the middle one stands; the tilted ones reach a little higher.
 // Painted once for a size, then copied. Returns the height it occupies, 0 for a width that is not positive.
 double drawTileFan(cairo_t* cr, double cx, double cy, double tileW);

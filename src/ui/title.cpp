@@ -338,10 +338,6 @@ void drawGlowTitle(const Ctx& ctx, double cx, double top, std::string_view text,
   }
 }
 
-double glowTitleWidth(const Ctx& ctx, std::string_view text, double size) {
-  return measureWord(ctx.cr, text, size).w;
-}
-
 double drawTileTitle(const Ctx& ctx, double cx, double top, std::string_view text, double tileW,
                      double startTime) {
   const double tileH = std::round(kTileAspect * tileW);

@@ -20,9 +20,6 @@ namespace ui {
 // letters glows and waves as one: taken apart, its letters would stand in the wrong order and the joined
 // script would fall to pieces.
 void drawGlowTitle(const Ctx& ctx, double cx, double top, std::string_view text, double size);
-// The sum of the letters' widths, in proportion to `size` but for the rounding of each letter to whole
-// pixels.
-double glowTitleWidth(const Ctx& ctx, std::string_view text, double size);
 
 // The word on tiles of `tileW` about cx, resting at `top`. The first tile begins to drop 0.15 after
 // `startTime`, each of the others 0.11 after the one before; each takes 0.46 and comes from nine tenths of

@@ -4,7 +4,6 @@
 #include <cassert>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "fuzz/data_file.h"
 #include "rules/engine.h"

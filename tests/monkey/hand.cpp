@@ -4,7 +4,6 @@
 #include <X11/Xlib.h>
 #include <X11/extensions/XTest.h>
 
-#include <array>
 #include <stdexcept>
 
 namespace test {

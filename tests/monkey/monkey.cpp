@@ -3,7 +3,6 @@
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -356,8 +355,7 @@ class Sights {
     const ui::CairoSurface surface = support::makePicture(1, 1);
     const ui::CairoContext cr(cairo_create(surface.get()));
     const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), w);
-    const ui::Rect view = screens::listView(w, h);
-    const double top = view.y + std::max((view.h - layout.height) / 2, 0.0);
+    const double top = screens::settingsTop(layout, screens::listView(w, h));
     const auto inside = [&](ui::Rect rect) {
       rect.y += top;
       add(rect);

@@ -1,6 +1,5 @@
 #include "resources/i18n.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>

@@ -1,6 +1,5 @@
 #include "rules/tiles.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <map>

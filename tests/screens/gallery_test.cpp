@@ -6,15 +6,12 @@
 #include <filesystem>
 #include <string>
 
-#include "rules/levels.h"
-#include "rules/table_themes.h"
 #include "screens/gallery_layout.h"
 #include "screens/list_screen.h"
 #include "screens/solve_picture.h"
 #include "screens/stack.h"
 #include "support/heard.h"
 #include "support/picture.h"
-#include "ui/scenes.h"
 
 namespace {
 

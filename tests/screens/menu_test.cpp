@@ -13,7 +13,6 @@
 
 #include "resources/i18n.h"
 #include "rules/levels.h"
-#include "rules/table_themes.h"
 #include "screens/menu.h"
 #include "screens/menu_layout.h"
 #include "screens/stack.h"

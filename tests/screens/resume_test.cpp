@@ -2,7 +2,6 @@
 
 #include "screens/resume.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>

@@ -5,7 +5,6 @@
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <ostream>
 #include <string>
@@ -60,7 +59,7 @@ class SettingsScreen : public testing::Test {
   ui::Rect view() const { return screens::listView(width, height); }
   // As the window shows it while it is scrolled by so much.
   ui::Rect shown(ui::Rect rect, double scroll = 0) const {
-    rect.y += view().y - scroll + std::max((view().h - layout().height) / 2, 0.0);
+    rect.y += screens::settingsTop(layout(), view()) - scroll;
     return rect;
   }
   ui::Rect slider(screens::VolumeRow screens::SettingsLayout::*row) const {

@@ -27,10 +27,6 @@ using test::Kind;
 constexpr std::size_t kPage = 4096;
 constexpr uid_t kNobody = 65534;
 
-std::string failureOf(const DataHome& home, const Kind& kind) {
-  return "[store] konnte " + home.path(kind.file) + " nicht schreiben\n";
-}
-
 // What saving the state says on standard error. A pipe takes it: the disk may be full.
 std::string save(const Kind& kind, int n) {
   return inOwnProcess([&] {
@@ -63,7 +59,7 @@ TEST_P(Disk, ThatBreaksOffAnywhereKeepsTheOldState) {
       setrlimit(RLIMIT_FSIZE, &bytes);
       return save(kind, 3);
     });
-    EXPECT_EQ(said, failureOf(home, kind)) << limit;
+    EXPECT_EQ(said, home.failureOf(kind.file)) << limit;
     EXPECT_EQ(home.text(kind.file), old) << limit;
   }
   EXPECT_EQ(save(kind, 3), "");
@@ -94,7 +90,7 @@ TEST_P(Disk, ThatIsFullKeepsTheOldStateUntilThereIsRoomAgain) {
       std::string said = save(kind, 2);
       const int found = kind.load();
       if (found != (said.empty() ? 2 : 1)) return "state " + std::to_string(found) + " and " + said;
-      if (!said.empty() && said != failureOf(home, kind)) return said;
+      if (!said.empty() && said != home.failureOf(kind.file)) return said;
       if (room == 0 && said.empty()) return "the disk was not full";
       std::filesystem::remove(home.path("filler"));
     }
@@ -128,7 +124,7 @@ TEST_P(Disk, WithADirectoryThatMayNotBeWrittenKeepsTheOldState) {
                        told += save(kind, 2);
                        return told + std::to_string(kind.load());
                      }),
-            failureOf(home, kind) + "12");
+            home.failureOf(kind.file) + "12");
 }
 
 // A file of which a part is to be kept is not replaced by one without it.
@@ -144,7 +140,7 @@ TEST_P(Disk, WithAFileThatMayNotBeReadKeepsItsState) {
                        std::filesystem::permissions(home.path(kind.file), perms(0644));
                        return said + std::to_string(kind.load());
                      }),
-            isReadFirst ? failureOf(home, kind) + "1" : "2");
+            isReadFirst ? home.failureOf(kind.file) + "1" : "2");
 }
 
 INSTANTIATE_TEST_SUITE_P(Saving, Disk, testing::ValuesIn(test::kinds()),

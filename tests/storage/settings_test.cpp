@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
-#include <limits>
 #include <string>
 
 #include "storage/storage.h"

@@ -55,10 +55,6 @@ Outcome saveDisturbed(const DataHome& home, const Kind& kind, int first, int las
   return run;
 }
 
-std::string failureOf(const DataHome& home, const Kind& kind) {
-  return "[store] konnte " + home.path(kind.file) + " nicht schreiben\n";
-}
-
 class Disturbed : public testing::TestWithParam<Kind> {
  protected:
   void SetUp() override {
@@ -92,7 +88,7 @@ TEST_P(Disturbed, ByAFailingCallKeepsTheOldStateOrTheNewOneAndSaysSo) {
     EXPECT_TRUE(found == 1 || found == 2) << found;
     // Not renamed, the new one is found under its temporary name.
     const bool failed = found == 1 || (run.hit && call == "rename");
-    EXPECT_EQ(run.messages, failed ? failureOf(home, kind) : "");
+    EXPECT_EQ(run.messages, failed ? home.failureOf(kind.file) : "");
 
     EXPECT_EQ(save(kind, found + 1, found + 1).messages, "");
     EXPECT_EQ(kind.load(), found + 1);

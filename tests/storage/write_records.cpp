@@ -1,8 +1,5 @@
 // Writes one of each of the player's files for read_back.py, which knows what must stand in them.
 
-#include <cstdint>
-#include <string>
-
 #include "rules/engine.h"
 #include "rules/levels.h"
 #include "storage/storage.h"

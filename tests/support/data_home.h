@@ -23,6 +23,10 @@ class DataHome {
   bool has(const std::string& file) const { return std::filesystem::exists(path(file)); }
   // Its bytes, none if it is not there.
   std::string text(const std::string& file) const { return readAll(path(file)); }
+  // What the game says when it cannot write the file.
+  std::string failureOf(const std::string& file) const {
+    return "[store] konnte " + path(file) + " nicht schreiben\n";
+  }
   void write(const std::string& file, const std::string& bytes) const { root().makeFile(below(file), bytes); }
 
  private:

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <cstdlib>
 #include <string>
 
 namespace support {

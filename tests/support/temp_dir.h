@@ -11,6 +11,12 @@
 
 namespace support {
 
+// Makes a file, its directories too.
+inline void writeFile(const std::string& path, const std::string& bytes) {
+  std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+  std::ofstream(path, std::ios::binary) << bytes;
+}
+
 // An empty directory, removed with all that came into it when the object goes.
 class TempDir {
  public:
@@ -36,8 +42,7 @@ class TempDir {
 
   // Makes a file, its directories too, and gives back its path.
   std::string makeFile(const std::string& below, const std::string& bytes) const {
-    std::filesystem::create_directories(std::filesystem::path(path(below)).parent_path());
-    std::ofstream(path(below), std::ios::binary) << bytes;
+    writeFile(path(below), bytes);
     return path(below);
   }
 

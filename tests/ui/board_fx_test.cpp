@@ -14,7 +14,6 @@
 #include "support/picture.h"
 #include "ui/board_scenes.h"
 #include "ui/gpu.h"
-#include "ui/tile.h"
 
 namespace {
 

@@ -4,11 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <functional>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "rules/boards.h"

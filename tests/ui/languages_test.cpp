@@ -5,7 +5,6 @@
 #include <pango/pangocairo.h>
 
 #include <string>
-#include <vector>
 
 #include "resources/date_data.h"
 #include "resources/i18n.h"

@@ -52,6 +52,11 @@ Environment cleanEnvironment(const std::string& home) {
   return environment;
 }
 
+Environment changed(Environment environment, const Environment& changes) {
+  for (const auto& [name, value] : changes) environment[name] = value;
+  return environment;
+}
+
 Child::Child(const std::vector<std::string>& command, const Environment& environment) {
   std::vector<std::string> words = command;
   std::vector<std::string> variables;

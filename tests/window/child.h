@@ -27,6 +27,8 @@ using Environment = std::map<std::string, std::string>;
 // What a program needs of the test's own environment (the search path, the sanitizers' options), and
 // directories below `home` for all it may write. Names no display.
 Environment cleanEnvironment(const std::string& home);
+// The environment with these variables set.
+Environment changed(Environment environment, const Environment& changes);
 
 class Child {
  public:

@@ -1,18 +1,18 @@
 #include "window/controls.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <limits>
 
+#include "resources/i18n.h"
 #include "screens/gallery_layout.h"
 #include "screens/list_screen.h"
 #include "support/picture.h"
-#include "window/menu.h"
 
 namespace window {
 namespace {
 
-// From the middle of the window, where the plate lies, to the middle of its right button.
+// From the middle of the window, where the plate lies, to the middles of its buttons.
+constexpr Point kNo = {-100, 74};
 constexpr Point kYes = {100, 74};
 
 // How light the window is in its corner, where nothing but cloth ever is. Compares as false without a
@@ -38,26 +38,33 @@ bool askBy(const Game& game, const std::function<void()>& act) {
   return waitFor([&] { return cornerLight(game) < before / 2; });
 }
 
-Point settingsControl(const Game& game, ui::Rect screens::SettingsLayout::*control) {
+ui::Rect settingsControl(const Game& game,
+                         const std::function<ui::Rect(const screens::SettingsLayout&)>& control,
+                         const std::string& language) {
+  i18n::setLanguage(language);
   const Size size = game.size();
   const ui::CairoSurface paper = support::makePicture(1, 1);
   const ui::CairoContext cr(cairo_create(paper.get()));
   const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), size.w);
-  const ui::Rect view = screens::listView(size.w, size.h);
-  ui::Rect rect = layout.*control;
-  rect.y += view.y + std::max((view.h - layout.height) / 2, 0.0);
-  return middleOf(rect);
+  ui::Rect rect = control(layout);
+  rect.y += screens::settingsTop(layout, screens::listView(size.w, size.h));
+  return rect;
 }
 
-Point firstCard(const Game& game) {
+ui::Rect firstCard(const Game& game) {
   const Size size = game.size();
-  return middleOf(screens::galleryGrid(size.w, size.h, screens::kPagedListTop).card(0, 0));
+  return screens::galleryGrid(size.w, size.h, screens::kPagedListTop).card(0, 0);
+}
+
+void answer(const Game& game, bool yes) {
+  const Size size = game.size();
+  const Point place = yes ? kYes : kNo;
+  game.click({size.w / 2 + place.x, size.h / 2 + place.y});
 }
 
 bool confirm(const Game& game) {
   const double veiled = cornerLight(game);
-  const Size size = game.size();
-  game.click({size.w / 2 + kYes.x, size.h / 2 + kYes.y});
+  answer(game, true);
   return waitFor([&] { return cornerLight(game) > 2 * veiled; });
 }
 

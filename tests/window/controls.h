@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 #include "screens/settings_layout.h"
 #include "window/desktop.h"
@@ -10,11 +11,15 @@ namespace window {
 
 // Does what makes the game ask, and waits until the question lies over the screen. False if none comes.
 bool askBy(const Game& game, const std::function<void()>& act);
-// The middle of one of the settings' controls.
-Point settingsControl(const Game& game, ui::Rect screens::SettingsLayout::*control);
-// The middle of the gallery's first card.
-Point firstCard(const Game& game);
-// Says yes to it, and waits until it is gone. False if it stays.
+// Where something of the settings lies in the window, in this language.
+ui::Rect settingsControl(const Game& game,
+                         const std::function<ui::Rect(const screens::SettingsLayout&)>& control,
+                         const std::string& language = "en");
+// Where the gallery's first card lies.
+ui::Rect firstCard(const Game& game);
+// Clicks on yes or no.
+void answer(const Game& game, bool yes);
+// Says yes, and waits until the question is gone. False if it stays.
 bool confirm(const Game& game);
 
 }  // namespace window

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
@@ -16,6 +15,7 @@
 #include "rules/levels.h"
 #include "storage/storage.h"
 #include "support/own_process.h"
+#include "window/data_files.h"
 #include "window/home.h"
 #include "window/session.h"
 
@@ -29,6 +29,7 @@ using window::Environment;
 using window::Game;
 using window::Home;
 using window::Key;
+using window::writtenFile;
 
 // A game of level 1 in which four pairs were taken and a hint and a shuffle were asked for.
 store::SavedGame goodGame() {
@@ -44,18 +45,8 @@ store::SavedGame goodGame() {
   return saved;
 }
 
-// The text of a file as the game writes it.
-std::string written(const std::string& file, const std::function<void()>& save) {
-  const support::TempDir home;
-  return support::inOwnProcess([&] {
-    setenv("XDG_DATA_HOME", home.path().c_str(), 1);
-    save();
-    return support::readAll(home.path("veskara/" + file));
-  });
-}
-
 const std::string& goodSave() {
-  static const std::string text = written("save.json", [] { store::saveGame(goodGame()); });
+  static const std::string text = writtenFile("save.json", [] { store::saveGame(goodGame()); });
   return text;
 }
 
@@ -93,8 +84,7 @@ Run playIn(Desktop& desktop, const Home& home) {
   Game game(home.command(), desktop, home.environment());
   EXPECT_TRUE(window::continueFromMenu(game));
   for (const Key key : {Key::H, Key::M, Key::U}) game.type(key);
-  game.type(Key::LeftControl, Key::Q);
-  EXPECT_EQ(game.process().waitForEnd(), 0) << game.process().errors();
+  quit(game);
   return {.errors = game.process().errors(), .game = support::inOwnProcess([&] {
                                                setenv("XDG_DATA_HOME", home.path("data").c_str(), 1);
                                                return textOf(store::loadGame().game);
@@ -142,7 +132,7 @@ void expectPlays(const std::vector<Damage>& damages) {
 
 TEST(DamagedFiles, CutAtAnyPlaceGiveAFreshGame) {
   const std::string& save = goodSave();
-  const std::string settings = written("settings.json", [] { store::saveSettings({}); });
+  const std::string settings = writtenFile("settings.json", [] { store::saveSettings({}); });
   Desktop desktop;
   for (std::size_t length = 0; length < save.size(); length += 100) {
     SCOPED_TRACE(length);
@@ -206,16 +196,14 @@ TEST(DamagedFiles, LoseNoMoreThanWhatIsDamaged) {
 void expectPlaysUnsaved(const Home& home, const std::vector<std::string>& files,
                         const Environment& changes = {}) {
   Desktop desktop;
-  Environment environment = home.environment();
-  for (const auto& [name, value] : changes) environment[name] = value;
+  Environment environment = window::changed(home.environment(), changes);
   Game game(home.command(), desktop, environment);
   window::Table table;
   EXPECT_TRUE(window::continueFromMenu(game));
   game.type(Key::M);
   mj::shuffleBoard(table.game);
   EXPECT_TRUE(window::waitFor([&] { return static_cast<bool>(table.isShownIn(game.picture().get())); }));
-  game.type(Key::LeftControl, Key::Q);
-  EXPECT_EQ(game.process().waitForEnd(), 0);
+  quit(game);
   const std::string dir = environment["XDG_DATA_HOME"] + "/veskara";
   for (const char* file : {"settings.json", "save.json"}) {
     const std::string message = "[store] konnte " + dir + "/" + file + " nicht schreiben\n";

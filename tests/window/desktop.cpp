@@ -46,11 +46,6 @@ Environment environmentOn(const std::string& display, const std::string& home) {
   return environment;
 }
 
-Environment changed(Environment environment, const Environment& changes) {
-  for (const auto& [name, value] : changes) environment[name] = value;
-  return environment;
-}
-
 // A property's values, each `Value` being what Xlib keeps one of them in.
 template <class Value>
 std::vector<Value> property(Display* display, Window window, const char* name) {
@@ -93,6 +88,10 @@ void tell(Display* display, Window receiver, long mask, Window window, const cha
 }
 
 }  // namespace
+
+Size sizeOf(cairo_surface_t* picture) {
+  return {cairo_image_surface_get_width(picture), cairo_image_surface_get_height(picture)};
+}
 
 struct Desktop::Connection {
   explicit Connection(const std::string& name) : display(XOpenDisplay(name.c_str())) {
@@ -182,6 +181,12 @@ Desktop::Frozen::Frozen(Desktop& desktop) : frozen(desktop) {
 Desktop::Frozen::~Frozen() {
   XUngrabServer(frozen.connection->display);
   XSync(frozen.connection->display, False);
+}
+
+Environment preloading(const Desktop& desktop, const std::string& library) {
+  const Environment environment = desktop.environment();
+  const auto others = environment.find("LD_PRELOAD");
+  return {{"LD_PRELOAD", (others == environment.end() ? "" : others->second + ":") + library}};
 }
 
 std::vector<std::string> gameCommand(const std::vector<std::string>& arguments) {

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,6 +25,8 @@ struct Size {
 
   bool operator==(const Size&) const = default;
 };
+
+Size sizeOf(cairo_surface_t* picture);
 
 inline constexpr Size kScreen = {1280, 1024};
 // What the first start's settings say.
@@ -90,6 +91,9 @@ class Desktop {
   Child windowManager;
   std::unique_ptr<Connection> connection;
 };
+
+// What has to change in the desktop's environment for a program into which this library is loaded first.
+Environment preloading(const Desktop& desktop, const std::string& library);
 
 // The game under test in its window. Places are those of the window's inside.
 class Game {

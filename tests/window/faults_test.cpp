@@ -21,6 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using support::readAll;
+using support::writeFile;
 using window::areWhole;
 using window::DataFiles;
 using window::Desktop;
@@ -37,16 +38,6 @@ bool says(Game& game, const std::string& line) {
   return game.process().errors().find(line) != std::string::npos;
 }
 
-void quit(Game& game) {
-  game.type(Key::LeftControl, Key::Q);
-  EXPECT_EQ(game.process().waitForEnd(), 0) << game.process().errors();
-}
-
-void write(const std::string& path, const std::string& text) {
-  fs::create_directories(fs::path(path).parent_path());
-  std::ofstream(path, std::ios::binary) << text;
-}
-
 // --- system calls ---
 
 struct Fault {
@@ -61,7 +52,7 @@ void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
 class Disturbed {
  public:
   Disturbed(const Fault& fault, const std::string& when) {
-    write(desktop.dataPath("save.json"), saved);
+    writeFile(desktop.dataPath("save.json"), saved);
     Environment changes = window::traceable(desktop);
     changes["VESKARA_AUTOPLAY"] = "0.02";
     std::vector<std::string> command = window::straceCommand(
@@ -71,8 +62,7 @@ class Disturbed {
     EXPECT_TRUE(window::continueFromMenu(game));
     // Last of all comes the record of the solve.
     EXPECT_TRUE(waitFor([&] { return says(game, failureOf(path("solves.json"))) || hasSolve(); }));
-    game.type(Key::LeftControl, Key::Q);
-    EXPECT_EQ(game.process().waitForEnd(), 0) << game.process().errors();
+    quit(game);
     errors = game.process().errors();
   }
 
@@ -85,7 +75,7 @@ class Disturbed {
 
   // The same player wins undisturbed.
   void winAgain() {
-    write(desktop.dataPath("save.json"), window::savedGame(2));
+    writeFile(desktop.dataPath("save.json"), window::savedGame(2));
     Game game(desktop, {}, {{"VESKARA_AUTOPLAY", "0.02"}});
     EXPECT_TRUE(window::continueFromMenu(game));
     EXPECT_TRUE(waitFor([&] { return fs::exists(path("solves.json")); }));
@@ -179,7 +169,7 @@ TEST_F(SystemCall, ThatRemovesOldFilesCostsNothingWhenItFails) {
 
 TEST(FileSizeLimit, CostsThePictureButNotTheProgram) {
   Desktop desktop;
-  write(desktop.dataPath("save.json"), window::savedGame(2));
+  writeFile(desktop.dataPath("save.json"), window::savedGame(2));
   Game game({"prlimit", "--fsize=65536", VESKARA_PROGRAM}, desktop, {{"VESKARA_AUTOPLAY", "0.02"}});
   EXPECT_TRUE(window::continueFromMenu(game));
   EXPECT_TRUE(waitFor([&] { return DataFiles(desktop.dataPath()).solves.size() == 1; }));
@@ -222,7 +212,7 @@ TEST(FullDisk, IsSurvivedUntilThereIsRoomAgain) {
   const SmallDisk disk(desktop.dataPath());
   if (!disk.isThere()) GTEST_SKIP() << "a test may not mount here";
   const std::string saved = window::savedGame(5);
-  write(desktop.dataPath("save.json"), saved);
+  writeFile(desktop.dataPath("save.json"), saved);
   Game game(desktop);
   EXPECT_TRUE(window::continueFromMenu(game));
   disk.fill();
@@ -241,7 +231,7 @@ TEST(FullDisk, IsSurvivedUntilThereIsRoomAgain) {
 // A game on the table, some pairs before its end.
 struct Playing {
   Playing() {
-    write(data + "/save.json", window::savedGame(5));
+    writeFile(data + "/save.json", window::savedGame(5));
     game.emplace(desktop);
     EXPECT_TRUE(window::continueFromMenu(*game));
   }
@@ -290,7 +280,7 @@ TEST(DataDirectory, ThatIsRenamedIsLeftAlone) {
 TEST(DataDirectory, ReplacedByAFileIsUsedAgainWhenItIsBack) {
   Playing playing;
   fs::rename(playing.data, playing.elsewhere);
-  write(playing.data, "somebody's");
+  writeFile(playing.data, "somebody's");
   EXPECT_TRUE(playing.saysNotSaved());
   EXPECT_EQ(readAll(playing.data), "somebody's");
   fs::remove(playing.data);

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -31,7 +30,7 @@ class Home {
   std::string path(const std::string& below) const { return dir.path(below); }
   std::string data() const { return dir.path("data/veskara"); }
   void write(const std::string& file, const std::string& text) const {
-    std::ofstream(data() + "/" + file, std::ios::binary) << text;
+    support::writeFile(data() + "/" + file, text);
   }
   // Gives all of it away, as far as this user can.
   void giveToNobody() const {

@@ -103,18 +103,12 @@ class Player {
   std::string witnessPath() const { return scratch.path("witness"); }
 
   Environment changes() const {
-    const Environment environment = desktop.environment();
-    const auto preloaded = environment.find("LD_PRELOAD");
-    const std::string others = preloaded == environment.end() ? "" : preloaded->second + ":";
-    return {{"VESKARA_AUTOPLAY", "0.02"},
-            {window::kWitnessVariable, witnessPath()},
-            {"LD_PRELOAD", others + VESKARA_WITNESS}};
+    return window::changed(window::preloading(desktop, VESKARA_WITNESS),
+                           {{"VESKARA_AUTOPLAY", "0.02"}, {window::kWitnessVariable, witnessPath()}});
   }
 
   double startAndDie() {
-    Environment environment = desktop.environment();
-    for (const auto& [name, value] : changes()) environment[name] = value;
-    Child child(window::gameCommand({}), environment);
+    Child child(window::gameCommand({}), window::changed(desktop.environment(), changes()));
     std::this_thread::sleep_for(Milliseconds(upTo(1000)));
     die(child);
     return 0;

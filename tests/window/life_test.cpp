@@ -6,7 +6,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,6 +23,7 @@
 #include "ui/board.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "window/controls.h"
 #include "window/player.h"
 
 namespace {
@@ -250,8 +250,7 @@ void Life::expectSolvedScreen(int level) {
 void Life::goesBackToTheMenuAndQuits() {
   clickSolvedButton(2);
   EXPECT_TRUE(player.session().showsMenu());
-  player.game().type(Key::LeftControl, Key::Q);
-  EXPECT_TRUE(player.session().endsWith(0));
+  quit(player.session().game);
   EXPECT_EQ(player.session().game.process().errors(), "");
   EXPECT_TRUE(player.hasFiles());
 }
@@ -333,7 +332,7 @@ void Life::looksAtTheLevels() {
 
 void Life::deletesAPicture() {
   EXPECT_TRUE(player.choose(MenuEntry::Gallery));
-  const ui::Rect card = player.galleryCard(0);
+  const ui::Rect card = firstCard(player.game());
   const Point first = middleOf(card);
   EXPECT_TRUE(player.shows(player.painted(kGallery).get(), card));
   const auto ask = [&] {
@@ -344,12 +343,12 @@ void Life::deletesAPicture() {
   };
 
   ask();
-  player.answer(false);
+  answer(player.game(), false);
   EXPECT_TRUE(player.shows(player.painted(kGallery).get(), card));
   EXPECT_TRUE(player.hasFiles());
 
   ask();
-  player.answer(true);
+  answer(player.game(), true);
   solves.pop_back();
   expectSolves();
   EXPECT_TRUE(player.hasFiles());
@@ -371,7 +370,7 @@ void Life::readsTheGameInArabic() {
   EXPECT_TRUE(player.choose(MenuEntry::Settings));
   EXPECT_TRUE(player.shows(kSettingsScreen));
   for (const auto& [from, to] : {std::pair{"en", "ar"}, std::pair{"ar", ""}}) {
-    click(player.setting(languageChip(to), from));
+    click(settingsControl(player.game(), languageChip(to), from));
     settings()[".language"] = quoted(to);
     EXPECT_TRUE(player.hasFiles());
     EXPECT_TRUE(player.shows(kSettingsScreen)) << to;
@@ -380,7 +379,8 @@ void Life::readsTheGameInArabic() {
 
 void Life::turnsTheMusicUp() {
   FileWatch watch(player.dataPath());
-  const ui::Rect slider = player.setting([](const SettingsLayout& layout) { return layout.music.slider; });
+  const ui::Rect slider =
+      settingsControl(player.game(), [](const SettingsLayout& layout) { return layout.music.slider; });
   const Point middle = middleOf(slider);
   const Point end = {static_cast<int>(slider.x + slider.w) + 5, middle.y};
   player.game().moveMouse(middle);
@@ -402,9 +402,8 @@ void Life::turnsTheMusicUp() {
 }
 
 void Life::fillsTheScreenForAMoment() {
-  const auto row = [](const SettingsLayout& layout) { return layout.fullscreen; };
   for (const auto& [value, size] : {std::pair{"true", kScreen}, std::pair{"false", window::kFirstWindow}}) {
-    click(player.setting(row));
+    click(settingsControl(player.game(), &SettingsLayout::fullscreen));
     settings()[".fullscreen"] = value;
     EXPECT_TRUE(player.session().hasSize(size));
     EXPECT_EQ(player.game().isFullscreen(), size == kScreen);
@@ -417,19 +416,19 @@ void Life::fillsTheScreenForAMoment() {
 
 void Life::beginsAfresh() {
   const auto ask = [&] {
-    const Point reset = middleOf(player.setting([](const SettingsLayout& layout) { return layout.reset; }));
+    const Point reset = middleOf(settingsControl(player.game(), &SettingsLayout::reset));
     player.game().click(reset);
     const ui::CairoSurface asked =
         player.painted(kSettingsScreen, [&](ScreenHarness& harness) { harness.click(reset.x, reset.y); });
     EXPECT_TRUE(player.shows(asked.get(), player.question()));
   };
   ask();
-  player.answer(false);
+  answer(player.game(), false);
   EXPECT_TRUE(player.shows(kSettingsScreen));
   EXPECT_TRUE(player.hasFiles());
 
   ask();
-  player.answer(true);
+  answer(player.game(), true);
   solves.clear();
   expectSolves();
   player.files.documents[kProgress] = {{".bests", "{}"}, {".currentLevel", "1"}, {".totalSolves", "0"}};
@@ -500,7 +499,7 @@ void Life::fallsAsleepOverTheMenu() {
 void Life::quitsForGood() {
   EXPECT_TRUE(player.choose(MenuEntry::Settings));
   EXPECT_TRUE(player.shows(kSettingsScreen));
-  click(player.setting([](const SettingsLayout& layout) { return layout.quit; }));
+  click(settingsControl(player.game(), &SettingsLayout::quit));
   EXPECT_TRUE(player.session().endsWith(0));
   EXPECT_EQ(player.session().game.process().errors(), "");
   EXPECT_TRUE(player.hasFiles());

@@ -15,10 +15,6 @@ ui::Rect plaqueOf(MenuEntry entry, Size windowSize) {
   return screens::menuLayout(windowSize.w, windowSize.h).plaque(entry);
 }
 
-Size sizeOf(cairo_surface_t* picture) {
-  return {cairo_image_surface_get_width(picture), cairo_image_surface_get_height(picture)};
-}
-
 // Also of a plaque that glows a little under the pointer.
 bool isGold(cairo_surface_t* picture, int x, int y) {
   const std::uint32_t color = support::pixelAt(picture, x, y) & 0xFFFFFF;  // a window's pixels have no alpha

@@ -42,7 +42,7 @@ TEST_P(Playing, APairIsTakenByTwoClicksAndComesBackByUndo) {
 
 TEST_P(Playing, ABlockedTileIsRefusedAndTheSelectionKept) {
   ASSERT_TRUE(session.showsTable());
-  const int blocked = session.table.blockedTile(session.game.size());
+  const int blocked = session.table.blockedTile();
   const auto [a, b] = session.table.pair();
 
   session.tap(blocked);

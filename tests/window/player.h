@@ -5,12 +5,10 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
 #include "screens/menu_layout.h"
-#include "screens/settings_layout.h"
 #include "window/painted_screen.h"
 #include "window/player_files.h"
 #include "window/session.h"
@@ -29,9 +27,8 @@ class Player {
 
   // Goes from the menu through one of its entries. False if the menu is not there, or stays.
   bool choose(screens::MenuEntry entry) const { return chooseFromMenu(game(), entry); }
-  // What surely belongs to a question that lies over the screen; answers it.
+  // What surely belongs to a question that lies over the screen.
   ui::Rect question() const;
-  void answer(bool yes) const;
 
   // What the window ought to show of this screen, with the pointer where it is and the files as they are.
   ui::CairoSurface painted(const ui::GameState& descriptor, const Act& act = {}) const;
@@ -43,11 +40,6 @@ class Player {
   testing::AssertionResult hasFiles() const;
   // What they ought to be.
   PlayerFiles files;
-
-  // Where something of the settings lies in the window, in this language.
-  ui::Rect setting(const std::function<ui::Rect(const screens::SettingsLayout&)>& what,
-                   const std::string& language = "en") const;
-  ui::Rect galleryCard(int index) const;
 
   // The addresses that were to be opened, each on a line.
   std::string opened() const { return support::readAll(desk.path("opened")); }

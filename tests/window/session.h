@@ -21,6 +21,12 @@ namespace window {
 inline const Environment kNoOpenGl = {
     {"SDL_OPENGL_LIBRARY", "/none"}, {"SDL_VIDEO_GL_DRIVER", "/none"}, {"SDL_VIDEO_EGL_DRIVER", "/none"}};
 
+// Ends the program by its key, and expects that it ends well.
+inline void quit(Game& game) {
+  game.type(Key::LeftControl, Key::Q);
+  EXPECT_EQ(game.process().waitForEnd(), 0) << game.process().errors();
+}
+
 // How a session differs from the usual one.
 struct Setup {
   std::vector<std::string> arguments = {};

@@ -4,7 +4,6 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -21,6 +20,7 @@ namespace fs = std::filesystem;
 using screens::MenuEntry;
 using screens::SettingsLayout;
 using support::readAll;
+using support::writeFile;
 using window::areWhole;
 using window::askBy;
 using window::Child;
@@ -29,20 +29,10 @@ using window::Desktop;
 using window::Environment;
 using window::Game;
 using window::Key;
+using window::middleOf;
 using window::Session;
 using window::settingsControl;
 using window::waitFor;
-
-void write(const Desktop& desktop, const std::string& file, const std::string& text) {
-  fs::create_directories(desktop.dataPath());
-  std::ofstream(desktop.dataPath(file), std::ios::binary) << text;
-}
-
-Environment preloading(const Desktop& desktop, const std::string& library) {
-  const Environment environment = desktop.environment();
-  const auto others = environment.find("LD_PRELOAD");
-  return {{"LD_PRELOAD", (others == environment.end() ? "" : others->second + ":") + library}};
-}
 
 // --- before the window is there ---
 
@@ -68,9 +58,7 @@ class Starting : public testing::Test {
     if (!start.path.empty()) options.insert(options.end(), {"-P", start.path});
     std::vector<std::string> command = window::straceCommand(scratch.path("trace"), options);
     command.emplace_back(VESKARA_PROGRAM);
-    Environment environment = desktop.environment();
-    for (const auto& [name, value] : window::traceable(desktop)) environment[name] = value;
-    Child child(command, environment);
+    Child child(command, window::changed(desktop.environment(), window::traceable(desktop)));
     return child.waitForEnd();
   }
   bool wasSent(int signal) const {
@@ -153,9 +141,9 @@ TEST(Signal, InAPauseKeepsTheGame) {
 
 std::shared_ptr<Desktop> deskOfAWinner() {
   auto desk = std::make_shared<Desktop>();
-  write(*desk, "progress.json", window::progressAfterLevel1());
-  write(*desk, "solves.json", window::solvedLevels(1));
-  write(*desk, "save.json", window::savedGame(5));
+  writeFile(desk->dataPath("progress.json"), window::progressAfterLevel1());
+  writeFile(desk->dataPath("solves.json"), window::solvedLevels(1));
+  writeFile(desk->dataPath("save.json"), window::savedGame(5));
   return desk;
 }
 
@@ -181,14 +169,14 @@ struct Visit {
 
 TEST(Signal, AsTheResetIsAskedForResetsNothing) {
   Visit visit(MenuEntry::Settings);
-  EXPECT_TRUE(
-      askBy(visit.game, [&] { visit.game.click(settingsControl(visit.game, &SettingsLayout::reset)); }));
+  EXPECT_TRUE(askBy(
+      visit.game, [&] { visit.game.click(middleOf(settingsControl(visit.game, &SettingsLayout::reset))); }));
   visit.expectNothingChangedBy(SIGINT);
 }
 
 TEST(Signal, AsADeletionIsAskedForDeletesNothing) {
   Visit visit(MenuEntry::Gallery);
-  EXPECT_TRUE(askBy(visit.game, [&] { visit.game.rightClick(window::firstCard(visit.game)); }));
+  EXPECT_TRUE(askBy(visit.game, [&] { visit.game.rightClick(middleOf(firstCard(visit.game))); }));
   visit.expectNothingChangedBy(SIGTERM);
 }
 
@@ -197,7 +185,7 @@ TEST(Signal, AsADeletionIsAskedForDeletesNothing) {
 // A game about to be won by itself, and the signals that come as the picture is put in its place.
 struct Winning {
   explicit Winning(const std::string& signals) {
-    write(desktop, "save.json", window::savedGame(2));
+    writeFile(desktop.dataPath("save.json"), window::savedGame(2));
     Environment changes = preloading(desktop, VESKARA_WITNESS);
     changes["VESKARA_AUTOPLAY"] = "0.02";
     changes[window::kRaiseVariable] = ".png" + signals;
@@ -251,8 +239,7 @@ TEST(ClosedStreams, MayHaveLostTheirReader) {
             {{"VESKARA_STATS", "1"}});
   EXPECT_TRUE(window::continueFromMenu(game));
   EXPECT_TRUE(waitFor([&] { return fs::exists(desktop.dataPath("save.json")); })) << "it plays on";
-  game.type(Key::LeftControl, Key::Q);
-  EXPECT_EQ(game.process().waitForEnd(), 0);
+  quit(game);
 }
 
 }  // namespace

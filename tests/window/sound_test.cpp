@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -20,7 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 using window::Environment;
-using window::Key;
 using window::Session;
 using window::waitFor;
 
@@ -54,11 +52,6 @@ int messages(Session& session) {
   return count;
 }
 
-void quit(Session& session) {
-  session.game.type(Key::LeftControl, Key::Q);
-  EXPECT_TRUE(session.endsWith(0));
-}
-
 std::string dataHomeWith(const support::TempDir& dir, const std::string& settings) {
   dir.makeFile("data/veskara/settings.json", settings);
   return dir.path("data");
@@ -68,7 +61,7 @@ TEST(Sound, IsHeardFromTheStart) {
   const support::TempDir dir;
   Session session({.environment = recorder(dir)});
   EXPECT_TRUE(waitFor([&] { return loudestIn(recordingIn(dir)) > 300; }));
-  quit(session);
+  quit(session.game);
   EXPECT_EQ(messages(session), 0);
 }
 
@@ -79,7 +72,7 @@ TEST(Sound, IsSilentWhenTheSettingsSaySo) {
     environment["XDG_DATA_HOME"] = dataHomeWith(dir, settings);
     Session session({.environment = environment});
     EXPECT_TRUE(waitFor([&] { return lasts(recordingIn(dir), 10); })) << "the tiles have flown in";
-    quit(session);
+    quit(session.game);
     EXPECT_EQ(loudestIn(recordingIn(dir)), 0) << settings;
   }
 }
@@ -87,7 +80,7 @@ TEST(Sound, IsSilentWhenTheSettingsSaySo) {
 TEST(Sound, MayBeMissing) {
   Session session({.environment = {{"SDL_AUDIODRIVER", "nosuch"}}});
   EXPECT_TRUE(session.showsTable());
-  quit(session);
+  quit(session.game);
   const std::string errors = session.game.process().errors();
   EXPECT_THAT(errors, testing::StartsWith("[audio] no audio subsystem: "));
   EXPECT_EQ(messages(session), 1);
@@ -101,7 +94,7 @@ TEST(Sound, DamagedFilesAreNotHeardAndNamedOnce) {
   environment["VESKARA_ASSET_DIR"] = dir.path();
   Session session({.environment = environment});
   EXPECT_TRUE(waitFor([&] { return loudestIn(recordingIn(dir)) > 300; })) << "the other sounds are heard";
-  quit(session);
+  quit(session.game);
   const std::string errors = session.game.process().errors();
   EXPECT_THAT(errors, HasSubstr("[audio] sfx failed: audio/sfx_tile.ogg ("));
   EXPECT_THAT(errors, HasSubstr("[audio] bgm failed ("));

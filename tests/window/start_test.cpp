@@ -40,13 +40,7 @@ constexpr const char* kHelpText =
 // A run where there is no display at all.
 struct Unseen {
   explicit Unseen(const std::vector<std::string>& arguments, const Environment& changes = {})
-      : child(gameCommand(arguments), environment(changes)) {}
-
-  Environment environment(const Environment& changes) const {
-    Environment all = cleanEnvironment(home.path());
-    all.insert(changes.begin(), changes.end());
-    return all;
-  }
+      : child(gameCommand(arguments), window::changed(cleanEnvironment(home.path()), changes)) {}
 
   support::TempDir home;
   Child child;
@@ -157,8 +151,7 @@ TEST(Keyboard, LettersActByTheirPlaceOnALayoutWithoutLatinOnes) {
   session.game.type(Key::H);  // a hint unselects
   EXPECT_TRUE(session.showsTable());
 
-  session.game.type(Key::LeftControl, Key::Q);
-  EXPECT_TRUE(session.endsWith(0));
+  quit(session.game);
 }
 
 // --- the files ---

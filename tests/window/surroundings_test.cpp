@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <map>
 #include <set>
@@ -31,6 +30,7 @@ namespace fs = std::filesystem;
 using screens::MenuEntry;
 using support::readAll;
 using support::TempDir;
+using support::writeFile;
 using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
@@ -47,11 +47,6 @@ constexpr std::size_t kEnormous = 100'000;
 
 using Command = std::vector<std::string>;
 
-void quit(Game& game) {
-  game.type(Key::LeftControl, Key::Q);
-  EXPECT_EQ(game.process().waitForEnd(), 0) << game.process().errors();
-}
-
 // Starts the game, goes to the table, and ends it. What it said on standard error.
 std::string playAndQuit(const Command& command, Desktop& desktop, const Environment& changes = {}) {
   Game game(command, desktop, changes);
@@ -64,7 +59,7 @@ std::string playAndQuit(Desktop& desktop, const Environment& changes) {
 }
 
 void deleteFirstCard(const Game& game) {
-  EXPECT_TRUE(window::askBy(game, [&] { game.rightClick(window::firstCard(game)); }));
+  EXPECT_TRUE(window::askBy(game, [&] { game.rightClick(window::middleOf(firstCard(game))); }));
   EXPECT_TRUE(window::confirm(game));
 }
 
@@ -231,14 +226,11 @@ struct Shot {
   std::function<void(const std::string& path)> make;
 };
 
-void writeTo(const std::string& path, const std::string& bytes) {
-  std::ofstream(path, std::ios::binary) << bytes;
-}
-
 const Shot kShots[] = {
-    {"no PNG", [](const std::string& path) { writeTo(path, "no PNG"); }},
-    {"half a PNG", [](const std::string& path) { writeTo(path, goodPng().substr(0, goodPng().size() / 2)); }},
-    {"20,000 pixels wide", [](const std::string& path) { writeTo(path, pngHeaderOfWidth(20000)); }},
+    {"no PNG", [](const std::string& path) { writeFile(path, "no PNG"); }},
+    {"half a PNG",
+     [](const std::string& path) { writeFile(path, goodPng().substr(0, goodPng().size() / 2)); }},
+    {"20,000 pixels wide", [](const std::string& path) { writeFile(path, pngHeaderOfWidth(20000)); }},
     {"a directory", [](const std::string& path) { fs::create_directory(path); }},
     {"a pipe", [](const std::string& path) { makePipe(path); }},
     {"a device", [](const std::string& path) { fs::create_symlink("/dev/zero", path); }},
@@ -248,8 +240,8 @@ const Shot kShots[] = {
 TEST(Picture, ThatIsNoneIsDrawnAndDeletedLikeAnother) {
   Desktop desktop;
   fs::create_directories(desktop.dataPath("solves"));
-  writeTo(desktop.dataPath("progress.json"), window::progressAfterLevel1());
-  writeTo(desktop.dataPath("solves.json"), window::solvedLevels(std::size(kShots)));
+  writeFile(desktop.dataPath("progress.json"), window::progressAfterLevel1());
+  writeFile(desktop.dataPath("solves.json"), window::solvedLevels(std::size(kShots)));
   const auto shotPath = [&](std::size_t i) {
     return desktop.dataPath("solves/" + std::to_string(i + 1) + "_1.png");
   };
@@ -352,7 +344,7 @@ void live(Game& game, const std::string& data) {
   EXPECT_TRUE(waitFor([&] { return solves() == 0; }));
   game.type(Key::Escape);
   EXPECT_TRUE(window::chooseFromMenu(game, MenuEntry::Settings));
-  game.click(window::settingsControl(game, &screens::SettingsLayout::sound));
+  game.click(window::middleOf(settingsControl(game, &screens::SettingsLayout::sound)));
   EXPECT_TRUE(waitFor([&] { return !DataFiles(data).settings["soundOn"].b; }));
   quit(game);
 }

@@ -63,10 +63,6 @@ PixelRect pixelsInside(const ui::Rect& rect, const ui::Rect& bounds) {
 
 int channel(std::uint32_t pixel, int shift) { return static_cast<int>(pixel >> shift & 0xFF); }
 
-Size sizeOf(cairo_surface_t* picture) {
-  return {cairo_image_surface_get_width(picture), cairo_image_surface_get_height(picture)};
-}
-
 }  // namespace
 
 bool Table::Look::isSame() const { return difference <= kSameTile && otherInk <= kSameInk; }
@@ -114,12 +110,8 @@ Point Table::spotOn(int tile, Size windowSize) const {
   throw std::runtime_error("the tile cannot be seen");
 }
 
-int Table::blockedTile(Size windowSize) const {
-  const auto isBlocked = [&](const mj::Slot& slot) {
-    const Point spot = spotOn(slot.id, windowSize);
-    return !mj::isFree(game, slot.id) &&
-           ui::hitTestTile(game, boardIn(windowSize), view, spot.x, spot.y) == slot.id;
-  };
+int Table::blockedTile() const {
+  const auto isBlocked = [&](const mj::Slot& slot) { return !mj::isFree(game, slot.id); };
   // The upper layers come last, and of them enough is seen.
   return std::find_if(game.slots.rbegin(), game.slots.rend(), isBlocked)->id;
 }

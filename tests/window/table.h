@@ -29,7 +29,7 @@ class Table {
   Point spotOn(int tile, Size windowSize) const;
   // A pair that can be taken; a tile that cannot be, and that can be seen.
   mj::SlotPair pair() const { return mj::findHint(game); }
-  int blockedTile(Size windowSize) const;
+  int blockedTile() const;
 
   // Whether the picture shows the board at rest: every tile where it lies, free or veiled, and the bare cloth
   // between and around them. Tiles in `except` are not looked at: those under the pulse of a selection.

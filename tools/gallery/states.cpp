@@ -204,8 +204,7 @@ void askToReset(Sitting& sitting) {
   const ui::CairoContext cr(cairo_create(page.get()));
   const ui::Rect view = screens::listView(sitting.size().w, sitting.size().h);
   const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), sitting.size().w);
-  const double room = view.h - layout.height;
-  const double top = view.y + (room > 0 ? room / 2 : room);
+  const double top = screens::settingsTop(layout, view) + std::min(view.h - layout.height, 0.0);
   scrolledDown(sitting);
   sitting.click(layout.reset.x + layout.reset.w / 2, top + layout.reset.y + layout.reset.h / 2);
 }
