@@ -4,10 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <compare>
 #include <numbers>
-#include <set>
 #include <string>
+#include <vector>
 
 #include "resources/i18n.h"
 #include "ui/handles.h"
@@ -35,7 +34,7 @@ struct FontKey {
   double xy = 0;
   double yy = 1;
 
-  auto operator<=>(const FontKey&) const = default;
+  bool operator==(const FontKey&) const = default;
 };
 
 FontKey keyOf(cairo_t* cr, const TextStyle& style, double size) {
@@ -59,7 +58,7 @@ struct TextCache {
   cairo_t* madeFor = nullptr;  // only compared, for it may be gone
   FontDescription font;
   FontKey key;
-  std::set<FontKey> known;  // all that pango has been asked for since it last forgot them
+  std::vector<FontKey> known;  // all that pango has been asked for since it last forgot them
 };
 
 TextCache& textCache() {
@@ -77,6 +76,10 @@ void forgetManyFonts(TextCache& cache) {
   cache.known.clear();
   cache.layout.reset();
   pango_cairo_font_map_set_default(nullptr);
+}
+
+void noteFont(TextCache& cache, const FontKey& key) {
+  if (std::find(cache.known.begin(), cache.known.end(), key) == cache.known.end()) cache.known.push_back(key);
 }
 
 // Han characters take the shapes of the reader's own language. Fonts tell the Chinese of the mainland by its
@@ -107,7 +110,7 @@ void useFont(TextCache& cache, const FontKey& key) {
   if (cache.font && cache.key == key) return;
   cache.font = makeFont(key);
   pango_layout_set_font_description(cache.layout.get(), cache.font.get());
-  cache.known.insert(key);
+  noteFont(cache, key);
   cache.key = key;
 }
 
@@ -167,7 +170,7 @@ TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const
   const FontKey key = keyOf(cr, style, style.size);
   TextCache& cache = textCache();
   forgetManyFonts(cache);
-  cache.known.insert(key);
+  noteFont(cache, key);
   TextLayout layout(pango_cairo_create_layout(cr));
   useLanguage(layout.get());
   pango_layout_set_font_description(layout.get(), makeFont(key).get());
