@@ -18,7 +18,6 @@
 namespace {
 
 using test::kScreenKinds;
-using test::LiveTextures;
 using test::Monkey;
 using test::NoOpener;
 using test::OwnLife;
