@@ -8,7 +8,6 @@
 #include <string_view>
 #include <utility>
 
-#include "support/memory.h"
 #include "support/picture.h"
 
 namespace {
@@ -561,22 +560,6 @@ TEST_F(TextContexts, MayTakeTurns) {
   const double large = widthAtScale(other.get(), 3);
   EXPECT_EQ(widthAtScale(one.get(), 1), small);
   EXPECT_EQ(widthAtScale(other.get(), 3), large);
-}
-
-// Those that pango and cairo keep by themselves would be seven megabytes more.
-TEST_F(TextContexts, MayComeInThousandsOfSizesWithoutKeepingTheirFonts) {
-  if (!support::kMemoryIsSeen) GTEST_SKIP() << "the sanitizers have allocators of their own";
-  const ui::CairoContext cr = make();
-  const auto drawSizes = [&](double from) {
-    for (int i = 0; i < 400; ++i) {
-      ui::drawText(cr.get(), 0, 0, "Bamboo", {.size = from + i / 400.0});
-      cairo_scale(cr.get(), 1.0001, 1.0001);
-      ui::drawWrappedText(cr.get(), 0, 0, 100, "Circles", {.size = from + i / 400.0});
-    }
-    return support::liveBytes();
-  };
-  const long first = drawSizes(10);
-  EXPECT_LT(drawSizes(11) - first, 3000000);
 }
 
 }  // namespace
