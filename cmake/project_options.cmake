@@ -34,12 +34,14 @@ function(veskara_library name)
 endfunction()
 
 # veskara_test(NAME SOURCES ... LINKS ... [PROPERTIES ...] [FILTER ...]): a test program; each of its tests, or of those
-# that the filter names as GoogleTest does, is one of ctest's.
+# that the filter names as GoogleTest does, is one of ctest's. Its files are compiled together, eight at a time, for most
+# of what a compiler reads in one of them is GoogleTest.
 function(veskara_test name)
   cmake_parse_arguments(arg "" "FILTER" "SOURCES;LINKS;PROPERTIES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_options(${name} PRIVATE ${VESKARA_TEST_FLAGS})
+  set_target_properties(${name} PROPERTIES UNITY_BUILD ON)
   target_link_libraries(${name} PRIVATE ${arg_LINKS} veskara_options GTest::gtest_main GTest::gmock)
   # gtest_discover_tests and ctest each take the list apart once before it reaches the test.
   list(JOIN VESKARA_TEST_ENVIRONMENT "\\\\\\\\\\\\\\\\;" environment)

@@ -10,12 +10,12 @@
 namespace store {
 namespace {
 
-constexpr const char* kFile = "progress.json";
+constexpr const char* kProgressFile = "progress.json";
 
 // By level number in decimal.
 using Bests = std::map<std::string, js::Value>;
 
-js::Value progressDoc() { return readFile(kFile); }
+js::Value progressDoc() { return readFile(kProgressFile); }
 
 Bests bestsOf(const js::Value& doc) { return doc["bests"].o; }
 
@@ -25,9 +25,9 @@ Progress progressOf(const js::Value& doc) {
 }
 
 void writeProgressDoc(const Progress& progress, Bests bests) {
-  writeFile(kFile, objectOf({{"currentLevel", valueOf(progress.currentLevel)},
-                             {"totalSolves", valueOf(progress.totalSolves)},
-                             {"bests", objectOf(std::move(bests))}}));
+  writeFile(kProgressFile, objectOf({{"currentLevel", valueOf(progress.currentLevel)},
+                                     {"totalSolves", valueOf(progress.totalSolves)},
+                                     {"bests", objectOf(std::move(bests))}}));
 }
 
 LevelBest bestOf(const js::Value& doc, int level) {
@@ -49,11 +49,11 @@ LevelBest merged(const LevelBest& old, const LevelBest& result) {
 Progress loadProgress() { return progressOf(progressDoc()); }
 
 void saveProgress(const Progress& progress) {
-  if (const auto doc = readFileToChange(kFile)) writeProgressDoc(progress, bestsOf(*doc));
+  if (const auto doc = readFileToChange(kProgressFile)) writeProgressDoc(progress, bestsOf(*doc));
 }
 
 Progress advanceLevel(int level) {
-  const auto doc = readFileToChange(kFile);
+  const auto doc = readFileToChange(kProgressFile);
   Progress progress = doc ? progressOf(*doc) : Progress();
   if (level >= progress.currentLevel) progress.currentLevel = std::min(progress.currentLevel + 1, kLastLevel);
   if (progress.totalSolves < std::numeric_limits<int>::max()) ++progress.totalSolves;
@@ -70,7 +70,7 @@ Progress resetProgress() {
 LevelBest bestFor(int level) { return bestOf(progressDoc(), level); }
 
 LevelBest recordBest(int level, const LevelBest& result) {
-  const auto doc = readFileToChange(kFile);
+  const auto doc = readFileToChange(kProgressFile);
   if (!doc) return result;
   const LevelBest best = merged(bestOf(*doc, level), result);
   Bests bests = bestsOf(*doc);

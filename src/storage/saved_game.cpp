@@ -10,7 +10,7 @@
 namespace store {
 namespace {
 
-constexpr const char* kFile = "save.json";
+constexpr const char* kGameFile = "save.json";
 constexpr const char* kMember = "current_mahjong";
 
 js::Value facesDoc(const std::vector<std::string>& faces) {
@@ -85,16 +85,16 @@ mj::GameState gameOf(const js::Value& doc, const std::vector<mj::Slot>& slots) {
 }  // namespace
 
 void saveGame(const SavedGame& saved) {
-  const auto old = readFileToChange(kFile);
+  const auto old = readFileToChange(kGameFile);
   if (!old) return;
   // What else a file holds may be a later version's.
   js::Value doc = objectOf(old->o);
   doc.o[kMember] = gameDoc(saved);
-  writeFile(kFile, doc);
+  writeFile(kGameFile, doc);
 }
 
 SavedGame loadGame() {
-  const js::Value file = readFile(kFile);
+  const js::Value file = readFile(kGameFile);
   const js::Value& doc = file[kMember];
   const int level = doc["level"].asInt(0);
   if (level < 1 || level > kLastLevel) return {};
@@ -110,10 +110,10 @@ SavedGame loadGame() {
 }
 
 void clearGame() {
-  auto doc = readFileToChange(kFile);
+  auto doc = readFileToChange(kGameFile);
   if (!doc || doc->kind != js::Value::Object) return;
   doc->o.erase(kMember);
-  writeFile(kFile, *doc);
+  writeFile(kGameFile, *doc);
 }
 
 }  // namespace store

@@ -14,7 +14,7 @@
 namespace store {
 namespace {
 
-constexpr const char* kFile = "solves.json";
+constexpr const char* kSolvesFile = "solves.json";
 constexpr std::size_t kMostSolves = 200;
 
 js::Value entryDoc(const SolveEntry& entry) {
@@ -45,7 +45,7 @@ bool writeSolves(const std::vector<SolveEntry>& solves) {
   js::Value doc;
   doc.kind = js::Value::Array;
   for (const SolveEntry& entry : solves) doc.a.push_back(entryDoc(entry));
-  return writeFile(kFile, doc);
+  return writeFile(kSolvesFile, doc);
 }
 
 // Those with an id.
@@ -77,11 +77,11 @@ bool isPlainName(const std::string& name) {
 
 }  // namespace
 
-std::vector<SolveEntry> listSolves() { return solvesOf(readFile(kFile)); }
+std::vector<SolveEntry> listSolves() { return solvesOf(readFile(kSolvesFile)); }
 
 // A picture goes only when the file no longer needs it.
 void recordSolve(const SolveEntry& entry) {
-  const auto doc = readFileToChange(kFile);
+  const auto doc = readFileToChange(kSolvesFile);
   if (!doc) return;
   std::vector<SolveEntry> solves = solvesOf(*doc);
   SolveEntry dropped;
@@ -101,7 +101,7 @@ void recordSolve(const SolveEntry& entry) {
 }
 
 void deleteSolve(const std::string& id) {
-  const auto doc = readFileToChange(kFile);
+  const auto doc = readFileToChange(kSolvesFile);
   if (!doc) return;
   std::vector<SolveEntry> solves = solvesOf(*doc);
   const auto found =

@@ -18,7 +18,7 @@
 namespace ui {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
+using std::numbers::pi;
 
 // The fly-in: tiles take off one after another, ever faster. A large board is in after about six seconds.
 constexpr double kIntroTime = 6;
@@ -48,7 +48,7 @@ double spiralKey(const mj::Slot& slot, double cx, double cy) {
   const double dx = slot.x - cx;
   const double dy = slot.y - cy;
   const double angle = std::atan2(dy, dx);
-  return std::floor(0.5 * std::hypot(dx, dy)) * 2 * kPi + (angle < 0 ? angle + 2 * kPi : angle);
+  return std::floor(0.5 * std::hypot(dx, dy)) * 2 * pi + (angle < 0 ? angle + 2 * pi : angle);
 }
 
 void sortForIntro(std::vector<mj::Slot>& slots) {
@@ -85,11 +85,11 @@ struct BurstPhase {
 BurstPhase burstPhase(double p) {
   if (p >= 1) return {.eased = 1, .ring = 1, .size = 1.25, .spin = 1};
   const double e = 1 - (1 - p) * (1 - p);
-  const double lift = std::sin(e * kPi);
+  const double lift = std::sin(e * pi);
   return {.eased = e,
           .ring = std::max(0.0, 2 * (e - 0.5)),
           .size = (1 + 0.25 * e) * (1 + 0.28 * lift),
-          .spin = std::abs(std::cos(e * 5 * kPi))};  // two and a half turns
+          .spin = std::abs(std::cos(e * 5 * pi))};  // two and a half turns
 }
 
 // A particle's picture fills its texture, whose side is `user`.
@@ -175,7 +175,7 @@ class BurstPainter {
 
   void drawSpark(int i) const {
     const double r = phase.ring;
-    const double angle = 2 * kPi * i / kSparks + 0.5 * i;
+    const double angle = 2 * pi * i / kSparks + 0.5 * i;
     const double distance = (0.95 + 0.32 * (i % 4)) * w;
     const double x = cx + std::cos(angle) * distance * std::sqrt(r);
     const double y = cy + std::sin(angle) * distance * std::sqrt(r) + 0.5 * distance * r * r;
@@ -242,7 +242,7 @@ void BoardFx::update(double now) {
 FlightPose flightPose(int slotId, double progress) {
   // Each tile has random numbers of its own, the same in every frame. The factor spreads neighbouring ids.
   std::uint32_t state = static_cast<std::uint32_t>(slotId) * 0x9E3779B1U + 0x9E3779B9U;
-  const double direction = 2 * kPi * mj::nextFraction(state);
+  const double direction = 2 * pi * mj::nextFraction(state);
   const double distance = 720 + 520 * mj::nextFraction(state);
   const double turn = (mj::nextFraction(state) - 0.5) * 150;
   const double q = progress - 1;

@@ -14,13 +14,13 @@
 namespace ui {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
+using std::numbers::pi;
 
 double channel(std::uint32_t color, int shift) { return ((color >> shift) & 0xFFU) / 255.0; }
 
 void circlePath(cairo_t* cr, double cx, double cy, double r) {
   cairo_new_sub_path(cr);
-  cairo_arc(cr, cx, cy, r, 0, 2 * kPi);
+  cairo_arc(cr, cx, cy, r, 0, 2 * pi);
 }
 
 // What pango makes a font of: the last four are how the context scales and turns it.
@@ -210,10 +210,10 @@ void roundedRectPath(cairo_t* cr, const Rect& rect, double radius) {
   const double top = rect.y + r;
   const double bottom = rect.y + rect.h - r;
   cairo_new_sub_path(cr);
-  cairo_arc(cr, right, top, r, -kPi / 2, 0);
-  cairo_arc(cr, right, bottom, r, 0, kPi / 2);
-  cairo_arc(cr, left, bottom, r, kPi / 2, kPi);
-  cairo_arc(cr, left, top, r, kPi, 3 * kPi / 2);
+  cairo_arc(cr, right, top, r, -pi / 2, 0);
+  cairo_arc(cr, right, bottom, r, 0, pi / 2);
+  cairo_arc(cr, left, bottom, r, pi / 2, pi);
+  cairo_arc(cr, left, top, r, pi, 3 * pi / 2);
   cairo_close_path(cr);
 }
 

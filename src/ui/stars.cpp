@@ -12,7 +12,7 @@
 namespace ui {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
+using std::numbers::pi;
 
 constexpr double kInnerRadius = 0.42;  // of a star's notches, in its radii
 constexpr double kMissingAlpha = 0.4;  // of a star that was not earned
@@ -48,7 +48,7 @@ void drawStar(cairo_t* cr, double cx, double cy, double r, bool filled, std::uin
   if (!(r > 0)) return;
   cairo_new_sub_path(cr);
   for (int k = 0; k < 10; ++k) {
-    const double angle = k * kPi / 5 - kPi / 2;
+    const double angle = k * pi / 5 - pi / 2;
     const double length = k % 2 == 0 ? r : kInnerRadius * r;
     cairo_line_to(cr, cx + length * std::cos(angle), cy + length * std::sin(angle));
   }

@@ -17,7 +17,7 @@
 namespace ui {
 namespace {
 
-constexpr double kPi = std::numbers::pi;
+using std::numbers::pi;
 
 struct TilePaint {
   unsigned body;
@@ -140,7 +140,7 @@ void drawBlossom(cairo_t* cr, const Rect& face, const Blossom& blossom, int rank
   for (int i = 0; i < blossom.petals; ++i) {
     cairo_save(cr);
     cairo_translate(cr, cx, cy);
-    cairo_rotate(cr, i * 2 * kPi / blossom.petals);
+    cairo_rotate(cr, i * 2 * pi / blossom.petals);
     fillRoundedRect(cr, {-pw / 2, -0.13 * w - pl / 2, pw, pl}, pw * blossom.roundness, blossom.color, 1);
     cairo_restore(cr);
   }
@@ -204,7 +204,7 @@ void paintFan(cairo_t* cr, double tileW) {
   for (const char* face : kFaces) {
     cairo_save(cr);
     cairo_translate(cr, (kFanMiddle + k * 0.56) * tileW, kFanStand * tileW);
-    cairo_rotate(cr, k * 15 * kPi / 180);
+    cairo_rotate(cr, k * 15 * pi / 180);
     roundedRectPath(cr, rect, tileRadius(tileW));
     softShadowFromPath(cr, 0, 3, 5, 0x000000, 0.35);
     cairo_new_path(cr);

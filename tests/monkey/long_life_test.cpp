@@ -28,6 +28,7 @@
 
 namespace {
 
+using support::kGrowthPart;
 using test::UnseenProgram;
 using ui::ScreenKind;
 
@@ -35,7 +36,6 @@ constexpr std::size_t kMostSolves = 200;
 constexpr int kMostFrames = 2000;    // of one level
 constexpr double kFrameTime = 0.33;  // a little more than a chosen pair stays: a pair goes every other frame
 constexpr std::uintmax_t kMostFileBytes = 64 * 1024;
-constexpr long kGrowthPart = 20;
 
 const ui::GameState& top() { return ui::Game::instance().descriptors().back(); }
 

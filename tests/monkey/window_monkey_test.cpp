@@ -36,11 +36,9 @@ constexpr unsigned kControl = 37;
 constexpr unsigned kQ = 24;
 // h, m, u, +, -, 0, space, Escape, F11.
 constexpr unsigned kKnownKeys[] = {43, 58, 30, 21, 20, 19, 65, kEscape, 95};
-// All keys of a common keyboard, less those with which the window manager does things of its own.
+// All keys of a common keyboard.
 constexpr unsigned kFirstKey = kEscape;
 constexpr unsigned kLastKey = 119;
-constexpr unsigned kLeftAlt = 64;
-constexpr unsigned kRightAlt = 108;
 
 constexpr int kMostSteps = 4;  // of the wheel at once
 
@@ -167,7 +165,6 @@ void WindowMonkey::type(unsigned key) {
 
 void WindowMonkey::anyKey() {
   const unsigned key = kFirstKey + static_cast<unsigned>(below(kLastKey - kFirstKey + 1));
-  if (key == kLeftAlt || key == kRightAlt) return;
   const unsigned modifier = below(2) == 0 ? kShift : kControl;
   const bool held = below(3) == 0;
   if (held) hand.key(modifier, true);

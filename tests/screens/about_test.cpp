@@ -24,16 +24,16 @@ namespace {
 
 using screens::aboutLayout;
 using screens::AboutLine;
+using test::kBelow;
 using test::Shows;
 using test::Stack;
 using ui::ScreenKind;
 
-constexpr ui::GameState kBelow = {.kind = ScreenKind::Playing, .level = 1, .deal = 1};
 constexpr unsigned kCardColor = 0x16523C;
 
 // A screen that was opened from another.
-struct Opened : Stack {
-  explicit Opened(ScreenKind kind, int w = 640, int h = 480) : Stack(kBelow, w, h), width(w), height(h) {
+struct OpenedAbout : Stack {
+  explicit OpenedAbout(ScreenKind kind, int w = 640, int h = 480) : Stack(kBelow, w, h), width(w), height(h) {
     ui::Game::instance().push({.kind = kind});
     harness.frame();
     harness.frame();
@@ -95,17 +95,17 @@ class Desktop {
 
 TEST(About, EscapeAndTheBackButtonGoBack) {
   for (const ScreenKind kind : {ScreenKind::About, ScreenKind::Licenses}) {
-    Opened byKey(kind);
+    OpenedAbout byKey(kind);
     byKey.harness.key(SDLK_ESCAPE);
     EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 1, 1));
-    Opened byButton(kind);
+    OpenedAbout byButton(kind);
     byButton.harness.click(30, 30);
     EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 1, 1));
   }
 }
 
 TEST(About, ButtonOpensTheLicences) {
-  Opened about(ScreenKind::About);
+  OpenedAbout about(ScreenKind::About);
   const ui::Rect button = aboutLayout(640, 480).button;
   about.harness.click(button.x + 1, button.y + 1);
   EXPECT_THAT(Stack::top(), Shows(ScreenKind::Licenses, 0, 0));
@@ -114,7 +114,7 @@ TEST(About, ButtonOpensTheLicences) {
 
 TEST(About, MailAddressOpensALetter) {
   const Desktop desktop;
-  Opened about(ScreenKind::About);
+  OpenedAbout about(ScreenKind::About);
   about.click(AboutLine::Mail);
   EXPECT_EQ(desktop.opened(), "1,mailto:hello@quenlock.example");
 }
@@ -123,7 +123,7 @@ TEST(About, WebAddressesOpenTheirPages) {
   for (const auto& [line, address] : {std::pair(AboutLine::Web, "1,https://quenlock.example"),
                                       std::pair(AboutLine::MusicWeb, "1,https://quenlock.example/music")}) {
     const Desktop desktop;
-    Opened about(ScreenKind::About, 1100, 760);
+    OpenedAbout about(ScreenKind::About, 1100, 760);
     about.click(line);
     EXPECT_EQ(desktop.opened(), address);
   }
@@ -132,7 +132,7 @@ TEST(About, WebAddressesOpenTheirPages) {
 TEST(About, DoesNotWaitForTheDesktop) {
   const Desktop desktop;
   desktop.hang();
-  Opened about(ScreenKind::About);
+  OpenedAbout about(ScreenKind::About);
   about.click(AboutLine::Mail);
   EXPECT_EQ(desktop.soFar(), "");
   desktop.letGo();
@@ -141,7 +141,7 @@ TEST(About, DoesNotWaitForTheDesktop) {
 
 TEST(About, OtherLinesAreNoLinks) {
   const Desktop desktop;
-  Opened about(ScreenKind::About);
+  OpenedAbout about(ScreenKind::About);
   for (const AboutLine line :
        {AboutLine::Title, AboutLine::Developers, AboutLine::Notice, AboutLine::Musician})
     about.click(line);
@@ -153,7 +153,7 @@ TEST(About, OtherLinesAreNoLinks) {
 }
 
 TEST(About, LinkThatCannotBeOpenedIsToldAndNothingElse) {
-  Opened about(ScreenKind::About);
+  OpenedAbout about(ScreenKind::About);
   // Nobody may wait for a child, so no shell's success can be seen.
   std::signal(SIGCHLD, SIG_IGN);
   testing::internal::CaptureStderr();
@@ -164,7 +164,7 @@ TEST(About, LinkThatCannotBeOpenedIsToldAndNothingElse) {
 }
 
 TEST(About, LinkIsUnderlinedUnderThePointer) {
-  Opened about(ScreenKind::About);
+  OpenedAbout about(ScreenKind::About);
   const ui::CairoSurface before = about.harness.picture();
   const support::Point p = about.middleOf(AboutLine::Web);
   about.harness.moveTo(p.x, p.y);
@@ -176,7 +176,7 @@ TEST(About, LinkIsUnderlinedUnderThePointer) {
 
 TEST(About, LinkReactsOnlyWhereItIsSeen) {
   const Desktop desktop;
-  Opened about(ScreenKind::About, 640, 300);
+  OpenedAbout about(ScreenKind::About, 640, 300);
   const screens::AboutLayout layout = aboutLayout(640, 300);
   const ui::Rect& view = layout.column.view;
   ASSERT_GT(layout.at(AboutLine::Mail).y, view.y + view.h);
@@ -190,7 +190,7 @@ TEST(About, LinkReactsOnlyWhereItIsSeen) {
 }
 
 TEST(About, LowWindowScrollsToTheButton) {
-  Opened about(ScreenKind::About, 640, 300);
+  OpenedAbout about(ScreenKind::About, 640, 300);
   about.harness.wheel(320, 100, -100);
   const ui::Rect view = aboutLayout(640, 300).column.view;
   about.harness.click(320, view.y + view.h - 2);
@@ -198,7 +198,7 @@ TEST(About, LowWindowScrollsToTheButton) {
 }
 
 TEST(About, IsSilentButForItsButtons) {
-  Opened about(ScreenKind::About);
+  OpenedAbout about(ScreenKind::About);
   support::heard().clear();
   about.harness.wheel(320, 100, -1);
   EXPECT_THAT(support::heard(), testing::IsEmpty());
@@ -253,7 +253,7 @@ TEST(AboutLayout, NarrowWindowHasASmallerFan) {
 }
 
 // How many cards begin in a column of pixels of the list.
-int cardsSeen(const Opened& screen, int from, int to) {
+int cardsSeen(const OpenedAbout& screen, int from, int to) {
   const ui::CairoSurface picture = screen.harness.picture();
   int cards = 0;
   bool inside = false;
@@ -266,12 +266,12 @@ int cardsSeen(const Opened& screen, int from, int to) {
 }
 
 TEST(Licenses, ListAllComponents) {
-  Opened licenses(ScreenKind::Licenses, 1100, 1000);
+  OpenedAbout licenses(ScreenKind::Licenses, 1100, 1000);
   EXPECT_EQ(cardsSeen(licenses, 0, 1000), 12);
 }
 
 TEST(Licenses, CardsLie68Apart) {
-  Opened licenses(ScreenKind::Licenses);
+  OpenedAbout licenses(ScreenKind::Licenses);
   for (const int step : {0, 1, 4}) {
     EXPECT_EQ(licenses.harness.colorAt(570, 56 + 68 * step + 3), kCardColor);
     EXPECT_NE(licenses.harness.colorAt(570, 56 + 68 * step + 64), kCardColor);
@@ -279,7 +279,7 @@ TEST(Licenses, CardsLie68Apart) {
 }
 
 TEST(Licenses, WheelScrollsToTheLastOne) {
-  Opened licenses(ScreenKind::Licenses);
+  OpenedAbout licenses(ScreenKind::Licenses);
   const ui::CairoSurface top = licenses.harness.picture();
   licenses.harness.wheel(320, 200, -100);
   EXPECT_EQ(licenses.harness.colorAt(570, 480 - 46 - 3), kCardColor);
@@ -290,7 +290,7 @@ TEST(Licenses, WheelScrollsToTheLastOne) {
 
 TEST(Licenses, LowWindowStillShowsAnAreaThatScrolls) {
   EXPECT_EQ(screens::columnLayout(640, 150).view.h, 80);
-  Opened licenses(ScreenKind::Licenses, 640, 150);
+  OpenedAbout licenses(ScreenKind::Licenses, 640, 150);
   EXPECT_EQ(licenses.harness.colorAt(570, 56 + 20), kCardColor);
   EXPECT_NE(licenses.harness.colorAt(570, 56 + 84), kCardColor);
   licenses.harness.wheel(320, 130, -1);
@@ -299,7 +299,7 @@ TEST(Licenses, LowWindowStillShowsAnAreaThatScrolls) {
 }
 
 TEST(Licenses, NothingIsWritten) {
-  Opened licenses(ScreenKind::Licenses);
+  OpenedAbout licenses(ScreenKind::Licenses);
   const bool had = licenses.data.has("save.json");
   licenses.harness.click(320, 200);
   licenses.harness.key(SDLK_SPACE);

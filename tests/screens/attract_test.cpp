@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "rules/levels.h"
+#include "screens/rects.h"
 #include "screens/screens.h"
 #include "screens/stack.h"
 #include "support/data_home.h"
@@ -25,6 +26,7 @@ namespace {
 
 using audio::Sfx;
 using support::heard;
+using test::overlap;
 using test::Shows;
 using test::Stack;
 using testing::ElementsAre;
@@ -276,10 +278,6 @@ class AttractLayouts : public testing::TestWithParam<std::pair<int, int>> {
   const double h = GetParam().second;
   const screens::AttractLayout layout = screens::attractLayout(w, h);
 };
-
-bool overlap(const ui::Rect& a, const ui::Rect& b) {
-  return a.x < b.x + b.w && b.x < a.x + a.w && a.y < b.y + b.h && b.y < a.y + a.h;
-}
 
 TEST_P(AttractLayouts, NothingOverlaps) {
   for (std::size_t i = 0; i < 4; ++i) {

@@ -15,16 +15,16 @@
 
 namespace {
 
+using support::kSmallH;
+using support::kSmallW;
+using test::kBelow;
 using test::Stack;
 
-constexpr ui::GameState kBelow = {.kind = ui::ScreenKind::Playing, .level = 1, .deal = 1};
 constexpr ui::GameState kGallery = {.kind = ui::ScreenKind::Gallery};
 constexpr int kRed = 0xFF0000;
-constexpr int kW = 640;
-constexpr int kH = 480;
-constexpr double kAcceptX = kW * 0.5 + 100;  // the dialog's buttons
-constexpr double kCancelX = kW * 0.5 - 100;
-constexpr double kButtonsY = kH * 0.5 + 115 - 62 + 21;
+constexpr double kAcceptX = kSmallW * 0.5 + 100;  // the dialog's buttons
+constexpr double kCancelX = kSmallW * 0.5 - 100;
+constexpr double kButtonsY = kSmallH * 0.5 + 115 - 62 + 21;
 
 store::SolveEntry entryOf(int level, const std::string& shot = "") {
   return {.id = "id" + std::to_string(level), .level = level, .seed = 1, .shot = shot, .stars = 2};
@@ -38,8 +38,8 @@ ui::CairoSurface redPicture(int w, int h) {
 }
 
 // The gallery above another screen, whose first frame is yet to come.
-struct Visit {
-  Visit() : stack(kBelow, kW, kH) { store::ensureDataDirs(); }
+struct GalleryVisit {
+  GalleryVisit() : stack(kBelow, kSmallW, kSmallH) { store::ensureDataDirs(); }
 
   void add(const store::SolveEntry& entry) const { store::recordSolve(entry); }
   void addWithPicture(int level, int w = 64, int h = 64) const {
@@ -57,11 +57,11 @@ struct Visit {
   void leave() { stack.harness.key(SDLK_ESCAPE); }
   bool inGallery() const { return Stack::top().kind == ui::ScreenKind::Gallery; }
   void clickPage(int page) {
-    const double w = (kW - 24 - 54) / 10.0;
+    const double w = (kSmallW - 24 - 54) / 10.0;
     stack.harness.click(12 + page * (w + 6) + w / 2, 84);
   }
   static ui::Rect card(int index, double scroll = 0) {
-    return screens::galleryGrid(kW, kH, screens::kPagedListTop).card(index, scroll);
+    return screens::galleryGrid(kSmallW, kSmallH, screens::kPagedListTop).card(index, scroll);
   }
   std::uint32_t middleOf(int index) const {
     const ui::Rect rect = card(index);
@@ -79,14 +79,14 @@ struct Visit {
 };
 
 TEST(Gallery, ShowsThePictureOfARecord) {
-  Visit visit;
+  GalleryVisit visit;
   visit.addWithPicture(1);
   visit.enter();
   EXPECT_EQ(visit.middleOf(0), kRed);
 }
 
 TEST(Gallery, ShowsTheDealtBoardWhereThePictureFileIsGone) {
-  Visit visit;
+  GalleryVisit visit;
   visit.addWithPicture(1);
   std::filesystem::remove(visit.stack.data.path("solves/1.png"));
   visit.enter();
@@ -102,7 +102,7 @@ TEST(Gallery, ShowsTheDealtBoardWhereThePictureFileIsGone) {
 }
 
 TEST(Gallery, ShowsAPictureFileAsItIsAtTheNextVisit) {
-  Visit visit;
+  GalleryVisit visit;
   visit.addWithPicture(1);
   visit.enter();
   visit.leave();
@@ -112,7 +112,7 @@ TEST(Gallery, ShowsAPictureFileAsItIsAtTheNextVisit) {
 }
 
 TEST(Gallery, ReadsAPictureOnceAVisit) {
-  Visit visit;
+  GalleryVisit visit;
   visit.addWithPicture(1);
   visit.enter();
   std::filesystem::remove(visit.stack.data.path("solves/1.png"));
@@ -124,19 +124,20 @@ TEST(Gallery, ReadsAPictureOnceAVisit) {
 }
 
 TEST(Gallery, WithoutARecordAllPagesAreEmptyAlike) {
-  Visit visit;
+  GalleryVisit visit;
   visit.enter();
   for (int page = 0; page < screens::kPages; ++page) {
     visit.clickPage(page);
     visit.rightClickCard(0);
     EXPECT_TRUE(support::heard() == std::vector{audio::Sfx::Click}) << "the chip alone sounds";
-    EXPECT_GT(visit.stack.harness.colorAt(kW / 2 - 15, 215), 0xE00000U) << "the fan is lighter than any felt";
+    EXPECT_GT(visit.stack.harness.colorAt(kSmallW / 2 - 15, 215), 0xE00000U)
+        << "the fan is lighter than any felt";
     support::heard().clear();
   }
 }
 
 TEST(Gallery, SortsAPageByLevelAndLeavesOtherPagesOut) {
-  Visit visit;
+  GalleryVisit visit;
   visit.add(entryOf(11));
   visit.addWithPicture(3);
   visit.add(entryOf(10));
@@ -147,7 +148,7 @@ TEST(Gallery, SortsAPageByLevelAndLeavesOtherPagesOut) {
 }
 
 TEST(Gallery, BeginsOnThePageOfTheProgress) {
-  Visit visit;
+  GalleryVisit visit;
   visit.addWithPicture(35);
   store::saveProgress({.currentLevel = 40});
   visit.enter();
@@ -155,7 +156,7 @@ TEST(Gallery, BeginsOnThePageOfTheProgress) {
 }
 
 TEST(Gallery, ComesBackToThePageChosenLastWhateverTheProgress) {
-  Visit visit;
+  GalleryVisit visit;
   visit.addWithPicture(45);
   visit.enter();
   visit.clickPage(4);
@@ -166,7 +167,7 @@ TEST(Gallery, ComesBackToThePageChosenLastWhateverTheProgress) {
 }
 
 TEST(Gallery, LeavesByEscapeAndByTheBackButton) {
-  Visit visit;
+  GalleryVisit visit;
   visit.enter();
   ASSERT_TRUE(visit.inGallery());
   visit.leave();
@@ -177,7 +178,7 @@ TEST(Gallery, LeavesByEscapeAndByTheBackButton) {
 }
 
 TEST(Gallery, DeletesTheRecordAndItsPictureAfterTheQuestion) {
-  Visit visit;
+  GalleryVisit visit;
   visit.addWithPicture(1);
   visit.addWithPicture(2);
   visit.enter();
@@ -196,7 +197,7 @@ TEST(Gallery, DeletesTheRecordAndItsPictureAfterTheQuestion) {
 
 TEST(Gallery, DeletesNothingWhenTheQuestionIsCancelled) {
   for (const bool byKey : {false, true}) {
-    Visit visit;
+    GalleryVisit visit;
     visit.addWithPicture(1);
     visit.enter();
     visit.rightClickCard(0);
@@ -206,7 +207,7 @@ TEST(Gallery, DeletesNothingWhenTheQuestionIsCancelled) {
       visit.stack.harness.click(kCancelX, kButtonsY);
     }
     EXPECT_TRUE(visit.inGallery()) << "Escape goes to the question alone";
-    visit.stack.harness.moveTo(0, kH - 1);
+    visit.stack.harness.moveTo(0, kSmallH - 1);
     EXPECT_EQ(visit.middleOf(0), kRed) << "without a veil over it";
     EXPECT_TRUE(visit.stack.data.has("solves/1.png"));
     visit.leave();
@@ -214,7 +215,7 @@ TEST(Gallery, DeletesNothingWhenTheQuestionIsCancelled) {
 }
 
 TEST(Gallery, HearsNothingBelowTheQuestion) {
-  Visit visit;
+  GalleryVisit visit;
   visit.addWithPicture(1);
   visit.addWithPicture(2);
   visit.enter();
@@ -231,36 +232,36 @@ TEST(Gallery, HearsNothingBelowTheQuestion) {
 }
 
 TEST(Gallery, CardsReactOnlyWhereTheyAreSeen) {
-  Visit visit;
+  GalleryVisit visit;
   for (int level = 1; level <= 6; ++level) visit.add(entryOf(level));
   visit.enter();
   visit.stack.harness.wheel(300, 300, -1);
   visit.stack.harness.rightClick(100, 110);
-  visit.stack.harness.rightClick(100, kH - 60);
+  visit.stack.harness.rightClick(100, kSmallH - 60);
   EXPECT_TRUE(support::heard().empty());
   visit.stack.harness.rightClick(100, 116);
   EXPECT_EQ(support::heard().size(), 1U);
 }
 
 TEST(Gallery, ScrollsToTheLastCardAndNoFurther) {
-  Visit visit;
+  GalleryVisit visit;
   for (int level = 1; level <= 3; ++level) visit.add(entryOf(level));
   visit.addWithPicture(4);
   visit.enter();
   visit.stack.harness.wheel(300, 300, -1000);
-  const screens::CardGrid grid = screens::galleryGrid(kW, kH, screens::kPagedListTop);
+  const screens::CardGrid grid = screens::galleryGrid(kSmallW, kSmallH, screens::kPagedListTop);
   const ui::Rect last = grid.card(3, grid.contentHeight(4) - grid.view.h);
-  EXPECT_NEAR(last.y + last.h, kH - 64, 1e-9);
+  EXPECT_NEAR(last.y + last.h, kSmallH - 64, 1e-9);
   EXPECT_EQ(
       visit.stack.harness.colorAt(static_cast<int>(last.x + last.w / 2), static_cast<int>(last.y + 200)),
       kRed);
 }
 
 TEST(Gallery, LightsTheCardUnderThePointer) {
-  Visit visit;
+  GalleryVisit visit;
   visit.addWithPicture(1);
   visit.enter();
-  const ui::Rect card = Visit::card(0);
+  const ui::Rect card = GalleryVisit::card(0);
   visit.stack.harness.moveTo(card.x + 100, card.y + 100);
   EXPECT_NE(visit.middleOf(0), kRed);
   visit.stack.harness.moveTo(5, 300);

@@ -20,6 +20,7 @@
 #include "rules/table_themes.h"
 #include "screens/list_screen.h"
 #include "screens/miniature.h"
+#include "screens/rects.h"
 #include "screens/screens.h"
 #include "screens/stack.h"
 #include "storage/storage.h"
@@ -33,7 +34,12 @@ namespace {
 using audio::Sfx;
 using screens::CardGrid;
 using screens::LevelCardLayout;
+using support::kUsualH;
+using support::kUsualW;
 using support::Point;
+using test::inside;
+using test::kBelow;
+using test::overlap;
 using test::Shows;
 using test::Stack;
 using testing::ElementsAre;
@@ -41,16 +47,13 @@ using testing::IsEmpty;
 using ui::Rect;
 using ui::ScreenKind;
 
-constexpr ui::GameState kBelow = {.kind = ScreenKind::Playing, .level = 1, .deal = 1};
 constexpr ui::GameState kLevelSelect = {.kind = ScreenKind::LevelSelect};
-constexpr int kW = 1100;
-constexpr int kH = 760;
 
 Point middleOf(const Rect& rect) { return {rect.x + rect.w / 2, rect.y + rect.h / 2}; }
 
 // The level select over another screen, as it is after the first frame.
-struct Visit {
-  explicit Visit(int progress = 1) {
+struct LevelVisit {
+  explicit LevelVisit(int progress = 1) {
     store::saveProgress({.currentLevel = progress});
     open();
   }
@@ -78,8 +81,8 @@ struct Visit {
     return (Stack::top().level - 1) / 10;
   }
 
-  Stack stack{kBelow, kW, kH};
-  CardGrid grid = screens::levelGrid(kW, kH);
+  Stack stack{kBelow, kUsualW, kUsualH};
+  CardGrid grid = screens::levelGrid(kUsualW, kUsualH);
 };
 
 void saveGameOf(int level) {
@@ -91,7 +94,7 @@ void saveGameOf(int level) {
 }
 
 TEST(LevelSelect, HasOnlyTheFirstLevelOpenAtAFirstStart) {
-  Visit visit;
+  LevelVisit visit;
   for (int i = 1; i < 8; ++i) {
     const Rect card = visit.card(i);
     visit.click({card.x + 20, card.y + 20});
@@ -102,7 +105,7 @@ TEST(LevelSelect, HasOnlyTheFirstLevelOpenAtAFirstStart) {
 }
 
 TEST(LevelSelect, StartsAnOpenLevelFromItsFirstDeal) {
-  Visit visit(17);
+  LevelVisit visit(17);
   visit.clickCard(6 - 1);
   EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 16, 16));
   EXPECT_EQ(Stack::depth(), 3U);
@@ -110,7 +113,7 @@ TEST(LevelSelect, StartsAnOpenLevelFromItsFirstDeal) {
 }
 
 TEST(LevelSelect, OpensTheLevelThatThePlayerHasComeToAndNoHigherOne) {
-  Visit visit(6);
+  LevelVisit visit(6);
   visit.clickCard(6);
   EXPECT_THAT(Stack::top(), Shows(ScreenKind::LevelSelect, 0, 0));
   visit.clickCard(5);
@@ -118,7 +121,7 @@ TEST(LevelSelect, OpensTheLevelThatThePlayerHasComeToAndNoHigherOne) {
 }
 
 TEST(LevelSelect, RefusesALockedLevelAudiblyAndKeepsTheSavedGame) {
-  Visit visit(3);
+  LevelVisit visit(3);
   saveGameOf(2);
   visit.clickCard(3);
   EXPECT_THAT(support::heard(), ElementsAre(Sfx::Error));
@@ -128,7 +131,7 @@ TEST(LevelSelect, RefusesALockedLevelAudiblyAndKeepsTheSavedGame) {
 
 TEST(LevelSelect, DiscardsTheSavedGameWhicheverLevelIsPicked) {
   for (const int saved : {2, 3}) {
-    Visit visit(3);
+    LevelVisit visit(3);
     saveGameOf(saved);
     ASSERT_TRUE(visit.stack.data.has("save.json"));
     visit.clickCard(2);
@@ -138,22 +141,22 @@ TEST(LevelSelect, DiscardsTheSavedGameWhicheverLevelIsPicked) {
 
 TEST(LevelSelect, GoesBackByButtonAndByEscape) {
   {
-    Visit visit;
+    LevelVisit visit;
     visit.stack.harness.key(SDLK_ESCAPE);
     EXPECT_EQ(Stack::depth(), 1U);
   }
-  Visit visit;
+  LevelVisit visit;
   visit.click({30, 28});
   EXPECT_EQ(Stack::depth(), 1U);
 }
 
 TEST(LevelSelect, ShowsAtFirstThePageThatThePlayerHasComeTo) {
-  Visit visit(34);
+  LevelVisit visit(34);
   EXPECT_EQ(visit.pageShown(), 3);
 }
 
 TEST(LevelSelect, ShowsThePageWhoseChipIsClicked) {
-  Visit visit(100);
+  LevelVisit visit(100);
   for (const int page : {0, 7, 9}) {
     visit.clickChip(page);
     EXPECT_EQ(visit.pageShown(), page);
@@ -162,7 +165,7 @@ TEST(LevelSelect, ShowsThePageWhoseChipIsClicked) {
 }
 
 TEST(LevelSelect, ShowsThePageLastChosenWhenItIsOpenedAgain) {
-  Visit visit(95);
+  LevelVisit visit(95);
   visit.clickChip(2);
   visit.stack.harness.key(SDLK_ESCAPE);
   store::saveProgress({.currentLevel = 100});
@@ -171,7 +174,7 @@ TEST(LevelSelect, ShowsThePageLastChosenWhenItIsOpenedAgain) {
 }
 
 TEST(LevelSelect, BeginsEachPageAtItsTop) {
-  Visit visit(100);
+  LevelVisit visit(100);
   visit.stack.harness.wheel(550, 400, -3);
   visit.clickChip(4);
   const Rect card = visit.card(0);
@@ -180,7 +183,7 @@ TEST(LevelSelect, BeginsEachPageAtItsTop) {
 }
 
 TEST(LevelSelect, MovesItsCardsWithTheWheelAsFarAsTheLastRow) {
-  Visit visit(10);
+  LevelVisit visit(10);
   visit.stack.harness.wheel(550, 400, -100);
   const double most = visit.grid.contentHeight(10) - visit.grid.view.h;
   ASSERT_GT(most, 0);
@@ -191,7 +194,7 @@ TEST(LevelSelect, MovesItsCardsWithTheWheelAsFarAsTheLastRow) {
 }
 
 TEST(LevelSelect, ItsCardsAreClickedOnlyWhereTheyAreSeen) {
-  Visit visit(100);
+  LevelVisit visit(100);
   visit.clickChip(0);
   support::heard().clear();
   // Below the list's end the second row goes on, and scrolled up the first reaches beneath the chips.
@@ -205,7 +208,7 @@ TEST(LevelSelect, ItsCardsAreClickedOnlyWhereTheyAreSeen) {
 }
 
 TEST(LevelSelect, TakesNoNoticeOfAClickBetweenTheCards) {
-  Visit visit(10);
+  LevelVisit visit(10);
   visit.click({visit.card(0).x + visit.grid.cardW + 6, 300});
   EXPECT_THAT(Stack::top(), Shows(ScreenKind::LevelSelect, 0, 0));
   EXPECT_THAT(support::heard(), IsEmpty());
@@ -239,8 +242,8 @@ class LevelSelectView : public testing::Test {
 
   support::DataHome data;
   std::unique_ptr<ui::Screen> screen;
-  support::ScreenHarness harness{[this](ui::Ctx& ctx) { screen->update(ctx); }, kW, kH};
-  CardGrid grid = screens::levelGrid(kW, kH);
+  support::ScreenHarness harness{[this](ui::Ctx& ctx) { screen->update(ctx); }, kUsualW, kUsualH};
+  CardGrid grid = screens::levelGrid(kUsualW, kUsualH);
 };
 
 TEST_F(LevelSelectView, VeilsLockedCards) {
@@ -310,11 +313,11 @@ TEST_F(LevelSelectView, LiesOnTheFeltOfItsPage) {
   for (const int page : {0, 1, 8}) {
     harness.click(12 + 102.0 * page + 48, 84);
     harness.frame();
-    const ui::CairoSurface felt = support::makePicture(kW, kH, [&](cairo_t* cr) {
+    const ui::CairoSurface felt = support::makePicture(kUsualW, kUsualH, [&](cairo_t* cr) {
       ui::Ctx ctx;
       ctx.cr = cr;
-      ctx.w = kW;
-      ctx.h = kH;
+      ctx.w = kUsualW;
+      ctx.h = kUsualH;
       ui::drawFelt(ctx, mj::tableThemeForStage(page), false);
     });
     EXPECT_EQ(at({700, 30}), support::pixelAt(felt.get(), 700, 30) & 0xFFFFFFU) << "page " << page;
@@ -337,15 +340,6 @@ class LevelGridIn : public testing::TestWithParam<std::pair<int, int>> {
   const double h = GetParam().second;
   const CardGrid grid = screens::levelGrid(w, h);
 };
-
-bool overlap(const Rect& a, const Rect& b) {
-  return a.x < b.x + b.w && b.x < a.x + a.w && a.y < b.y + b.h && b.y < a.y + a.h;
-}
-
-bool inside(const Rect& inner, const Rect& outer) {
-  return inner.x >= outer.x && inner.y >= outer.y && inner.x + inner.w <= outer.x + outer.w + 1e-9 &&
-         inner.y + inner.h <= outer.y + outer.h + 1e-9;
-}
 
 TEST_P(LevelGridIn, HasItsListBetweenTheChipsAndTheLowerEdge) {
   EXPECT_EQ(grid.view.y, 114);

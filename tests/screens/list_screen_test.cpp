@@ -21,13 +21,12 @@
 namespace {
 
 using support::Drawing;
+using support::kUsualH;
+using support::kUsualW;
 using support::ScreenHarness;
+using test::kBelow;
 using test::Stack;
 using ui::ScreenKind;
-
-constexpr ui::GameState kBelow = {.kind = ScreenKind::Playing, .level = 1, .deal = 1};
-constexpr int kW = 1100;
-constexpr int kH = 760;
 
 // A player who has come to level 6 and has solved the five before.
 void writeFiles() {
@@ -69,7 +68,7 @@ class ListScreens : public testing::TestWithParam<Kind> {
     ScreenHarness harness;
   };
 
-  std::unique_ptr<Show> show(Drawing drawing, int w = kW, int h = kH) const {
+  std::unique_ptr<Show> show(Drawing drawing, int w = kUsualW, int h = kUsualH) const {
     return std::make_unique<Show>(GetParam().make(), drawing, w, h);
   }
 
@@ -156,8 +155,8 @@ TEST_P(ListScreens, ShowNothingOfWhatScrollsAboveTheirList) {
 }
 
 // A screen over another, after its first frame.
-struct Opened : Stack {
-  explicit Opened(ScreenKind kind, int w = kW, int h = kH) : Stack(kBelow, w, h) {
+struct OpenedList : Stack {
+  explicit OpenedList(ScreenKind kind, int w = kUsualW, int h = kUsualH) : Stack(kBelow, w, h) {
     writeFiles();
     ui::Game::instance().push({.kind = kind});
     harness.frame();
@@ -168,7 +167,7 @@ struct Opened : Stack {
 };
 
 TEST_P(ListScreens, AreDrawnToTheEndWhenTheyAreLeft) {
-  Opened opened(GetParam().kind);
+  OpenedList opened(GetParam().kind);
   const ui::CairoSurface before = opened.harness.picture();
   opened.harness.key(SDLK_ESCAPE);
   EXPECT_EQ(Stack::depth(), 1U);
@@ -176,7 +175,7 @@ TEST_P(ListScreens, AreDrawnToTheEndWhenTheyAreLeft) {
 }
 
 TEST(ListScreen, AClickInTheFrameInWhichItIsLeftDoesNothing) {
-  Opened opened(ScreenKind::LevelSelect);
+  OpenedList opened(ScreenKind::LevelSelect);
   opened.harness.next().keys = {SDLK_ESCAPE};
   opened.harness.click(100, 200);
   EXPECT_EQ(Stack::depth(), 1U);
@@ -184,7 +183,7 @@ TEST(ListScreen, AClickInTheFrameInWhichItIsLeftDoesNothing) {
 }
 
 TEST(ListScreen, IsScrolledByTheWheelBesideItsColumn) {
-  Opened opened(ScreenKind::Licenses);
+  OpenedList opened(ScreenKind::Licenses);
   const ui::CairoSurface before = opened.harness.picture();
   opened.harness.wheel(5, 300, -1);
   EXPECT_FALSE(support::samePicture(before.get(), opened.harness.picture().get()));

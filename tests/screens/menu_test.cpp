@@ -29,6 +29,8 @@ namespace {
 using screens::MenuEntry;
 using screens::MenuLayout;
 using screens::menuLayout;
+using support::kSmallH;
+using support::kSmallW;
 using support::ScreenHarness;
 using test::Shows;
 using test::Stack;
@@ -36,8 +38,6 @@ using ui::ScreenKind;
 
 constexpr ui::GameState kSplash = {};
 constexpr ui::GameState kMenu = {.kind = ScreenKind::Menu};
-constexpr int kW = 640;
-constexpr int kH = 480;
 
 constexpr std::array kEntries = {MenuEntry::Continue, MenuEntry::NewGame,  MenuEntry::LevelSelect,
                                  MenuEntry::Gallery,  MenuEntry::Settings, MenuEntry::About};
@@ -85,7 +85,7 @@ TEST(Splash, IsNotSkippedByAHandThatOnlyMoves) {
 TEST(Splash, LiesOnPlainGreenCloth) {
   Stack stack(kSplash);
   stack.harness.frame();
-  ScreenHarness cloth([](ui::Ctx& ctx) { ui::drawFelt(ctx, nullptr, false); }, kW, kH,
+  ScreenHarness cloth([](ui::Ctx& ctx) { ui::drawFelt(ctx, nullptr, false); }, kSmallW, kSmallH,
                       support::Drawing::Textures);
   cloth.frame();
   for (const auto& [x, y] : {std::pair{17, 240}, std::pair{30, 30}, std::pair{320, 100}}) {
@@ -95,7 +95,7 @@ TEST(Splash, LiesOnPlainGreenCloth) {
 
 // A place on the title's last tile, beside its letter, of a title whose tiles begin at `top`.
 support::Point onLastTile(double tileW, double top) {
-  return {kW / 2.0 + 2.5 * 1.12 * tileW + 0.62 * tileW, top + 0.3 * tileW};
+  return {kSmallW / 2.0 + 2.5 * 1.12 * tileW + 0.62 * tileW, top + 0.3 * tileW};
 }
 
 bool isCream(const ScreenHarness& harness, support::Point at) {
@@ -214,12 +214,12 @@ TEST(MenuFooter, StandsOutFromWhateverTilesAreBelow) {
   const support::DataHome data;
   for (int level = 1; level <= 100; level += 9) {
     screens::Menu menu(mj::createGame(mj::levelToConfig(level).slots, 1));
-    ScreenHarness harness([&](ui::Ctx& ctx) { menu.update(ctx); }, kW, kH);
+    ScreenHarness harness([&](ui::Ctx& ctx) { menu.update(ctx); }, kSmallW, kSmallH);
     harness.frame();
     // Just above the letters.
-    const ui::Rect footer = menuLayout(kW, kH).footer;
+    const ui::Rect footer = menuLayout(kSmallW, kSmallH).footer;
     const double below =
-        lightest(harness.picture().get(), kW / 2.0 - kHalfLine, kW / 2.0 + kHalfLine, footer.y + 1);
+        lightest(harness.picture().get(), kSmallW / 2.0 - kHalfLine, kSmallW / 2.0 + kHalfLine, footer.y + 1);
     EXPECT_GE((luminance(ui::palette::kMutedText) + 0.05) / (below + 0.05), kLegible) << level;
   }
 }
@@ -236,7 +236,7 @@ TEST(MenuLayoutSizes, AreSmallAndWithoutTaglineInANarrowOrLowWindow) {
 class Menu : public testing::Test {
  protected:
   void click(MenuEntry entry) {
-    const ui::Rect rect = menuLayout(kW, kH).plaque(entry);
+    const ui::Rect rect = menuLayout(kSmallW, kSmallH).plaque(entry);
     stack.harness.click(rect.x + rect.w / 2, rect.y + rect.h / 2);
   }
   void writeProgress(int level) const {
@@ -249,7 +249,7 @@ class Menu : public testing::Test {
             .game = mj::createGame(mj::levelToConfig(level).slots, deal)};
   }
 
-  Stack stack{kMenu, kW, kH};
+  Stack stack{kMenu, kSmallW, kSmallH};
 };
 
 TEST_F(Menu, ContinuesWithTheFirstLevelAtFirst) {
@@ -364,7 +364,7 @@ TEST_F(Menu, WaitsAMinuteMoreAfterAnyInput) {
 // Whether the harness shows the plaque with this label, and a shine on it if it is the active one's.
 testing::AssertionResult showsPlaque(const ScreenHarness& harness, MenuEntry entry, const std::string& label,
                                      int active) {
-  const MenuLayout layout = menuLayout(kW, kH);
+  const MenuLayout layout = menuLayout(kSmallW, kSmallH);
   const ui::Rect& rect = layout.plaque(entry);
   const auto cut = [&](const std::function<void(cairo_t*)>& paint) {
     constexpr double kRim = 5;  // its corners are round
@@ -415,7 +415,7 @@ TEST_F(Menu, LetsAShinePassThroughItsPlaquesOneAfterTheOther) {
 
 TEST_F(Menu, HasItsTitleAtRestFromTheFirstFrameOn) {
   stack.harness.frame();
-  const MenuLayout layout = menuLayout(kW, kH);
+  const MenuLayout layout = menuLayout(kSmallW, kSmallH);
   const double tilesTop = layout.titleTop + 1.25 * layout.title.wordSize + 6;
   EXPECT_TRUE(isCream(stack.harness, onLastTile(layout.title.tileW, tilesTop)));
 }

@@ -9,26 +9,20 @@
 #include <vector>
 
 #include "resources/i18n.h"
+#include "screens/rects.h"
 #include "support/picture.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
 
 namespace {
 
+using test::inside;
+using test::overlap;
 using ui::Rect;
 
 double rightOf(const Rect& rect) { return rect.x + rect.w; }
 double bottomOf(const Rect& rect) { return rect.y + rect.h; }
-double middleOf(const Rect& rect) { return rect.y + rect.h / 2; }
-
-bool overlap(const Rect& a, const Rect& b) {
-  return a.x < rightOf(b) && b.x < rightOf(a) && a.y < bottomOf(b) && b.y < bottomOf(a);
-}
-
-bool inside(const Rect& inner, const Rect& outer) {
-  return inner.x >= outer.x && inner.y >= outer.y && rightOf(inner) <= rightOf(outer) &&
-         bottomOf(inner) <= bottomOf(outer);
-}
+double middleYOf(const Rect& rect) { return rect.y + rect.h / 2; }
 
 class PlayingLayout : public testing::TestWithParam<std::pair<int, int>> {
  protected:
@@ -51,7 +45,7 @@ void expectInARow(const std::vector<Rect>& parts, const Rect& bar) {
   for (std::size_t i = 0; i < parts.size(); ++i) {
     EXPECT_GT(parts[i].w, 0) << i;
     EXPECT_TRUE(inside(parts[i], bar)) << i;
-    EXPECT_EQ(middleOf(parts[i]), middleOf(bar)) << i;
+    EXPECT_EQ(middleYOf(parts[i]), middleYOf(bar)) << i;
     if (i > 0) {
       EXPECT_LE(rightOf(parts[i - 1]), parts[i].x) << i;
     }
@@ -114,7 +108,7 @@ TEST_P(PlayingLayout, HasThePanelOfNoMovesInTheBoardsMiddle) {
     EXPECT_EQ(panel.panel.w, 340);
     EXPECT_EQ(panel.panel.h, 120);
     EXPECT_TRUE(inside(panel.panel, layout.board));
-    EXPECT_DOUBLE_EQ(middleOf(panel.panel), middleOf(layout.board));
+    EXPECT_DOUBLE_EQ(middleYOf(panel.panel), middleYOf(layout.board));
     EXPECT_DOUBLE_EQ(panel.panel.x, w - rightOf(panel.panel));
     EXPECT_TRUE(inside(panel.second, panel.panel));
     EXPECT_LT(panel.titleTop + 24, panel.second.y) << "the title has a line of its own";

@@ -15,19 +15,19 @@
 
 namespace {
 
+using support::kSmallH;
+using support::kSmallW;
 using support::ScreenHarness;
 using test::Shows;
 using test::Sitting;
 using test::Stack;
 using testing::IsEmpty;
 
-constexpr int kW = 640;
-constexpr int kH = 480;
 constexpr ui::GameState kSecondLevel = {.kind = ui::ScreenKind::Playing, .level = 2, .deal = 2};
 
-const screens::PlayingLayout kLayout = screens::playingLayout(kW, kH);
-const screens::PanelLayout kStuck = screens::noMovesPanel(kW, kLayout.board, 2);
-const screens::PanelLayout kPause = screens::pausePanel(kW, kH);
+const screens::PlayingLayout kLayout = screens::playingLayout(kSmallW, kSmallH);
+const screens::PanelLayout kStuck = screens::noMovesPanel(kSmallW, kLayout.board, 2);
+const screens::PanelLayout kPause = screens::pausePanel(kSmallW, kSmallH);
 
 support::Point centreOf(const ui::Rect& rect) { return {rect.x + rect.w / 2, rect.y + rect.h / 2}; }
 
@@ -37,15 +37,15 @@ void clickOn(ScreenHarness& harness, const ui::Rect& rect) {
 }
 
 // A table whose tiles have flown in.
-struct Table : Sitting {
-  explicit Table(const ui::GameState& descriptor = test::kFirstLevel) : Sitting(descriptor) {
+struct PanelTable : Sitting {
+  explicit PanelTable(const ui::GameState& descriptor = test::kFirstLevel) : Sitting(descriptor) {
     waitForIntro();
   }
   void clickOn(const ui::Rect& rect) { ::clickOn(harness, rect); }
 };
 
-struct StuckTable : Table {
-  StuckTable() : Table(test::kSoonStuck) {
+struct StuckTable : PanelTable {
+  StuckTable() : PanelTable(test::kSoonStuck) {
     take(test::lowestPair(game()));
     EXPECT_THAT(mj::availablePairs(game()), IsEmpty());
   }
@@ -61,10 +61,10 @@ TEST(NoMoves, ShuffleHelpsAndThePanelGoes) {
 }
 
 // The colour inside of a rectangle's left edge.
-std::uint32_t colorIn(const Table& table, const ui::Rect& rect) {
+std::uint32_t colorIn(const PanelTable& table, const ui::Rect& rect) {
   return table.harness.colorAt(static_cast<int>(rect.x) + 8, static_cast<int>(rect.y + rect.h / 2));
 }
-std::uint32_t colorAbove(const Table& table, const ui::Rect& rect) {
+std::uint32_t colorAbove(const PanelTable& table, const ui::Rect& rect) {
   return table.harness.colorAt(static_cast<int>(rect.x) + 24, static_cast<int>(rect.y) - 4);
 }
 
@@ -74,7 +74,7 @@ TEST(Panels, HaveButtonsThatStandOut) {
   stuck.harness.moveTo(0, 0);
   EXPECT_GE(support::channelDifference(colorIn(stuck, kStuck.second), colorAbove(stuck, kStuck.second)),
             kSeen);
-  Table paused;
+  PanelTable paused;
   paused.harness.key(SDLK_SPACE);
   paused.harness.frame();
   for (const ui::Rect& button : {kPause.first, kPause.second}) {
@@ -98,7 +98,7 @@ TEST(NoMoves, OffersShuffleAloneWhereNothingCanBeUndone) {
   Sitting sitting(test::kSoonStuck, test::Files::Kept);
   ASSERT_EQ(sitting.game(), game);
   clickOn(sitting.harness, kStuck.first);
-  const ui::Rect alone = screens::noMovesPanel(kW, kLayout.board, 1).second;
+  const ui::Rect alone = screens::noMovesPanel(kSmallW, kLayout.board, 1).second;
   ASSERT_FALSE(alone.contains(kStuck.first.x + 2, kStuck.first.y + 20));
   sitting.harness.click(kStuck.first.x + 2, kStuck.first.y + 20);
   EXPECT_EQ(sitting.game(), game);
@@ -107,7 +107,7 @@ TEST(NoMoves, OffersShuffleAloneWhereNothingCanBeUndone) {
 }
 
 TEST(NoMoves, IsNotSaidWhileAPairIsLeft) {
-  Table table;
+  PanelTable table;
   table.take(mj::findHint(table.game()));
   table.clickOn(kStuck.first);
   table.clickOn(kStuck.second);
@@ -134,7 +134,7 @@ TEST(NoMoves, IsNotSaidInAPause) {
 }
 
 TEST(NoMoves, IsNotSaidAfterTheWin) {
-  Table table;
+  PanelTable table;
   table.win();
   table.clickOn(kStuck.first);
   table.clickOn(kStuck.second);
@@ -162,7 +162,7 @@ TEST(NoMoves, LeavesTheTilesBesideItsPanelToThePlayer) {
   table.screen.setZoom(3);
   table.harness.frame();
   for (double y = kLayout.board.y + 5; y < kStuck.panel.y && table.game().selected < 0; y += 10) {
-    for (double x = kLayout.board.x + 5; x < kW - 40 && table.game().selected < 0; x += 10)
+    for (double x = kLayout.board.x + 5; x < kSmallW - 40 && table.game().selected < 0; x += 10)
       table.harness.click(x, y);
   }
   EXPECT_GE(table.game().selected, 0);
@@ -221,7 +221,7 @@ TEST_P(DragsEnd, WorksNoButton) {
 INSTANTIATE_TEST_SUITE_P(Over, DragsEnd, testing::Range<std::size_t>(0, std::size(kUnderTheHand)));
 
 TEST(PauseButton, PausesAndResumeGoesOn) {
-  Table table;
+  PanelTable table;
   table.clickOn(kLayout.pause);
   EXPECT_TRUE(table.screen.isPaused());
   const double time = table.screen.playTime();
@@ -234,7 +234,7 @@ TEST(PauseButton, PausesAndResumeGoesOn) {
 }
 
 TEST(PauseOverlay, ShowsNoTile) {
-  Table table;
+  PanelTable table;
   EXPECT_GT(ui::gpuDrawCalls(), 36);
   table.harness.key(SDLK_SPACE);
   table.harness.frame();
@@ -244,7 +244,7 @@ TEST(PauseOverlay, ShowsNoTile) {
 TEST(PauseOverlay, LooksTheSameWhateverLiesBelow) {
   ui::CairoSurface seen[2];
   for (const unsigned i : {0U, 1U}) {
-    Table table({.kind = ui::ScreenKind::Playing, .level = 1, .deal = 1 + i});
+    PanelTable table({.kind = ui::ScreenKind::Playing, .level = 1, .deal = 1 + i});
     table.harness.key(SDLK_SPACE);
     table.harness.frame();
     seen[i] = table.harness.picture();
@@ -253,12 +253,12 @@ TEST(PauseOverlay, LooksTheSameWhateverLiesBelow) {
 }
 
 TEST(PauseOverlay, LetsNoClickThrough) {
-  Table table;
+  PanelTable table;
   table.take(mj::findHint(table.game()));
   const mj::GameState before = table.game();
   table.harness.key(SDLK_SPACE);
-  for (double y = 5; y < kH; y += 20) {
-    for (double x = 5; x < kW; x += 20) {
+  for (double y = 5; y < kSmallH; y += 20) {
+    for (double x = 5; x < kSmallW; x += 20) {
       if (kPause.first.contains(x, y) || kPause.second.contains(x, y)) continue;
       table.harness.click(x, y);
     }
@@ -269,7 +269,7 @@ TEST(PauseOverlay, LetsNoClickThrough) {
 }
 
 TEST(PauseOverlay, ResumeTouchesNothingBelowIt) {
-  Table table;
+  PanelTable table;
   const support::Point p = centreOf(kPause.first);
   ASSERT_GE(ui::hitTestTile(table.game(), kLayout.board, {}, p.x, p.y), 0);
   const mj::GameState before = table.game();
@@ -280,7 +280,7 @@ TEST(PauseOverlay, ResumeTouchesNothingBelowIt) {
 }
 
 TEST(PauseOverlay, IsOpenedAndClosedBySpaceAndButtonAlike) {
-  Table table;
+  PanelTable table;
   table.clickOn(kLayout.pause);
   table.harness.key(SDLK_SPACE);
   EXPECT_FALSE(table.screen.isPaused());
@@ -321,7 +321,7 @@ TEST(Leaving, IsNotByADragThatEndsOnTheBackButton) {
   OnTheStack stack;
   stack.harness.key(SDLK_PLUS);
   const support::Point end = centreOf(kLayout.back);
-  stack.harness.drag(kW / 2.0, kH / 2.0, end.x, end.y);
+  stack.harness.drag(kSmallW / 2.0, kSmallH / 2.0, end.x, end.y);
   EXPECT_EQ(Stack::depth(), 2U);
   stack.clickOn(kLayout.back);
   EXPECT_EQ(Stack::depth(), 1U);
@@ -345,7 +345,7 @@ struct Outcome {
 
 template <typename Action>
 Outcome outcomeOf(const Action& action) {
-  Table table;
+  PanelTable table;
   table.take(mj::findHint(table.game()));
   table.screen.setZoom(2);
   table.harness.frame();
@@ -356,23 +356,23 @@ Outcome outcomeOf(const Action& action) {
 
 TEST(ActionButtons, ActAsTheKeys) {
   constexpr int kKeys[] = {SDLK_h, SDLK_m, SDLK_u, SDLK_PLUS, SDLK_MINUS, SDLK_0};
-  const Outcome untouched = outcomeOf([](Table&) {});
+  const Outcome untouched = outcomeOf([](PanelTable&) {});
   for (std::size_t i = 0; i < 6; ++i) {
-    const Outcome clicked = outcomeOf([i](Table& table) { table.clickOn(kLayout.buttons[i]); });
-    EXPECT_TRUE(clicked == outcomeOf([&](Table& table) { table.harness.key(kKeys[i]); })) << i;
+    const Outcome clicked = outcomeOf([i](PanelTable& table) { table.clickOn(kLayout.buttons[i]); });
+    EXPECT_TRUE(clicked == outcomeOf([&](PanelTable& table) { table.harness.key(kKeys[i]); })) << i;
     EXPECT_FALSE(clicked == untouched) << i;
   }
 }
 
 TEST(ActionButtons, ReachNoTileAndNoBoard) {
-  Table table;
+  PanelTable table;
   table.screen.setZoom(3);
   for (const ui::Rect& button : kLayout.buttons) table.clickOn(button);
   EXPECT_EQ(table.game().selected, -1);
 }
 
 TEST(ActionButtons, AreDeadAfterTheWin) {
-  Table table;
+  PanelTable table;
   table.win();
   const mj::GameState before = table.game();
   for (const ui::Rect& button : kLayout.buttons) table.clickOn(button);

@@ -26,8 +26,8 @@ std::vector<Sfx> soundsOf(const std::function<void()>& action) {
 }
 
 // A table whose tiles have flown in.
-struct Table : Sitting {
-  explicit Table(const ui::GameState& descriptor = test::kFirstLevel) : Sitting(descriptor) {
+struct SoundTable : Sitting {
+  explicit SoundTable(const ui::GameState& descriptor = test::kFirstLevel) : Sitting(descriptor) {
     waitForIntro();
   }
   void becomeStuck() {
@@ -56,7 +56,7 @@ struct Table : Sitting {
 };
 
 TEST(TapSound, PlacesTheFirstTileAndClicksWhenItIsPutBack) {
-  Table table;
+  SoundTable table;
   const int tile = test::topTile(table.game());
   EXPECT_THAT(table.clicking(tile), ElementsAre(Sfx::Place));
   EXPECT_THAT(table.clicking(tile), ElementsAre(Sfx::Click));
@@ -64,7 +64,7 @@ TEST(TapSound, PlacesTheFirstTileAndClicksWhenItIsPutBack) {
 }
 
 TEST(TapSound, PlacesBothOfAPairAndRemovesThemOnce) {
-  Table table;
+  SoundTable table;
   const auto [a, b] = mj::findHint(table.game());
   EXPECT_THAT(table.clicking(a), ElementsAre(Sfx::Place));
   EXPECT_THAT(table.clicking(b), ElementsAre(Sfx::Place));
@@ -74,7 +74,7 @@ TEST(TapSound, PlacesBothOfAPairAndRemovesThemOnce) {
 }
 
 TEST(TapSound, RefusesAnUnequalPairOnceAndForgetsItSilently) {
-  Table table;
+  SoundTable table;
   const auto [a, b] = test::unequalPair(table.game());
   table.click(a);
   EXPECT_THAT(table.clicking(b), ElementsAre(Sfx::NoNo));
@@ -82,17 +82,17 @@ TEST(TapSound, RefusesAnUnequalPairOnceAndForgetsItSilently) {
 }
 
 TEST(TapSound, ComplainsAboutABlockedTile) {
-  Table table;
+  SoundTable table;
   EXPECT_THAT(table.clicking(test::blockedTile(table)), ElementsAre(Sfx::Error));
 }
 
 TEST(TapSound, IsNotHeardBesideTheTiles) {
-  Table table;
+  SoundTable table;
   EXPECT_THAT(table.clicking({table.layout.board.x, table.layout.board.y, 2, 2}), IsEmpty());
 }
 
 TEST(TapSound, IsNotHeardOfAPairThatAShuffleMadeUnequal) {
-  Table table;
+  SoundTable table;
   const auto [a, b] = mj::findHint(table.game());
   table.clickBoth({a, b});
   table.harness.key(SDLK_m);
@@ -101,14 +101,14 @@ TEST(TapSound, IsNotHeardOfAPairThatAShuffleMadeUnequal) {
 }
 
 TEST(WinSound, FollowsTheLastRemovalAtOnceAndOnce) {
-  Table table;
+  SoundTable table;
   table.playUntilLeft(1);
   table.clickBoth(table.order.back());
   EXPECT_THAT(table.waiting(0.5), ElementsAre(Sfx::Remove, Sfx::WinGlare));
 }
 
 TEST(WinSound, IsTheLastOfTheTable) {
-  Table table;
+  SoundTable table;
   table.win();
   EXPECT_THAT(table.key(SDLK_h), IsEmpty());
   EXPECT_THAT(table.key(SDLK_m), IsEmpty());
@@ -118,26 +118,26 @@ TEST(WinSound, IsTheLastOfTheTable) {
 }
 
 TEST(KeySound, OfAHint) {
-  Table table;
+  SoundTable table;
   EXPECT_THAT(table.key(SDLK_h), ElementsAre(Sfx::Hint));
   EXPECT_THAT(table.waiting(2), IsEmpty());
 }
 
 TEST(KeySound, OfAHintThatFindsNoPair) {
-  Table table(test::kSoonStuck);
+  SoundTable table(test::kSoonStuck);
   table.becomeStuck();
   EXPECT_THAT(table.key(SDLK_h), ElementsAre(Sfx::Error));
 }
 
 TEST(KeySound, OfShuffleUndoAndPauseIsAClick) {
-  Table table;
+  SoundTable table;
   table.take(mj::findHint(table.game()));
   for (const int code : {SDLK_m, SDLK_u, SDLK_SPACE, SDLK_SPACE})
     EXPECT_THAT(table.key(code), ElementsAre(Sfx::Click)) << code;
 }
 
 TEST(KeySound, IsNoneWhereNothingHappens) {
-  Table table;
+  SoundTable table;
   for (const int code : {SDLK_u, SDLK_PLUS, SDLK_EQUALS, SDLK_MINUS, SDLK_0, SDLK_x})
     EXPECT_THAT(table.key(code), IsEmpty()) << code;
   table.key(SDLK_SPACE);
@@ -145,7 +145,7 @@ TEST(KeySound, IsNoneWhereNothingHappens) {
 }
 
 TEST(ButtonSound, IsOneClickAndThenTheActionsOwn) {
-  Table table;
+  SoundTable table;
   table.take(mj::findHint(table.game()));
   EXPECT_THAT(table.clicking(table.layout.buttons[0]), ElementsAre(Sfx::Click, Sfx::Hint));
   for (const unsigned i : {1U, 2U, 3U, 4U, 5U})
@@ -154,12 +154,12 @@ TEST(ButtonSound, IsOneClickAndThenTheActionsOwn) {
 }
 
 TEST(ButtonSound, IsNoneOfUndoWithoutHistory) {
-  Table table;
+  SoundTable table;
   EXPECT_THAT(table.clicking(table.layout.buttons[2]), IsEmpty());
 }
 
 TEST(ButtonSound, OfPauseResumeAndExitIsOneClick) {
-  Table table;
+  SoundTable table;
   const screens::PanelLayout panel = screens::pausePanel(640, 480);
   EXPECT_THAT(table.clicking(table.layout.pause), ElementsAre(Sfx::Click));
   EXPECT_THAT(table.clicking(panel.first), ElementsAre(Sfx::Click));
@@ -168,7 +168,7 @@ TEST(ButtonSound, OfPauseResumeAndExitIsOneClick) {
 }
 
 TEST(ButtonSound, IsNoneUnderThePauseOverlay) {
-  Table table;
+  SoundTable table;
   table.key(SDLK_SPACE);
   for (const ui::Rect& button : table.layout.buttons) EXPECT_THAT(table.clicking(button), IsEmpty());
   EXPECT_THAT(table.clicking(table.layout.back), IsEmpty());
@@ -177,7 +177,7 @@ TEST(ButtonSound, IsNoneUnderThePauseOverlay) {
 
 TEST(ButtonSound, OfAnAnswerToNoMovesIsOneClick) {
   for (const bool undo : {true, false}) {
-    Table table(test::kSoonStuck);
+    SoundTable table(test::kSoonStuck);
     table.becomeStuck();
     const screens::PanelLayout panel = screens::noMovesPanel(640, table.layout.board, 2);
     EXPECT_THAT(table.clicking(undo ? panel.first : panel.second), ElementsAre(Sfx::Click));

@@ -13,6 +13,7 @@
 #include "resources/i18n.h"
 #include "rules/levels.h"
 #include "rules/table_themes.h"
+#include "screens/rects.h"
 #include "screens/solved_layout.h"
 #include "screens/stack.h"
 #include "storage/storage.h"
@@ -25,6 +26,7 @@ namespace {
 
 using audio::Sfx;
 using support::heard;
+using test::overlap;
 using test::Shows;
 using test::Stack;
 using testing::ElementsAre;
@@ -364,12 +366,6 @@ INSTANTIATE_TEST_SUITE_P(Size, SolvedLayoutAt,
                                          Window{1100, 760, true}, Window{1150, 1000, false},
                                          Window{1151, 1000, true}, Window{1080, 1920, false},
                                          Window{1920, 1080, true}, Window{3840, 2160, true}));
-
-bool overlap(const ui::Rect& a, const ui::Rect& b) {
-  constexpr double kTouching = 1e-9;
-  return a.x + a.w > b.x + kTouching && b.x + b.w > a.x + kTouching && a.y + a.h > b.y + kTouching &&
-         b.y + b.h > a.y + kTouching;
-}
 
 void expectApart(const std::vector<ui::Rect>& rects, const ui::Rect& around) {
   for (std::size_t i = 0; i < rects.size(); ++i) {

@@ -9,6 +9,9 @@
 
 namespace test {
 
+// A screen below the one that is tested.
+inline constexpr ui::GameState kBelow = {.kind = ui::ScreenKind::Playing, .level = 1, .deal = 1};
+
 struct Stack {
   // Shows this screen alone, in its initial state, with no files of the player's. Its first frame is yet to
   // come.

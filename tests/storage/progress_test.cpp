@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <limits>
 #include <string>
 
+#include "storage/limits.h"
 #include "storage/storage.h"
 #include "support/data_home.h"
 
@@ -14,21 +14,23 @@ namespace {
 using store::LevelBest;
 using store::Progress;
 using support::DataHome;
+using test::kInt64Max;
+using test::kInt64Min;
+using test::kIntMax;
+using test::kIntMin;
 
-constexpr const char* kFile = "progress.json";
-constexpr int kIntMax = std::numeric_limits<int>::max();
-constexpr int kIntMin = std::numeric_limits<int>::min();
+constexpr const char* kProgressFile = "progress.json";
 
-Progress loaded(const std::string& text) {
+Progress progressIn(const std::string& text) {
   const DataHome home;
-  home.write(kFile, text);
+  home.write(kProgressFile, text);
   return store::loadProgress();
 }
 
 // The best of level 3 when its member of the file is this text.
 LevelBest bestIn(const std::string& text) {
   const DataHome home;
-  home.write(kFile, R"({"bests":{"3":)" + text + "}}");
+  home.write(kProgressFile, R"({"bests":{"3":)" + text + "}}");
   return store::bestFor(3);
 }
 
@@ -39,47 +41,47 @@ std::int64_t elapsedIn(const std::string& number) {
 TEST(LoadProgress, IsAFirstStartWithoutAFile) {
   const DataHome home;
   EXPECT_EQ(store::loadProgress(), (Progress{1, 0}));
-  EXPECT_FALSE(home.has(kFile));
+  EXPECT_FALSE(home.has(kProgressFile));
 }
 
 TEST(LoadProgress, KeepsTheLevelBetweenOneAndAHundred) {
-  EXPECT_EQ(loaded(R"({"currentLevel":250})").currentLevel, 100);
-  EXPECT_EQ(loaded(R"({"currentLevel":101})").currentLevel, 100);
-  EXPECT_EQ(loaded(R"({"currentLevel":100})").currentLevel, 100);
-  EXPECT_EQ(loaded(R"({"currentLevel":0})").currentLevel, 1);
-  EXPECT_EQ(loaded(R"({"currentLevel":-3})").currentLevel, 1);
+  EXPECT_EQ(progressIn(R"({"currentLevel":250})").currentLevel, 100);
+  EXPECT_EQ(progressIn(R"({"currentLevel":101})").currentLevel, 100);
+  EXPECT_EQ(progressIn(R"({"currentLevel":100})").currentLevel, 100);
+  EXPECT_EQ(progressIn(R"({"currentLevel":0})").currentLevel, 1);
+  EXPECT_EQ(progressIn(R"({"currentLevel":-3})").currentLevel, 1);
 }
 
 TEST(LoadProgress, NeverCountsBelowZero) {
-  EXPECT_EQ(loaded(R"({"totalSolves":-4})").totalSolves, 0);
-  EXPECT_EQ(loaded(R"({"totalSolves":4})").totalSolves, 4);
+  EXPECT_EQ(progressIn(R"({"totalSolves":-4})").totalSolves, 0);
+  EXPECT_EQ(progressIn(R"({"totalSolves":4})").totalSolves, 4);
 }
 
 TEST(LoadProgress, IsAFirstStartForNumbersThatNoIntHolds) {
   for (const char* number : {"4294967296", "-4294967296", "1e300", "-1e300", "inf", "-inf", "nan", "-nan"}) {
     const std::string text =
         std::string(R"({"currentLevel":)") + number + R"(,"totalSolves":)" + number + "}";
-    EXPECT_EQ(loaded(text), (Progress{1, 0})) << number;
+    EXPECT_EQ(progressIn(text), (Progress{1, 0})) << number;
   }
 }
 
 TEST(LoadProgress, IsAFirstStartForWhatIsNoObject) {
   for (const char* text : {"[]", "7", "\"x\"", "null", "true"})
-    EXPECT_EQ(loaded(text), (Progress{1, 0})) << text;
+    EXPECT_EQ(progressIn(text), (Progress{1, 0})) << text;
 }
 
 TEST(LoadProgress, LeavesOutMembersOfAWrongKind) {
-  EXPECT_EQ(loaded(R"({"currentLevel":"7","totalSolves":12})"), (Progress{1, 12}));
-  EXPECT_EQ(loaded(R"({"currentLevel":7,"totalSolves":[12]})"), (Progress{7, 0}));
+  EXPECT_EQ(progressIn(R"({"currentLevel":"7","totalSolves":12})"), (Progress{1, 12}));
+  EXPECT_EQ(progressIn(R"({"currentLevel":7,"totalSolves":[12]})"), (Progress{7, 0}));
 }
 
 TEST(LoadProgress, IsAFirstStartForEveryTruncation) {
   const DataHome home;
   store::saveProgress({7, 12});
   store::recordBest(3, {2, 1, 9000});
-  const std::string whole = home.text(kFile);
+  const std::string whole = home.text(kProgressFile);
   for (std::size_t length = 0; length < whole.size(); ++length) {
-    home.write(kFile, whole.substr(0, length));
+    home.write(kProgressFile, whole.substr(0, length));
     EXPECT_EQ(store::loadProgress(), (Progress{1, 0})) << length;
     EXPECT_EQ(store::bestFor(3), LevelBest()) << length;
   }
@@ -87,7 +89,8 @@ TEST(LoadProgress, IsAFirstStartForEveryTruncation) {
 
 TEST(LoadProgress, ReadsAWholeTemporaryWhenTheFileIsMissing) {
   const DataHome home;
-  home.write(std::string(kFile) + ".tmp", R"({"currentLevel":7,"totalSolves":12,"bests":{"3":{"stars":2}}})");
+  home.write(std::string(kProgressFile) + ".tmp",
+             R"({"currentLevel":7,"totalSolves":12,"bests":{"3":{"stars":2}}})");
   EXPECT_EQ(store::loadProgress(), (Progress{7, 12}));
   EXPECT_EQ(store::bestFor(3), (LevelBest{2, 0, 0}));
   EXPECT_EQ(store::advanceLevel(7), (Progress{8, 13}));
@@ -97,13 +100,13 @@ TEST(LoadProgress, ReadsAWholeTemporaryWhenTheFileIsMissing) {
 TEST(SaveProgress, WritesThreeMembers) {
   const DataHome home;
   store::saveProgress({7, 12});
-  EXPECT_EQ(home.text(kFile), R"({"bests":{},"currentLevel":7,"totalSolves":12})");
+  EXPECT_EQ(home.text(kProgressFile), R"({"bests":{},"currentLevel":7,"totalSolves":12})");
 }
 
 TEST(SaveProgress, WritesWhatItIsGiven) {
   const DataHome home;
   store::saveProgress({250, -4});
-  EXPECT_EQ(home.text(kFile), R"({"bests":{},"currentLevel":250,"totalSolves":-4})");
+  EXPECT_EQ(home.text(kProgressFile), R"({"bests":{},"currentLevel":250,"totalSolves":-4})");
 }
 
 TEST(SaveProgress, IsReadBack) {
@@ -114,22 +117,23 @@ TEST(SaveProgress, IsReadBack) {
 
 TEST(SaveProgress, KeepsTheBestResultsAndNothingElse) {
   const DataHome home;
-  home.write(kFile, R"({"bests":{"3":{"stars":2}, "x":5},"currentLevel":1,"other":1})");
+  home.write(kProgressFile, R"({"bests":{"3":{"stars":2}, "x":5},"currentLevel":1,"other":1})");
   store::saveProgress({4, 3});
-  EXPECT_EQ(home.text(kFile), R"({"bests":{"3":{"stars":2},"x":5},"currentLevel":4,"totalSolves":3})");
+  EXPECT_EQ(home.text(kProgressFile),
+            R"({"bests":{"3":{"stars":2},"x":5},"currentLevel":4,"totalSolves":3})");
 }
 
 TEST(SaveProgress, ReplacesBestResultsThatAreNoObject) {
   const DataHome home;
-  home.write(kFile, R"({"bests":[1,2],"currentLevel":1,"totalSolves":0})");
+  home.write(kProgressFile, R"({"bests":[1,2],"currentLevel":1,"totalSolves":0})");
   store::saveProgress({4, 3});
-  EXPECT_EQ(home.text(kFile), R"({"bests":{},"currentLevel":4,"totalSolves":3})");
+  EXPECT_EQ(home.text(kProgressFile), R"({"bests":{},"currentLevel":4,"totalSolves":3})");
 }
 
 TEST(AdvanceLevel, OpensTheSecondLevelAfterTheFirst) {
   const DataHome home;
   EXPECT_EQ(store::advanceLevel(1), (Progress{2, 1}));
-  EXPECT_EQ(home.text(kFile), R"({"bests":{},"currentLevel":2,"totalSolves":1})");
+  EXPECT_EQ(home.text(kProgressFile), R"({"bests":{},"currentLevel":2,"totalSolves":1})");
 }
 
 TEST(AdvanceLevel, OnlyCountsTheRepetitionOfAnEarlierLevel) {
@@ -171,9 +175,9 @@ TEST(AdvanceLevel, KeepsTheBestResults) {
 // A file that could not be read for a moment was replaced by a first start's.
 TEST(AdvanceLevel, LeavesAFileAloneThatCannotBeRead) {
   const DataHome home;
-  std::filesystem::create_directories(home.path(kFile));
+  std::filesystem::create_directories(home.path(kProgressFile));
   EXPECT_EQ(store::advanceLevel(1), (Progress{2, 1}));
-  EXPECT_TRUE(std::filesystem::is_directory(home.path(kFile)));
+  EXPECT_TRUE(std::filesystem::is_directory(home.path(kProgressFile)));
 }
 
 TEST(ResetProgress, ForgetsEverything) {
@@ -181,7 +185,7 @@ TEST(ResetProgress, ForgetsEverything) {
   store::saveProgress({7, 12});
   store::recordBest(3, {2, 1, 9000});
   EXPECT_EQ(store::resetProgress(), (Progress{1, 0}));
-  EXPECT_EQ(home.text(kFile), R"({"bests":{},"currentLevel":1,"totalSolves":0})");
+  EXPECT_EQ(home.text(kProgressFile), R"({"bests":{},"currentLevel":1,"totalSolves":0})");
 }
 
 TEST(BestFor, IsAllZeroForALevelNeverSolved) {
@@ -197,8 +201,8 @@ TEST(BestFor, CutsTheFractionOfATime) {
 }
 
 TEST(BestFor, GivesTheNearestTimeThatFits) {
-  constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
-  constexpr std::int64_t kMin = std::numeric_limits<std::int64_t>::min();
+  constexpr std::int64_t kMax = kInt64Max;
+  constexpr std::int64_t kMin = kInt64Min;
   EXPECT_EQ(elapsedIn("4294967296"), 4294967296);
   EXPECT_EQ(elapsedIn("9223372036854774784"), 9223372036854774784);
   EXPECT_EQ(elapsedIn("9223372036854775808"), kMax);
@@ -227,7 +231,7 @@ TEST(BestFor, TakesMembersOfAWrongKindForZero) {
 
 TEST(BestFor, IsAllZeroForBestResultsThatAreNoObject) {
   const DataHome home;
-  home.write(kFile, R"({"bests":[{"stars":3},{"stars":3}]})");
+  home.write(kProgressFile, R"({"bests":[{"stars":3},{"stars":3}]})");
   EXPECT_EQ(store::bestFor(1), LevelBest());
 }
 
@@ -262,24 +266,24 @@ TEST(RecordBest, WritesLevelsInTheOrderOfTheirDigits) {
   store::saveProgress({11, 12});
   store::recordBest(2, {3, 0, 61000});
   store::recordBest(10, {1, 4, 1700000000000});
-  EXPECT_EQ(home.text(kFile),
+  EXPECT_EQ(home.text(kProgressFile),
             R"({"bests":{"10":{"aids":4,"elapsedMs":1700000000000,"stars":1},)"
             R"("2":{"aids":0,"elapsedMs":61000,"stars":3}},"currentLevel":11,"totalSolves":12})");
 }
 
 TEST(RecordBest, BringsTheProgressBesideItIntoItsRange) {
   const DataHome home;
-  home.write(kFile, R"({"currentLevel":250,"totalSolves":-4,"bests":7})");
+  home.write(kProgressFile, R"({"currentLevel":250,"totalSolves":-4,"bests":7})");
   store::recordBest(2, {3, 0, 61000});
-  EXPECT_EQ(home.text(kFile), R"({"bests":{"2":{"aids":0,"elapsedMs":61000,"stars":3}},)"
-                              R"("currentLevel":100,"totalSolves":0})");
+  EXPECT_EQ(home.text(kProgressFile), R"({"bests":{"2":{"aids":0,"elapsedMs":61000,"stars":3}},)"
+                                      R"("currentLevel":100,"totalSolves":0})");
 }
 
 TEST(RecordBest, StartsAFileThatMakesNoSenseAnew) {
   const DataHome home;
-  home.write(kFile, "[1,2");
+  home.write(kProgressFile, "[1,2");
   store::recordBest(2, {3, 0, 61000});
-  EXPECT_EQ(home.text(kFile),
+  EXPECT_EQ(home.text(kProgressFile),
             R"({"bests":{"2":{"aids":0,"elapsedMs":61000,"stars":3}},"currentLevel":1,"totalSolves":0})");
 }
 

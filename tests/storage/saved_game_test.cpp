@@ -16,6 +16,7 @@
 
 #include "rules/levels.h"
 #include "storage/json.h"
+#include "storage/limits.h"
 #include "storage/storage.h"
 #include "support/data_home.h"
 
@@ -23,11 +24,12 @@ namespace {
 
 using store::SavedGame;
 using support::DataHome;
+using test::kInt64Max;
+using test::kInt64Min;
+using test::kUintMax;
 
-constexpr const char* kFile = "save.json";
+constexpr const char* kGameFile = "save.json";
 constexpr const char* kMember = "current_mahjong";
-constexpr std::uint32_t kUintMax = std::numeric_limits<std::uint32_t>::max();
-constexpr std::int64_t kInt64Max = std::numeric_limits<std::int64_t>::max();
 
 std::int64_t now() {
   using namespace std::chrono;
@@ -61,7 +63,7 @@ SavedGame asLoaded(SavedGame saved) {
 // The game in play as a document, to be damaged.
 js::Value goodDoc(const DataHome& home) {
   store::saveGame(gameInPlay());
-  return js::parse(home.text(kFile));
+  return js::parse(home.text(kGameFile));
 }
 
 // What is loaded when this member of a good file is this text instead.
@@ -69,7 +71,7 @@ SavedGame loadedWith(const std::string& key, const std::string& text) {
   const DataHome home;
   js::Value doc = goodDoc(home);
   doc.o[kMember].o[key] = js::parse(text);
-  home.write(kFile, doc.dump());
+  home.write(kGameFile, doc.dump());
   return store::loadGame();
 }
 
@@ -139,9 +141,9 @@ TEST(SaveGame, WritesTenMembers) {
   saved.elapsedMs = 65000;
   saved.savedAt = 1;
   store::saveGame(saved);
-  const std::string savedAt = js::parse(home.text(kFile))[kMember]["savedAt"].dump();
+  const std::string savedAt = js::parse(home.text(kGameFile))[kMember]["savedAt"].dump();
   EXPECT_EQ(
-      home.text(kFile),
+      home.text(kGameFile),
       R"({"current_mahjong":{"elapsedMs":65000,"faces":["dot1","","windE"],"hintsUsed":3,)"
       R"("history":[{"a":1,"b":0,"fa":"wan9","fb":"wan8"},{"a":7,"b":5,"fa":"flower1","fb":"flower4"}],)"
       R"("level":12,"rngState":2147483648,"savedAt":)" +
@@ -160,39 +162,39 @@ TEST(SaveGame, ReplacesTheGameBefore) {
 
 TEST(SaveGame, ReplacesAFileThatIsNoObject) {
   const DataHome home;
-  home.write(kFile, "[1,2]");
+  home.write(kGameFile, "[1,2]");
   store::saveGame(gameInPlay());
   EXPECT_EQ(store::loadGame(), asLoaded(gameInPlay()));
 }
 
 TEST(SavedGameFile, KeepsWhatElseItHolds) {
   const DataHome home;
-  home.write(kFile, R"({"another":{"x":[1,"y"]}})");
+  home.write(kGameFile, R"({"another":{"x":[1,"y"]}})");
   store::saveGame(gameInPlay());
-  EXPECT_EQ(js::parse(home.text(kFile))["another"].dump(), R"({"x":[1,"y"]})");
+  EXPECT_EQ(js::parse(home.text(kGameFile))["another"].dump(), R"({"x":[1,"y"]})");
   store::clearGame();
-  EXPECT_EQ(home.text(kFile), R"({"another":{"x":[1,"y"]}})");
+  EXPECT_EQ(home.text(kGameFile), R"({"another":{"x":[1,"y"]}})");
 }
 
 TEST(ClearGame, LeavesAnEmptyObject) {
   const DataHome home;
   store::saveGame(gameInPlay());
   store::clearGame();
-  EXPECT_EQ(home.text(kFile), "{}");
+  EXPECT_EQ(home.text(kGameFile), "{}");
   EXPECT_FALSE(store::loadGame().valid);
 }
 
 TEST(ClearGame, MakesNoFile) {
   const DataHome home;
   store::clearGame();
-  EXPECT_FALSE(home.has(kFile));
+  EXPECT_FALSE(home.has(kGameFile));
 }
 
 TEST(ClearGame, LeavesAFileThatIsNoObjectAlone) {
   const DataHome home;
-  home.write(kFile, "[1, 2]");
+  home.write(kGameFile, "[1, 2]");
   store::clearGame();
-  EXPECT_EQ(home.text(kFile), "[1, 2]");
+  EXPECT_EQ(home.text(kGameFile), "[1, 2]");
 }
 
 TEST(LoadGame, GivesNoneWithoutAFile) {
@@ -203,7 +205,7 @@ TEST(LoadGame, GivesNoneWithoutAFile) {
 TEST(LoadGame, GivesNoneWhereThereIsNoObject) {
   const DataHome home;
   for (const char* text : {"[]", "7", "{}", R"({"current_mahjong":[]})", R"({"current_mahjong":null})"}) {
-    home.write(kFile, text);
+    home.write(kGameFile, text);
     EXPECT_FALSE(store::loadGame().valid) << text;
   }
 }
@@ -258,7 +260,7 @@ TEST(LoadGame, TakesAFaceThatIsNoStringForATileGone) {
   std::vector<js::Value>& faces = doc.o[kMember].o["faces"].a;
   const std::size_t present = static_cast<std::size_t>(gameInPlay().game.selected);
   faces[present] = js::parse("5");
-  home.write(kFile, doc.dump());
+  home.write(kGameFile, doc.dump());
   const SavedGame loaded = store::loadGame();
   EXPECT_TRUE(loaded.valid);
   EXPECT_EQ(loaded.game.faces[present], "");
@@ -280,13 +282,13 @@ TEST(LoadGame, CutsTheFractionOfSeedsAndTimes) {
   EXPECT_EQ(loadedWith("savedAt", "-1234.9").savedAt, -1234);
 }
 
-struct Example {
+struct NearestFit {
   const char* number;
   std::uint32_t unsigned32;
   std::int64_t signed64;
 };
 
-constexpr Example kFarNumbers[] = {
+constexpr NearestFit kNearestFits[] = {
     {"-5", 0, -5},
     {"-0.9", 0, 0},
     {"4294967295", kUintMax, 4294967295},
@@ -294,9 +296,9 @@ constexpr Example kFarNumbers[] = {
     {"4294967296", kUintMax, 4294967296},
     {"9223372036854775808", kUintMax, kInt64Max},
     {"1e300", kUintMax, kInt64Max},
-    {"-1e300", 0, std::numeric_limits<std::int64_t>::min()},
+    {"-1e300", 0, kInt64Min},
     {"inf", kUintMax, kInt64Max},
-    {"-inf", 0, std::numeric_limits<std::int64_t>::min()},
+    {"-inf", 0, kInt64Min},
     {"nan", 0, 0},
     {"-nan", 0, 0},
     {"\"7\"", 0, 0},
@@ -304,7 +306,7 @@ constexpr Example kFarNumbers[] = {
 };
 
 TEST(LoadGame, GivesTheNearestSeedAndTimeThatFit) {
-  for (const auto& [number, unsigned32, signed64] : kFarNumbers) {
+  for (const auto& [number, unsigned32, signed64] : kNearestFits) {
     EXPECT_EQ(loadedWith("seed", number).seed, unsigned32) << number;
     EXPECT_EQ(loadedWith("rngState", number).game.rng, unsigned32) << number;
     EXPECT_EQ(loadedWith("elapsedMs", number).elapsedMs, signed64) << number;
@@ -344,9 +346,9 @@ TEST(LoadGame, HasNoHistoryWhereItIsNoArray) {
 TEST(LoadGame, GivesNoneForEveryTruncation) {
   const DataHome home;
   store::saveGame(gameInPlay());
-  const std::string whole = home.text(kFile);
+  const std::string whole = home.text(kGameFile);
   for (std::size_t length = 0; length < whole.size(); ++length) {
-    home.write(kFile, whole.substr(0, length));
+    home.write(kGameFile, whole.substr(0, length));
     EXPECT_FALSE(store::loadGame().valid) << length;
   }
 }
@@ -354,13 +356,13 @@ TEST(LoadGame, GivesNoneForEveryTruncation) {
 TEST(LoadGame, IsWholeWhateverByteIsWrong) {
   const DataHome home;
   store::saveGame(gameInPlay());
-  const std::string good = home.text(kFile);
+  const std::string good = home.text(kGameFile);
   constexpr std::string_view kBytes("0179-.\"{}[],:en\\\t\0\xff", 19);
   std::mt19937 random(1);
   for (std::size_t i = 0; i < good.size(); ++i) {
     std::string bad = good;
     bad[i] = kBytes[random() % kBytes.size()];
-    home.write(kFile, bad);
+    home.write(kGameFile, bad);
     SCOPED_TRACE(bad);
     expectWhole(store::loadGame());
   }
@@ -383,7 +385,7 @@ TEST(LoadGame, IsWholeWithoutAnyOneMember) {
   for (const auto& [key, member] : good[kMember].o) {
     js::Value doc = good;
     doc.o[kMember].o.erase(key);
-    home.write(kFile, doc.dump());
+    home.write(kGameFile, doc.dump());
     const SavedGame loaded = store::loadGame();
     EXPECT_EQ(loaded.valid, key != "level" && key != "faces") << key;
     expectWhole(loaded);
@@ -395,22 +397,22 @@ TEST(SaveGame, ReplacesAPipeUnderEitherName) {
   for (const std::string end : {"", ".tmp"}) {
     const DataHome home;
     store::saveGame(gameInPlay());
-    std::filesystem::remove(home.path(kFile));
-    ASSERT_EQ(mkfifo((home.path(kFile) + end).c_str(), 0600), 0);
+    std::filesystem::remove(home.path(kGameFile));
+    ASSERT_EQ(mkfifo((home.path(kGameFile) + end).c_str(), 0600), 0);
     EXPECT_FALSE(store::loadGame().valid) << end;
     store::saveGame(gameInPlay());
     EXPECT_EQ(store::loadGame(), asLoaded(gameInPlay())) << end;
-    EXPECT_TRUE(std::filesystem::is_regular_file(home.path(kFile))) << end;
+    EXPECT_TRUE(std::filesystem::is_regular_file(home.path(kGameFile))) << end;
   }
 }
 
 TEST(LoadGame, ReadsAWholeTemporaryWhenTheFileIsMissing) {
   const DataHome home;
   store::saveGame(gameInPlay());
-  std::filesystem::rename(home.path(kFile), home.path(kFile) + ".tmp");
+  std::filesystem::rename(home.path(kGameFile), home.path(kGameFile) + ".tmp");
   EXPECT_EQ(store::loadGame(), asLoaded(gameInPlay()));
   store::clearGame();
-  EXPECT_EQ(home.text(kFile), "{}");
+  EXPECT_EQ(home.text(kGameFile), "{}");
   EXPECT_FALSE(store::loadGame().valid);
 }
 

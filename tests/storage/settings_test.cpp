@@ -17,7 +17,7 @@ namespace {
 using store::Settings;
 using support::inOwnProcess;
 
-constexpr const char* kFile = "veskara/settings.json";
+constexpr const char* kSettingsFile = "veskara/settings.json";
 
 // Every field, so that two records can be compared and handed between processes.
 std::string textOf(const Settings& s) {
@@ -41,7 +41,7 @@ std::string loadedFrom(const std::string& home) {
 // What the settings are when the file holds this text.
 std::string loaded(const std::string& text) {
   const support::TempDir home;
-  home.makeFile(kFile, text);
+  home.makeFile(kSettingsFile, text);
   return loadedFrom(home.path());
 }
 
@@ -158,14 +158,14 @@ TEST(SaveSettings, WritesOneLineOfTenMembersInTheOrderOfTheirNames) {
   const support::TempDir home;
   savedTo(home.path(), everythingChanged());
   EXPECT_EQ(
-      support::readAll(home.path(kFile)),
+      support::readAll(home.path(kSettingsFile)),
       R"({"fullscreen":true,"language":"zh-TW","maximized":true,"musicVolume":0.10000000000000001,)"
       R"("sfxVolume":0.33333333333333331,"soundOn":false,"windowH":602,"windowW":801,"windowX":-5,"windowY":40})");
 }
 
 TEST(SaveSettings, SaysSoWhenItFailsAndKeepsTheOldFile) {
   const support::TempDir home;
-  const std::string path = home.makeFile(kFile, "{}");
+  const std::string path = home.makeFile(kSettingsFile, "{}");
   std::filesystem::create_symlink("/dev/full", path + ".tmp");
   EXPECT_EQ(savedTo(home.path(), Settings()), "[store] konnte " + path + " nicht schreiben\n");
   EXPECT_EQ(support::readAll(path), "{}");
@@ -179,20 +179,20 @@ TEST(SaveSettings, SaysSoWithoutADirectory) {
 // A program killed between removing the old file and renaming the new one had lost the player's settings.
 TEST(LoadSettings, ReadsAWholeTemporaryWhenTheFileIsMissing) {
   const support::TempDir home;
-  home.makeFile(std::string(kFile) + ".tmp", R"({"soundOn":false})");
+  home.makeFile(std::string(kSettingsFile) + ".tmp", R"({"soundOn":false})");
   EXPECT_EQ(loadedFrom(home.path()), defaultsBut([](Settings& s) { s.soundOn = false; }));
 }
 
 TEST(LoadSettings, IgnoresATornTemporary) {
   const support::TempDir home;
-  home.makeFile(std::string(kFile) + ".tmp", R"({"soundOn":false)");
+  home.makeFile(std::string(kSettingsFile) + ".tmp", R"({"soundOn":false)");
   EXPECT_EQ(loadedFrom(home.path()), kDefaults);
 }
 
 TEST(LoadSettings, IgnoresTheTemporaryWhenThereIsAFile) {
   const support::TempDir home;
-  home.makeFile(kFile, "{}");
-  home.makeFile(std::string(kFile) + ".tmp", R"({"soundOn":false})");
+  home.makeFile(kSettingsFile, "{}");
+  home.makeFile(std::string(kSettingsFile) + ".tmp", R"({"soundOn":false})");
   EXPECT_EQ(loadedFrom(home.path()), kDefaults);
 }
 

@@ -6,13 +6,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <limits>
 #include <random>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "storage/limits.h"
 #include "storage/storage.h"
 #include "support/data_home.h"
 
@@ -20,9 +20,13 @@ namespace {
 
 using store::SolveEntry;
 using support::DataHome;
+using test::kInt64Max;
+using test::kInt64Min;
+using test::kIntMin;
+using test::kUintMax;
 using Solves = std::vector<SolveEntry>;
 
-constexpr const char* kFile = "solves.json";
+constexpr const char* kSolvesFile = "solves.json";
 
 // A solve with a picture of its own.
 SolveEntry solveOf(int level, const std::string& id) {
@@ -60,7 +64,7 @@ SolveEntry record(const DataHome& home, const SolveEntry& entry) {
 
 Solves listed(const std::string& text) {
   const DataHome home;
-  home.write(kFile, text);
+  home.write(kSolvesFile, text);
   return store::listSolves();
 }
 
@@ -85,7 +89,7 @@ std::string fileOf(int count) {
 TEST(ListSolves, IsEmptyWithoutAFile) {
   const DataHome home;
   EXPECT_TRUE(store::listSolves().empty());
-  EXPECT_FALSE(home.has(kFile));
+  EXPECT_FALSE(home.has(kSolvesFile));
 }
 
 TEST(ListSolves, IsEmptyForWhatIsNoArray) {
@@ -120,11 +124,6 @@ struct Example {
   std::int64_t signed64;
 };
 
-constexpr int kIntMin = std::numeric_limits<int>::min();
-constexpr std::uint32_t kUintMax = std::numeric_limits<std::uint32_t>::max();
-constexpr std::int64_t kInt64Min = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t kInt64Max = std::numeric_limits<std::int64_t>::max();
-
 constexpr Example kFarNumbers[] = {
     {"-5", -5, 0, -5},
     {"4294967296", kIntMin, kUintMax, 4294967296},
@@ -154,9 +153,9 @@ TEST(ListSolves, IsEmptyForEveryTruncation) {
   const DataHome home;
   store::recordSolve(solveOf(1, "a"));
   store::recordSolve(solveOf(2, "b"));
-  const std::string whole = home.text(kFile);
+  const std::string whole = home.text(kSolvesFile);
   for (std::size_t length = 0; length < whole.size(); ++length) {
-    home.write(kFile, whole.substr(0, length));
+    home.write(kSolvesFile, whole.substr(0, length));
     EXPECT_TRUE(store::listSolves().empty()) << length;
   }
 }
@@ -165,23 +164,23 @@ TEST(ListSolves, GivesWholeEntriesWhateverByteIsWrong) {
   const DataHome home;
   store::recordSolve(solveOf(1, "a"));
   store::recordSolve(solveOf(2, "b"));
-  const std::string good = home.text(kFile);
+  const std::string good = home.text(kSolvesFile);
   constexpr std::string_view kBytes("0179-.\"{}[],:en\\/\t\0\xff", 20);
   std::mt19937 random(1);
   for (std::size_t i = 0; i < good.size(); ++i) {
     std::string bad = good;
     bad[i] = kBytes[random() % kBytes.size()];
-    home.write(kFile, bad);
+    home.write(kSolvesFile, bad);
     for (const SolveEntry& entry : store::listSolves()) EXPECT_FALSE(entry.id.empty()) << bad;
   }
 }
 
 TEST(ListSolves, ReadsAWholeTemporaryWhenTheFileIsMissing) {
   const DataHome home;
-  home.write(std::string(kFile) + ".tmp", R"([{"id":"x","level":4}])");
+  home.write(std::string(kSolvesFile) + ".tmp", R"([{"id":"x","level":4}])");
   EXPECT_EQ(store::listSolves(), Solves{onlyIdAndLevel("x", 4)});
   store::deleteSolve("x");
-  EXPECT_EQ(home.text(kFile), "[]");
+  EXPECT_EQ(home.text(kSolvesFile), "[]");
 }
 
 TEST(RecordSolve, IsReadBackInEveryField) {
@@ -193,7 +192,7 @@ TEST(RecordSolve, IsReadBackInEveryField) {
 TEST(RecordSolve, WritesNineMembers) {
   const DataHome home;
   store::recordSolve(solveOf(1, "1718000000123_4821"));
-  EXPECT_EQ(home.text(kFile),
+  EXPECT_EQ(home.text(kSolvesFile),
             R"([{"aids":1,"elapsedMs":60000,"id":"1718000000123_4821","level":1,"seed":4000000000,)"
             R"("shot":"1718000000123_4821.png","solvedAt":1718000000123,"stars":2,"tiles":36}])");
 }
@@ -286,7 +285,7 @@ TEST(RecordSolve, KeepsThePicturesWhenTheListCannotBeWritten) {
 
 TEST(RecordSolve, ForgetsTheOldestOfMoreThanTwoHundredButKeepsItsPicture) {
   const DataHome home;
-  home.write(kFile, fileOf(200));
+  home.write(kSolvesFile, fileOf(200));
   home.write("solves/1.png", "picture");
   store::recordSolve(solveOf(201, "i201"));
   const Solves solves = store::listSolves();
@@ -298,7 +297,7 @@ TEST(RecordSolve, ForgetsTheOldestOfMoreThanTwoHundredButKeepsItsPicture) {
 
 TEST(RecordSolve, KeepsTwoHundred) {
   const DataHome home;
-  home.write(kFile, fileOf(199));
+  home.write(kSolvesFile, fileOf(199));
   store::recordSolve(solveOf(200, "i200"));
   EXPECT_EQ(store::listSolves().size(), 200U);
   EXPECT_EQ(store::listSolves().back().id, "i1");
@@ -306,14 +305,14 @@ TEST(RecordSolve, KeepsTwoHundred) {
 
 TEST(RecordSolve, ShortensATooLongFileEvenIfItIsNoBetter) {
   const DataHome home;
-  home.write(kFile, fileOf(205));
+  home.write(kSolvesFile, fileOf(205));
   store::recordSolve(changed(solveOf(100, "worse"), [](SolveEntry& e) { e.stars = -1; }));
   EXPECT_EQ(store::listSolves().size(), 200U);
 }
 
 TEST(RecordSolve, ReplacesAFileThatMakesNoSense) {
   const DataHome home;
-  home.write(kFile, "{\"x\":1}");
+  home.write(kSolvesFile, "{\"x\":1}");
   store::recordSolve(solveOf(1, "a"));
   EXPECT_EQ(store::listSolves(), Solves{solveOf(1, "a")});
 }
@@ -331,10 +330,10 @@ TEST(DeleteSolve, RemovesTheSolveAndItsPicture) {
 TEST(DeleteSolve, OfAnUnknownIdWritesTheSameAgain) {
   const DataHome home;
   record(home, solveOf(1, "a"));
-  const std::string text = home.text(kFile);
-  home.write(kFile, text + " ");
+  const std::string text = home.text(kSolvesFile);
+  home.write(kSolvesFile, text + " ");
   store::deleteSolve("b");
-  EXPECT_EQ(home.text(kFile), text);
+  EXPECT_EQ(home.text(kSolvesFile), text);
   EXPECT_TRUE(hasPicture(home, solveOf(1, "a")));
 }
 
@@ -342,7 +341,7 @@ TEST(DeleteSolve, WithoutAPictureRemovesTheSolve) {
   const DataHome home;
   store::recordSolve(changed(solveOf(1, "a"), [](SolveEntry& e) { e.shot = ""; }));
   store::deleteSolve("a");
-  EXPECT_EQ(home.text(kFile), "[]");
+  EXPECT_EQ(home.text(kSolvesFile), "[]");
 }
 
 TEST(ClearAllSolves, RemovesEverySolveAndPicture) {
@@ -351,7 +350,7 @@ TEST(ClearAllSolves, RemovesEverySolveAndPicture) {
   const SolveEntry second = record(home, solveOf(2, "b"));
   home.write("solves/foreign.png", "not listed");
   store::clearAllSolves();
-  EXPECT_EQ(home.text(kFile), "[]");
+  EXPECT_EQ(home.text(kSolvesFile), "[]");
   EXPECT_FALSE(hasPicture(home, first));
   EXPECT_FALSE(hasPicture(home, second));
   EXPECT_TRUE(home.has("solves/foreign.png"));
@@ -431,7 +430,8 @@ TEST(ClearAllSolves, NeverDeletesOutsideTheSolvesDirectory) {
   const DataHome home;
   home.write("victim", "kept");
   home.write("solves/dir/picture.png", "kept");
-  home.write(kFile, R"([{"id":"a","shot":"../victim"},{"id":"b","shot":"dir"},{"id":"c","shot":".."}])");
+  home.write(kSolvesFile,
+             R"([{"id":"a","shot":"../victim"},{"id":"b","shot":"dir"},{"id":"c","shot":".."}])");
   store::clearAllSolves();
   EXPECT_TRUE(home.has("victim"));
   EXPECT_TRUE(home.has("solves/dir/picture.png"));

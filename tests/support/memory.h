@@ -18,4 +18,7 @@ inline long liveBytes() {
   return static_cast<long>(info.uordblks + info.hblkhd);
 }
 
+// A twentieth more may come by chance: files and pictures of other sizes.
+inline constexpr long kGrowthPart = 20;
+
 }  // namespace support

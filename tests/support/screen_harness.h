@@ -15,6 +15,12 @@
 
 namespace support {
 
+// The smallest window, and the one of a first start.
+inline constexpr int kSmallW = 640;
+inline constexpr int kSmallH = 480;
+inline constexpr int kUsualW = 1100;
+inline constexpr int kUsualH = 760;
+
 enum class Drawing {
   Cairo,     // everything drawn with cairo: exact blending
   Textures,  // through the texture cache, on SDL's software renderer: much faster for long games
@@ -24,7 +30,7 @@ class ScreenHarness {
  public:
   // `update` runs one frame of what is tested, a screen or a stack of screens, which must outlive the
   // harness.
-  explicit ScreenHarness(std::function<void(ui::Ctx&)> update, int w = 640, int h = 480,
+  explicit ScreenHarness(std::function<void(ui::Ctx&)> update, int w = kSmallW, int h = kSmallH,
                          Drawing drawing = Drawing::Cairo);
 
   // One frame, `dt` after the one before. What the screen is told of that time is cut as the frame loop does.

@@ -228,11 +228,11 @@ ui::BoardFx burstAt(double cx, double cy, double start = 0) {
   return fx;
 }
 
-constexpr ui::Rect kRect{0, 0, 400, 800};
+constexpr ui::Rect kBurstsRect{0, 0, 400, 800};
 
 ui::CairoSurface burstPicture(Path path, const ui::BoardFx& fx, double time, const ui::BoardOpts& opts = {}) {
   const Frame frame{.w = 400, .h = 800, .time = time};
-  return paintScene(path, frame, [&](ui::Ctx& ctx) { ui::drawBursts(ctx, &fx, kRect, opts); });
+  return paintScene(path, frame, [&](ui::Ctx& ctx) { ui::drawBursts(ctx, &fx, kBurstsRect, opts); });
 }
 
 Ink burstInk(Path path, const ui::BoardFx& fx, double time, const ui::BoardOpts& opts = {}) {
@@ -253,7 +253,7 @@ TEST_P(Bursts, AreFullyTransparentAtTheirEnd) {
 
 TEST_P(Bursts, OfNothingDrawNothing) {
   const auto picture = paintScene(GetParam(), {.w = 40, .h = 40, .time = 1},
-                                  [](ui::Ctx& ctx) { ui::drawBursts(ctx, nullptr, kRect, {}); });
+                                  [](ui::Ctx& ctx) { ui::drawBursts(ctx, nullptr, kBurstsRect, {}); });
   EXPECT_TRUE(inkOf(picture.get()).empty());
   EXPECT_TRUE(burstInk(GetParam(), {}, 1).empty());
 }
@@ -343,12 +343,12 @@ TEST(BurstTextures, AreKeptByColourAndDeviceSize) {
   ui::Ctx ctx;
   ctx.time = timeOf(0.4);
   const ui::BoardFx fx = burstAt(200, 400);
-  ui::drawBursts(ctx, &fx, kRect, {});
+  ui::drawBursts(ctx, &fx, kBurstsRect, {});
   EXPECT_EQ(ui::gpuDrawCalls(), 1);
 
   ctx.time = timeOf(0.6);
   ui::gpuBeginFrame();
-  ui::drawBursts(ctx, &fx, kRect, {});
+  ui::drawBursts(ctx, &fx, kBurstsRect, {});
   EXPECT_EQ(ui::gpuDrawCalls(), 22);  // the tile, its ring, twenty sparks
   EXPECT_TRUE(isCached("tile|dot5|60x81", 60, 81));
   EXPECT_TRUE(isCached("ring|ffe9a8|72", 72, 72));

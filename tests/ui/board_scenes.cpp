@@ -76,4 +76,17 @@ bool isCached(const std::string& key, int w, int h) {
   return !painted;
 }
 
+int opacityOf(SDL_Texture* texture) {
+  Uint8 alpha = 0;
+  EXPECT_EQ(SDL_GetTextureAlphaMod(texture, &alpha), 0);
+  return alpha;
+}
+
+void expectRect(const ui::Rect& rect, double x, double y, double w, double h) {
+  EXPECT_NEAR(rect.x, x, 1e-9);
+  EXPECT_NEAR(rect.y, y, 1e-9);
+  EXPECT_NEAR(rect.w, w, 1e-9);
+  EXPECT_NEAR(rect.h, h, 1e-9);
+}
+
 }  // namespace test

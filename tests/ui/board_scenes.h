@@ -48,4 +48,10 @@ Ink inkOf(cairo_surface_t* picture);
 // Whether the texture cache holds a picture under this key. Where it does not, an empty one is put there.
 bool isCached(const std::string& key, int w, int h);
 
+// How opaque copies of the texture are, 0 to 255.
+int opacityOf(SDL_Texture* texture);
+
+// Up to rounding.
+void expectRect(const ui::Rect& rect, double x, double y, double w, double h);
+
 }  // namespace test

@@ -25,10 +25,12 @@ using support::GpuWindow;
 using support::looksLike;
 using support::pixelAt;
 using support::samePicture;
+using test::expectRect;
 using test::Frame;
 using test::Ink;
 using test::inkOf;
 using test::isCached;
+using test::opacityOf;
 using test::paintScene;
 using test::Path;
 
@@ -63,13 +65,6 @@ ui::BoardFx flyIn(const std::vector<double>& delays) {
 }
 
 // --- geometry ---
-
-void expectRect(const ui::Rect& rect, double x, double y, double w, double h) {
-  EXPECT_NEAR(rect.x, x, 1e-9);
-  EXPECT_NEAR(rect.y, y, 1e-9);
-  EXPECT_NEAR(rect.w, w, 1e-9);
-  EXPECT_NEAR(rect.h, h, 1e-9);
-}
 
 TEST(BoardGeometry, FitsTheWholeHeapWithShiftedLayers) {
   const ui::BoardGeom geom = geometryOf(smallHeap(), {10, 20, 300, 300});
@@ -566,12 +561,6 @@ TEST_F(BoardTextures, AreTheSameForAllZoomsOfOneQuality) {
   ui::drawBoard(ctx, boardAt({{0, 0, 0}}), {0, 0, 50, 67}, {.zoom = 1.5}, nullptr);
   EXPECT_TRUE(isCached("tile|dot1|75x101", 75, 101));
   EXPECT_EQ(ui::tileTexture("dot1", 75, 100.5, false), kept);
-}
-
-int opacityOf(SDL_Texture* texture) {
-  Uint8 alpha = 0;
-  EXPECT_EQ(SDL_GetTextureAlphaMod(texture, &alpha), 0);
-  return alpha;
 }
 
 int overlayOpacity(const std::string& kind) {

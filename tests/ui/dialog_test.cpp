@@ -28,7 +28,7 @@ constexpr std::string_view kMessage =
     "All stars, times and pictures of the gallery are lost. This cannot be undone.";
 
 // In a window of 640 x 480 the panel is 420 x 230 at (110, 125), and its buttons lie at y 293 to 335.
-constexpr int kLeft = 110;
+constexpr int kLeftX = 110;
 constexpr int kTop = 125;
 constexpr ui::Rect kCancel{130, 293, 180, 42};
 constexpr ui::Rect kConfirm{330, 293, 180, 42};
@@ -177,18 +177,18 @@ TEST(ConfirmDialogLook, PutsThePanelIntoTheMiddle) {
   const auto picture = dialog("");
   const std::uint32_t veiled = over(kFelt, palette::kVeil, 0.72);
   // The edge is two pixels wide, its outer half beside the panel and over the shadow.
-  EXPECT_TRUE(hasColor(picture.get(), kLeft, kTop + 115, over(palette::kPanel, palette::kGold, 0.6)));
-  EXPECT_TRUE(hasColor(picture.get(), kLeft + 419, kTop + 115, over(palette::kPanel, palette::kGold, 0.6)));
-  EXPECT_TRUE(hasColor(picture.get(), kLeft + 210, kTop, over(palette::kPanel, palette::kGold, 0.6)));
-  EXPECT_TRUE(hasColor(picture.get(), kLeft + 210, kTop + 229, over(palette::kPanel, palette::kGold, 0.6)));
-  EXPECT_TRUE(hasColor(picture.get(), kLeft + 210, kTop + 100, palette::kPanel));
-  EXPECT_TRUE(hasColor(picture.get(), kLeft + 210, kTop - 3, veiled));
+  EXPECT_TRUE(hasColor(picture.get(), kLeftX, kTop + 115, over(palette::kPanel, palette::kGold, 0.6)));
+  EXPECT_TRUE(hasColor(picture.get(), kLeftX + 419, kTop + 115, over(palette::kPanel, palette::kGold, 0.6)));
+  EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop, over(palette::kPanel, palette::kGold, 0.6)));
+  EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop + 229, over(palette::kPanel, palette::kGold, 0.6)));
+  EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop + 100, palette::kPanel));
+  EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop - 3, veiled));
   // Below it lies the shadow.
-  EXPECT_FALSE(hasColor(picture.get(), kLeft + 210, kTop + 233, veiled));
-  EXPECT_TRUE(hasColor(picture.get(), kLeft + 210, kTop + 248, veiled));
+  EXPECT_FALSE(hasColor(picture.get(), kLeftX + 210, kTop + 233, veiled));
+  EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop + 248, veiled));
   // Brackets: 9 from the edge, 14 long.
-  EXPECT_TRUE(hasColor(picture.get(), kLeft + 22, kTop + 9, palette::kGold));
-  EXPECT_TRUE(hasColor(picture.get(), kLeft + 23, kTop + 9, palette::kPanel));
+  EXPECT_TRUE(hasColor(picture.get(), kLeftX + 22, kTop + 9, palette::kGold));
+  EXPECT_TRUE(hasColor(picture.get(), kLeftX + 23, kTop + 9, palette::kPanel));
 }
 
 TEST(ConfirmDialogLook, HasADarkRedConfirmButton) {
@@ -205,7 +205,7 @@ TEST(ConfirmDialogLook, HasADarkRedConfirmButton) {
 // The last row above the buttons and below the title that holds more than bare panel.
 int lastRowOfMessage(cairo_surface_t* picture) {
   for (int y = 291; y > kTop + 58; --y) {
-    for (int x = kLeft + 24; x < kLeft + 396; ++x) {
+    for (int x = kLeftX + 24; x < kLeftX + 396; ++x) {
       if (!hasColor(picture, x, y, palette::kPanel)) return y;
     }
   }

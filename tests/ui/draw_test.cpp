@@ -18,7 +18,7 @@ using support::pixelAt;
 using support::samePicture;
 
 constexpr std::uint32_t kClear = 0;
-constexpr std::uint32_t kRed = 0xFFFF0000;
+constexpr std::uint32_t kOpaqueRed = 0xFFFF0000;
 
 int alphaAt(cairo_surface_t* picture, int x, int y) { return static_cast<int>(pixelAt(picture, x, y) >> 24); }
 
@@ -52,8 +52,8 @@ TEST(Colour, FillsAGradientFromStopToStop) {
 
 TEST(FilledRectangle, CoversItsPixelsAndNoOthers) {
   const auto picture = makePicture(20, 20, [](cairo_t* cr) { ui::fillRect(cr, {5, 6, 7, 8}, 0xFF0000, 1); });
-  EXPECT_EQ(pixelAt(picture.get(), 5, 6), kRed);
-  EXPECT_EQ(pixelAt(picture.get(), 11, 13), kRed);
+  EXPECT_EQ(pixelAt(picture.get(), 5, 6), kOpaqueRed);
+  EXPECT_EQ(pixelAt(picture.get(), 11, 13), kOpaqueRed);
   EXPECT_EQ(pixelAt(picture.get(), 4, 6), kClear);
   EXPECT_EQ(pixelAt(picture.get(), 12, 13), kClear);
   EXPECT_EQ(pixelAt(picture.get(), 11, 14), kClear);
@@ -76,8 +76,8 @@ TEST(RoundedRectangle, CutsItsCornersOnly) {
   for (const int x : {10, 49})
     for (const int y : {10, 29}) EXPECT_EQ(pixelAt(picture.get(), x, y), kClear) << x << ' ' << y;
   for (const int x : {18, 41})
-    for (const int y : {10, 29}) EXPECT_EQ(pixelAt(picture.get(), x, y), kRed) << x << ' ' << y;
-  for (const int x : {10, 49}) EXPECT_EQ(pixelAt(picture.get(), x, 20), kRed) << x;
+    for (const int y : {10, 29}) EXPECT_EQ(pixelAt(picture.get(), x, y), kOpaqueRed) << x << ' ' << y;
+  for (const int x : {10, 49}) EXPECT_EQ(pixelAt(picture.get(), x, 20), kOpaqueRed) << x;
 }
 
 TEST(RoundedRectangle, HasSharpCornersWithoutARadius) {
@@ -94,8 +94,8 @@ TEST(RoundedRectangle, IsAClosedOutlineApartFromWhatWasThere) {
     ui::strokeRoundedRect(cr, {10, 10, 40, 20}, 6, 2, 0xFF0000, 1);
   });
   EXPECT_EQ(pixelAt(picture.get(), 5, 5), kClear) << "a line leads to the outline";
-  EXPECT_EQ(pixelAt(picture.get(), 9, 20), kRed) << "the outline lacks a side";
-  EXPECT_EQ(pixelAt(picture.get(), 30, 10), kRed);
+  EXPECT_EQ(pixelAt(picture.get(), 9, 20), kOpaqueRed) << "the outline lacks a side";
+  EXPECT_EQ(pixelAt(picture.get(), 30, 10), kOpaqueRed);
   EXPECT_EQ(pixelAt(picture.get(), 30, 20), kClear) << "the outline is filled";
 }
 
@@ -113,7 +113,7 @@ TEST(RoundedRectangle, LooksAsItAlwaysDid) {
 
 TEST(Circle, IsFilledToItsRadius) {
   const auto picture = makePicture(40, 40, [](cairo_t* cr) { ui::fillCircle(cr, 20, 20, 10, 0xFF0000, 1); });
-  for (const int x : {11, 28}) EXPECT_EQ(pixelAt(picture.get(), x, 20), kRed) << x;
+  for (const int x : {11, 28}) EXPECT_EQ(pixelAt(picture.get(), x, 20), kOpaqueRed) << x;
   for (const int x : {9, 30}) EXPECT_EQ(pixelAt(picture.get(), x, 20), kClear) << x;
   EXPECT_EQ(pixelAt(picture.get(), 11, 11), kClear) << "a square";
 }
@@ -134,7 +134,7 @@ TEST(Line, GoesFromOneEndToTheOtherInItsWidth) {
   const auto picture =
       makePicture(30, 20, [](cairo_t* cr) { ui::drawLine(cr, 5, 10, 25, 10, 4, 0xFF0000, 1); });
   for (const int x : {5, 24})
-    for (const int y : {8, 11}) EXPECT_EQ(pixelAt(picture.get(), x, y), kRed) << x << ' ' << y;
+    for (const int y : {8, 11}) EXPECT_EQ(pixelAt(picture.get(), x, y), kOpaqueRed) << x << ' ' << y;
   for (const int y : {7, 12}) EXPECT_EQ(pixelAt(picture.get(), 15, y), kClear) << y;
   for (const int x : {4, 25}) EXPECT_EQ(pixelAt(picture.get(), x, 10), kClear) << x;
 }

@@ -9,6 +9,7 @@
 
 #include "support/gpu_window.h"
 #include "support/picture.h"
+#include "ui/board_scenes.h"
 #include "ui/gpu.h"
 
 namespace {
@@ -17,6 +18,7 @@ using support::GpuWindow;
 using support::makePicture;
 using support::pixelAt;
 using support::samePicture;
+using test::isCached;
 
 const mj::TableTheme* jade() { return mj::tableThemeForStage(0); }
 
@@ -175,14 +177,6 @@ TEST(FeltOrnament, HasTwoFramesAndAKeyInEachCorner) {
 }
 
 // --- the cached picture ---
-
-// Whether the cache holds a picture under this key.
-bool isCached(const std::string& key, int w, int h) {
-  bool painted = false;
-  const auto paint = [](cairo_t*, void* user) { *static_cast<bool*>(user) = true; };
-  EXPECT_NE(ui::gpuTexture(key, w, h, paint, &painted), nullptr);
-  return !painted;
-}
 
 TEST(FeltTexture, ShowsWhatCairoPaints) {
   const auto painted = felt(300, 220, jade(), true);

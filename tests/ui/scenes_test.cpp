@@ -54,9 +54,9 @@ mj::GameState corners() {
 }
 
 // A window that the corners fill with tiles of 100 x 134; the felt between them is as large as a tile.
-const Frame kFrame{.w = 300, .h = 402};
+const Frame kSceneFrame{.w = 300, .h = 402};
 
-ui::CairoSurface backdrop(Path path, double time, const mj::GameState& game, Frame frame = kFrame) {
+ui::CairoSurface backdrop(Path path, double time, const mj::GameState& game, Frame frame = kSceneFrame) {
   frame.time = time;
   return paintScene(path, frame, [&](ui::Ctx& ctx) { ui::drawMenuBackdrop(ctx, game); });
 }
@@ -142,7 +142,7 @@ TEST(MenuBackdropWithoutRenderer, LeavesTheContextAsItWas) {
 class Menu {
  public:
   // Returns the copies that the frame took, those into the render target included.
-  int frame(const mj::GameState& game, double w = kFrame.w, double h = kFrame.h) {
+  int frame(const mj::GameState& game, double w = kSceneFrame.w, double h = kSceneFrame.h) {
     window.clear(test::kFelt);
     ui::gpuBeginFrame();
     ui::Ctx ctx;
@@ -159,7 +159,7 @@ class Menu {
     return ui::gpuRenderTarget("backdrop", w, h, notPainted, nullptr, false);
   }
 
-  GpuWindow window{kFrame.w, kFrame.h};
+  GpuWindow window{kSceneFrame.w, kSceneFrame.h};
 
  private:
   double time = 0;

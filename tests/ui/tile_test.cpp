@@ -24,6 +24,7 @@ using support::looksLike;
 using support::makePicture;
 using support::pixelAt;
 using support::samePicture;
+using test::expectRect;
 using test::isCached;
 using test::paintScene;
 using test::Path;
@@ -84,13 +85,6 @@ TEST(TileMetrics, HaveTheirLeastValuesAtTwentyPixels) {
   EXPECT_EQ(ui::tileRadius(20), 4);
   EXPECT_EQ(ui::tileBevel(6), 3);
   EXPECT_EQ(ui::tileRadius(6), 4);
-}
-
-void expectRect(const ui::Rect& rect, double x, double y, double w, double h) {
-  EXPECT_DOUBLE_EQ(rect.x, x);
-  EXPECT_DOUBLE_EQ(rect.y, y);
-  EXPECT_DOUBLE_EQ(rect.w, w);
-  EXPECT_DOUBLE_EQ(rect.h, h);
 }
 
 TEST(TileMetrics, LeaveTheFaceAtTheTopLeft) {
@@ -165,11 +159,11 @@ TEST_F(Tile, FacesLookAsTheyAlwaysDid) {
 
 // Pixels that differ by more than a smoothed edge moved a little.
 int clearlyDifferent(cairo_surface_t* a, cairo_surface_t* b) {
-  constexpr int kClear = 24;
+  constexpr int kClearDifference = 24;
   int count = 0;
   for (int y = 0; y < cairo_image_surface_get_height(a); ++y) {
     for (int x = 0; x < cairo_image_surface_get_width(a); ++x) {
-      if (channelDifference(pixelAt(a, x, y), pixelAt(b, x, y)) > kClear) ++count;
+      if (channelDifference(pixelAt(a, x, y), pixelAt(b, x, y)) > kClearDifference) ++count;
     }
   }
   return count;

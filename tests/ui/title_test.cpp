@@ -23,6 +23,7 @@ using test::Frame;
 using test::Ink;
 using test::inkOf;
 using test::isCached;
+using test::opacityOf;
 using test::paintScene;
 using test::Path;
 
@@ -65,9 +66,9 @@ class TileTitle : public testing::TestWithParam<Path> {};
 INSTANTIATE_TEST_SUITE_P(By, GlowTitle, testing::Values(Path::Cairo, Path::Textures), test::pathName);
 INSTANTIATE_TEST_SUITE_P(By, TileTitle, testing::Values(Path::Cairo, Path::Textures), test::pathName);
 
-const Frame kFrame{.w = 420, .h = 160};
+const Frame kTitleFrame{.w = 420, .h = 160};
 
-Frame at(double time, Frame frame = kFrame) {
+Frame at(double time, Frame frame = kTitleFrame) {
   frame.time = time;
   return frame;
 }
@@ -98,12 +99,6 @@ int copiesOf(double time, const Draw& draw) {
 SDL_Texture* known(const std::string& key, int w, int h) {
   const auto notPainted = [](cairo_t*, void*) { ADD_FAILURE() << "was not there"; };
   return ui::gpuTexture(key, w, h, notPainted, nullptr);
-}
-
-int opacityOf(SDL_Texture* texture) {
-  Uint8 alpha = 0;
-  EXPECT_EQ(SDL_GetTextureAlphaMod(texture, &alpha), 0);
-  return alpha;
 }
 
 // --- the glowing word ---

@@ -129,14 +129,14 @@ ui::CairoSurface plaquePicture(const PaintWidget& widget) { return paintWidget(2
 
 TEST(Plaque, ShineCrossesInTwoSecondsAndSixTenths) {
   const auto still = plaquePicture(plaque(kDark));
-  constexpr double kMiddle = 1.3;  // the beam lies in the middle
-  EXPECT_TRUE(hasColor(plaquePicture(shining(false, kMiddle)).get(), kMargin + 110, kMargin + 12,
+  constexpr double kMiddleX = 1.3;  // the beam lies in the middle
+  EXPECT_TRUE(hasColor(plaquePicture(shining(false, kMiddleX)).get(), kMargin + 110, kMargin + 12,
                        over(palette::kDarkPlaque, 0xFFF7D7, 0.35)));
-  EXPECT_TRUE(hasColor(plaquePicture(shining(true, kMiddle)).get(), kMargin + 110, kMargin + 12,
+  EXPECT_TRUE(hasColor(plaquePicture(shining(true, kMiddleX)).get(), kMargin + 110, kMargin + 12,
                        over(palette::kGold, palette::kWhite, 0.35)));
   // Once in three seconds, and it has gone before the sweep ends.
-  EXPECT_TRUE(samePicture(plaquePicture(shining(false, kMiddle + 3)).get(),
-                          plaquePicture(shining(false, kMiddle)).get()));
+  EXPECT_TRUE(samePicture(plaquePicture(shining(false, kMiddleX + 3)).get(),
+                          plaquePicture(shining(false, kMiddleX)).get()));
   for (const double time : {0.0, 2.55, 2.7, 2.95, 3.0})
     EXPECT_TRUE(samePicture(plaquePicture(shining(false, time)).get(), still.get())) << time;
 }

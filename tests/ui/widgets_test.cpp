@@ -24,7 +24,7 @@ using test::isClickedAt;
 using test::kMargin;
 using test::paintWidget;
 
-constexpr ui::Rect kRect{100, 50, 120, 40};
+constexpr ui::Rect kWidgetRect{100, 50, 120, 40};
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 struct Clickable {
@@ -76,13 +76,13 @@ class Clicking : public testing::TestWithParam<Clickable> {
  protected:
   void SetUp() override { heard().clear(); }
 
-  static bool clickedAt(double x, double y) { return isClickedAt(GetParam().control, kRect, x, y); }
+  static bool clickedAt(double x, double y) { return isClickedAt(GetParam().control, kWidgetRect, x, y); }
 };
 INSTANTIATE_TEST_SUITE_P(All, Clicking, testing::ValuesIn(clickables()), nameOf);
 
 TEST_P(Clicking, IsAnsweredOnceWithOneSound) {
   int answers = 0;
-  ScreenHarness harness([&](ui::Ctx& ctx) { answers += GetParam().control(ctx, kRect) ? 1 : 0; });
+  ScreenHarness harness([&](ui::Ctx& ctx) { answers += GetParam().control(ctx, kWidgetRect) ? 1 : 0; });
   harness.moveTo(160, 70);
   harness.press(160, 70);
   EXPECT_EQ(answers, 0);
@@ -109,7 +109,7 @@ TEST_P(Clicking, GoesToTheFirstOfTwoThatOverlap) {
   bool first = false;
   bool second = false;
   ScreenHarness harness([&](ui::Ctx& ctx) {
-    first = GetParam().control(ctx, kRect);
+    first = GetParam().control(ctx, kWidgetRect);
     second = GetParam().control(ctx, {150, 60, 120, 40});
   });
   harness.click(160, 70);
@@ -125,7 +125,7 @@ TEST_P(Clicking, IsNotAnsweredWhenTheClickWasTaken) {
   bool clicked = false;
   ScreenHarness harness([&](ui::Ctx& ctx) {
     ctx.clickTaken = true;
-    clicked = GetParam().control(ctx, kRect);
+    clicked = GetParam().control(ctx, kWidgetRect);
   });
   harness.click(160, 70);
   EXPECT_FALSE(clicked);
@@ -134,7 +134,7 @@ TEST_P(Clicking, IsNotAnsweredWhenTheClickWasTaken) {
 
 TEST_P(Clicking, NeedsMoreThanTheRightButtonTheWheelOrAKey) {
   bool clicked = false;
-  ScreenHarness harness([&](ui::Ctx& ctx) { clicked = clicked || GetParam().control(ctx, kRect); });
+  ScreenHarness harness([&](ui::Ctx& ctx) { clicked = clicked || GetParam().control(ctx, kWidgetRect); });
   harness.rightClick(160, 70);
   harness.wheel(160, 70, 1);
   harness.key('\r');
@@ -147,7 +147,7 @@ TEST_P(Clicking, ASecondWidgetElsewhereLeavesTheClick) {
   bool here = false;
   ScreenHarness harness([&](ui::Ctx& ctx) {
     GetParam().control(ctx, {300, 50, 120, 40});
-    here = GetParam().control(ctx, kRect);
+    here = GetParam().control(ctx, kWidgetRect);
   });
   harness.click(160, 70);
   EXPECT_TRUE(here);
@@ -196,7 +196,7 @@ INSTANTIATE_TEST_SUITE_P(All, Disabled, testing::ValuesIn(disabledOnes()), nameO
 
 TEST_P(Disabled, NeverAnswersNorSoundsNorTakesTheClick) {
   bool clicked = false;
-  ScreenHarness harness([&](ui::Ctx& ctx) { clicked = clicked || GetParam().control(ctx, kRect); });
+  ScreenHarness harness([&](ui::Ctx& ctx) { clicked = clicked || GetParam().control(ctx, kWidgetRect); });
   harness.click(160, 70);
   harness.press(160, 70);
   harness.release(160, 70);

@@ -46,7 +46,7 @@ Environment cleanEnvironment(const std::string& home) {
                              {"XDG_CONFIG_HOME", home + "/config"},
                              {"XDG_DATA_HOME", home + "/data"},
                              {"LANG", "C.UTF-8"}};
-  for (const char* name : {"PATH", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"}) {
+  for (const char* name : {"PATH", "ASAN_OPTIONS", "GCOV_ERROR_FILE", "LSAN_OPTIONS", "UBSAN_OPTIONS"}) {
     if (const char* value = std::getenv(name)) environment[name] = value;
   }
   return environment;

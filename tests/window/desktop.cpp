@@ -118,7 +118,8 @@ struct Desktop::Connection {
 Desktop::Desktop(const std::string& keyboard)
     : server(serverCommand(), cleanEnvironment(home.path())),
       name(displayOf(server)),
-      windowManager({"openbox", "--sm-disable"}, environmentOn(name, home.path())),
+      windowManager({"openbox", "--sm-disable", "--config-file", VESKARA_OPENBOX_CONFIG},
+                    environmentOn(name, home.path())),
       connection(std::make_unique<Connection>(name)) {
   waitForWindowManager();
   if (keyboard != kLatinKeyboard) switchKeyboard(keyboard);

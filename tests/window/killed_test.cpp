@@ -72,7 +72,7 @@ bool leadsTo(const Value& early, const Value& late) {
 }
 
 // One life: from a start to the kill.
-struct Life {
+struct KilledLife {
   DataFiles before;
   DataFiles after;
   bool played;  // it came to the table
@@ -86,11 +86,11 @@ struct Life {
   }
 };
 
-class Player {
+class KilledPlayer {
  public:
-  explicit Player(unsigned seed) : random(seed) {}
+  explicit KilledPlayer(unsigned seed) : random(seed) {}
 
-  Life liveOnce() {
+  KilledLife liveOnce() {
     const DataFiles before(desktop.dataPath());
     std::filesystem::remove(witnessPath());
     const bool inStartUp = upTo(4) == 0;
@@ -138,7 +138,7 @@ class Player {
   std::mt19937 random;
 };
 
-void expectRecordsKept(const Life& life) {
+void expectRecordsKept(const KilledLife& life) {
   EXPECT_GE(life.after.level(), life.before.level());
   EXPECT_GE(life.after.totalSolves(), life.before.totalSolves());
   for (const auto& [level, best] : life.before.progress["bests"].o) {
@@ -152,7 +152,7 @@ void expectRecordsKept(const Life& life) {
   for (const Value& solve : life.before.solves.a) EXPECT_TRUE(isKept(solve)) << solve.dump();
 }
 
-void expectGameKept(const Life& life) {
+void expectGameKept(const KilledLife& life) {
   if (life.solved() || life.diedBetweenWinAndResult()) return;
   if (life.before.hasGame()) {
     EXPECT_TRUE(life.after.hasGame());
@@ -167,14 +167,14 @@ INSTANTIATE_TEST_SUITE_P(Player, Killed, testing::Range(1, kPlayers + 1));
 
 TEST_P(Killed, AtRandomMomentsLosesNoMoreThanFiveSecondsOfPlay) {
   const unsigned seed = std::random_device()();
-  Player player(seed);
+  KilledPlayer player(seed);
   double mostLost = 0;
   int sittings = 0;
   int solves = 0;
   int lostWins = 0;
   for (int i = 0; i < killsPerPlayer() && !HasFailure(); ++i) {
     SCOPED_TRACE("seed " + std::to_string(seed) + ", kill " + std::to_string(i));
-    const Life life = player.liveOnce();
+    const KilledLife life = player.liveOnce();
     expectRecordsKept(life);
     expectGameKept(life);
     sittings += life.played ? 1 : 0;
