@@ -419,6 +419,7 @@ void Monkey::seeEverything() {
   for (int level = 1; level <= store::kLastLevel; ++level) mj::levelToConfig(level);
   open(ScreenKind::Attract);
   for (int i = 0; i < kDemoFrames; ++i) pass(0.03);
+  open(ScreenKind::Menu);  // a demo with nothing below it has no way out
 }
 
 }  // namespace test

@@ -84,7 +84,7 @@ struct Memory {
   int textures = 0;  // the most there were at any time
 };
 
-constexpr int kHomecomings = 10;  // in a tenth
+constexpr int kHomecomings = 50;  // in a tenth: enough to meet a moment with hardly any fonts
 
 Memory playTenth(Monkey& monkey, long frames, std::atomic<long>& frame) {
   Memory memory;
