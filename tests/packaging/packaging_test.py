@@ -107,8 +107,10 @@ class Display:
 
     def __enter__(self):
         read_end, write_end = os.pipe()
+        # It starts anew when its last client leaves, unless told not to: when an xprop leaves, and a game just comes.
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
+             "-noreset"],
             pass_fds=[write_end], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(write_end)
         with open(read_end) as number:
