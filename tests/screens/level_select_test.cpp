@@ -39,6 +39,7 @@ using support::kUsualW;
 using support::Point;
 using test::inside;
 using test::kBelow;
+using test::kRounding;
 using test::overlap;
 using test::Shows;
 using test::Stack;
@@ -369,7 +370,7 @@ TEST_P(LevelGridIn, KeepsThePartsOfACardApart) {
   EXPECT_EQ(layout.starsY, card.y + 52);
   const std::array<Rect, 5> parts = {layout.label, layout.tiles, layout.layers, stars, layout.miniature};
   for (std::size_t i = 0; i < parts.size(); ++i) {
-    EXPECT_TRUE(inside(parts[i], card)) << i;
+    EXPECT_TRUE(inside(parts[i], card, kRounding)) << i;
     for (std::size_t k = 0; k < i; ++k) EXPECT_FALSE(overlap(parts[i], parts[k])) << i << " and " << k;
   }
 }

@@ -26,6 +26,7 @@ namespace {
 
 using audio::Sfx;
 using support::heard;
+using test::kRounding;
 using test::overlap;
 using test::Shows;
 using test::Stack;
@@ -370,7 +371,8 @@ INSTANTIATE_TEST_SUITE_P(Size, SolvedLayoutAt,
 void expectApart(const std::vector<ui::Rect>& rects, const ui::Rect& around) {
   for (std::size_t i = 0; i < rects.size(); ++i) {
     EXPECT_THAT(rects[i], LiesIn(around)) << i;
-    for (std::size_t j = 0; j < i; ++j) EXPECT_FALSE(overlap(rects[i], rects[j])) << i << " and " << j;
+    for (std::size_t j = 0; j < i; ++j)
+      EXPECT_FALSE(overlap(rects[i], rects[j], kRounding)) << i << " and " << j;
   }
 }
 

@@ -24,7 +24,6 @@ using support::looksLike;
 using support::makePicture;
 using support::pixelAt;
 using support::samePicture;
-using test::expectRect;
 using test::isCached;
 using test::paintScene;
 using test::Path;
@@ -87,14 +86,21 @@ TEST(TileMetrics, HaveTheirLeastValuesAtTwentyPixels) {
   EXPECT_EQ(ui::tileRadius(6), 4);
 }
 
+void expectExactRect(const ui::Rect& rect, double x, double y, double w, double h) {
+  EXPECT_DOUBLE_EQ(rect.x, x);
+  EXPECT_DOUBLE_EQ(rect.y, y);
+  EXPECT_DOUBLE_EQ(rect.w, w);
+  EXPECT_DOUBLE_EQ(rect.h, h);
+}
+
 TEST(TileMetrics, LeaveTheFaceAtTheTopLeft) {
-  expectRect(ui::tileFaceRect({10, 20, 50, 67}), 10, 20, 45, 62);
-  expectRect(ui::tileFaceRect({0, 0, 20, 27}), 0, 0, 17, 24);
+  expectExactRect(ui::tileFaceRect({10, 20, 50, 67}), 10, 20, 45, 62);
+  expectExactRect(ui::tileFaceRect({0, 0, 20, 27}), 0, 0, 17, 24);
 }
 
 TEST(TileMetrics, ScaleAndInsetAboutTheCentre) {
-  expectRect(ui::scaledRect({10, 20, 40, 60}, 1.5), 0, 5, 60, 90);
-  expectRect(ui::insetRect({10, 20, 40, 60}, 2), 12, 22, 36, 56);
+  expectExactRect(ui::scaledRect({10, 20, 40, 60}, 1.5), 0, 5, 60, 90);
+  expectExactRect(ui::insetRect({10, 20, 40, 60}, 2), 12, 22, 36, 56);
 }
 
 // --- pulses ---
