@@ -134,6 +134,8 @@ UnseenProgram::UnseenProgram() {
   setenv("SDL_VIDEODRIVER", "dummy", 1);
   setenv("SDL_AUDIODRIVER", "dummy", 1);
   check(SDL_Init(SDL_INIT_TIMER | SDL_INIT_VIDEO) == 0, "SDL_Init");
+  // Once in a process, as in the game: fontconfig would list the font again at each start.
+  ui::registerBundledFonts();
   start();
 }
 
@@ -150,7 +152,6 @@ void UnseenProgram::start() {
   renderer.reset(SDL_CreateRenderer(window.get(), -1, SDL_RENDERER_SOFTWARE));
   check(renderer != nullptr, "SDL_CreateRenderer");
   ui::gpuInit(renderer.get());
-  ui::registerBundledFonts();
   store::ensureDataDirs();
   startSound(settings);
   loop.emplace(window.get(), renderer.get(), testClock);
