@@ -42,10 +42,6 @@ function(veskara_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_options(${name} PRIVATE ${VESKARA_TEST_FLAGS})
   set_target_properties(${name} PROPERTIES UNITY_BUILD ON)
-  if(CMAKE_CXX_CLANG_TIDY)  # what is compiled together lies in the build tree, and has to be told
-    set_target_properties(${name} PROPERTIES
-      CXX_CLANG_TIDY "${CMAKE_CXX_CLANG_TIDY};--config-file=${PROJECT_SOURCE_DIR}/tests/.clang-tidy")
-  endif()
   target_link_libraries(${name} PRIVATE ${arg_LINKS} veskara_options GTest::gtest_main GTest::gmock)
   # gtest_discover_tests and ctest each take the list apart once before it reaches the test.
   list(JOIN VESKARA_TEST_ENVIRONMENT "\\\\\\\\\\\\\\\\;" environment)
