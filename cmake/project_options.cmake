@@ -34,8 +34,8 @@ function(veskara_library name)
 endfunction()
 
 # veskara_test(NAME SOURCES ... LINKS ... [PROPERTIES ...] [FILTER ...]): a test program; each of its tests, or of those
-# that the filter names as GoogleTest does, is one of ctest's. Its files are compiled together, eight at a time, for most
-# of what a compiler reads in one of them is GoogleTest.
+# that the filter names as GoogleTest does, is one of ctest's. Its files are compiled together, for most of what a
+# compiler reads in one of them is GoogleTest.
 function(veskara_test name)
   cmake_parse_arguments(arg "" "FILTER" "SOURCES;LINKS;PROPERTIES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})

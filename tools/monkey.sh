@@ -19,5 +19,5 @@ case "$1" in
   *) usage ;;
 esac
 cmake --preset "$preset" -DVESKARA_TESTS=ON >/dev/null
-cmake --build "build/$preset" --target monkey_test window_monkey_test
+cmake --build "build/$preset" --target monkey_test window_test
 ctest --test-dir "build/$preset" --verbose --parallel "$(nproc)" -R "$test"

@@ -49,6 +49,8 @@ struct BoardOpts {
   double panY = 0;
   double alpha = 1;       // of tiles and veils, not of their marks; the texture path's only
   bool software = false;  // draw with cairo although there is a renderer
+
+  bool operator==(const BoardOpts&) const = default;
 };
 
 // The map from the board's picture to the screen: zoom about the centre of the board's rectangle, then pan.

@@ -84,7 +84,7 @@ class WindowMonkey {
   int below(int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
 
   std::mt19937 random;
-  Desktop desktop;
+  Desktop desktop{window::kLatinKeyboard, window::kScreen};
   Hand hand;
   std::optional<Game> game;
   int actCount = 0;

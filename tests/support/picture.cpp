@@ -32,9 +32,16 @@ struct Comparison {
 // Both must have the same size.
 Comparison compare(cairo_surface_t* a, cairo_surface_t* b, int tolerance) {
   Comparison result;
-  for (int y = 0; y < heightOf(a); ++y) {
-    for (int x = 0; x < widthOf(a); ++x) {
-      const int difference = channelDifference(pixelAt(a, x, y), pixelAt(b, x, y));
+  const Pixels pixelsOfA(a);
+  const Pixels pixelsOfB(b);
+  const int w = widthOf(a);
+  const int h = heightOf(a);
+  for (int y = 0; y < h; ++y) {
+    for (int x = 0; x < w; ++x) {
+      const std::uint32_t pixelOfA = pixelsOfA.at(x, y);
+      const std::uint32_t pixelOfB = pixelsOfB.at(x, y);
+      if (pixelOfA == pixelOfB) continue;
+      const int difference = channelDifference(pixelOfA, pixelOfB);
       if (difference > tolerance) ++result.differing;
       if (difference > result.largest) result = {result.differing, difference, x, y};
     }
@@ -93,15 +100,21 @@ ui::CairoSurface makePicture(int w, int h, const std::function<void(cairo_t*)>& 
   return picture;
 }
 
-std::uint32_t pixelAt(cairo_surface_t* picture, int x, int y) {
+// An opaque picture that comes from a file has no alpha channel.
+Pixels::Pixels(cairo_surface_t* picture)
+    : stride(cairo_image_surface_get_stride(picture)),
+      missingAlpha(cairo_image_surface_get_format(picture) == CAIRO_FORMAT_RGB24 ? 0xFF000000U : 0) {
   cairo_surface_flush(picture);
-  const unsigned char* pixels = cairo_image_surface_get_data(picture);
-  const int offset = y * cairo_image_surface_get_stride(picture) + 4 * x;
-  std::uint32_t pixel = 0;
-  std::memcpy(&pixel, pixels + offset, sizeof pixel);
-  // An opaque picture that comes from a file has no alpha channel.
-  return cairo_image_surface_get_format(picture) == CAIRO_FORMAT_RGB24 ? pixel | 0xFF000000U : pixel;
+  data = cairo_image_surface_get_data(picture);
 }
+
+std::uint32_t Pixels::at(int x, int y) const {
+  std::uint32_t pixel = 0;
+  std::memcpy(&pixel, data + y * stride + 4 * x, sizeof pixel);
+  return pixel | missingAlpha;
+}
+
+std::uint32_t pixelAt(cairo_surface_t* picture, int x, int y) { return Pixels(picture).at(x, y); }
 
 int channelDifference(std::uint32_t a, std::uint32_t b) {
   int largest = 0;

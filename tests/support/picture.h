@@ -17,7 +17,21 @@ ui::CairoSurface makePicture(int w, int h);
 // A transparent picture with something painted on it.
 ui::CairoSurface makePicture(int w, int h, const std::function<void(cairo_t*)>& paint);
 
-// The pixel, which must lie inside.
+// A picture's pixels, for loops over many. Nothing may be painted on it meanwhile.
+class Pixels {
+ public:
+  explicit Pixels(cairo_surface_t* picture);
+
+  // The pixel, which must lie inside.
+  std::uint32_t at(int x, int y) const;
+
+ private:
+  const unsigned char* data = nullptr;
+  int stride;
+  std::uint32_t missingAlpha;
+};
+
+// The same for a single one.
 std::uint32_t pixelAt(cairo_surface_t* picture, int x, int y);
 
 // The largest difference of a channel between two pixels.

@@ -23,10 +23,10 @@ constexpr unsigned kWheelDown = 5;
 // Windows come and go while they are looked for; a request to one that is gone simply has no answer.
 int ignoreError(Display* /*display*/, XErrorEvent* /*error*/) { return 0; }
 
-std::vector<std::string> serverCommand() {
-  const std::string screen = std::to_string(kScreen.w) + "x" + std::to_string(kScreen.h) + "x24";
+std::vector<std::string> serverCommand(Size screen) {
+  const std::string mode = std::to_string(screen.w) + "x" + std::to_string(screen.h) + "x24";
   // It takes the first free display and writes its number to standard output.
-  return {"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-nolisten", "tcp", "-noreset"};
+  return {"Xvfb", "-displayfd", "1", "-screen", "0", mode, "-nolisten", "tcp", "-noreset"};
 }
 
 std::string displayOf(Child& server) {
@@ -42,7 +42,9 @@ Environment environmentOn(const std::string& display, const std::string& home) {
   environment.insert({{"DISPLAY", display},
                       {"SDL_VIDEODRIVER", "x11"},
                       {"SDL_AUDIODRIVER", "dummy"},
-                      {"LIBGL_ALWAYS_SOFTWARE", "1"}});
+                      {"LIBGL_ALWAYS_SOFTWARE", "1"},
+                      // In each new home Mesa would compile its shaders anew.
+                      {"MESA_SHADER_CACHE_DIR", VESKARA_SHADER_CACHE}});
   return environment;
 }
 
@@ -115,8 +117,8 @@ struct Desktop::Connection {
   Display* display;
 };
 
-Desktop::Desktop(const std::string& keyboard)
-    : server(serverCommand(), cleanEnvironment(home.path())),
+Desktop::Desktop(const std::string& keyboard, Size screen)
+    : server(serverCommand(screen), cleanEnvironment(home.path())),
       name(displayOf(server)),
       windowManager({"openbox", "--sm-disable", "--config-file", VESKARA_OPENBOX_CONFIG},
                     environmentOn(name, home.path())),

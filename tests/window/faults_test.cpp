@@ -229,8 +229,8 @@ TEST(FullDisk, IsSurvivedUntilThereIsRoomAgain) {
 // --- directories that go and come back ---
 
 // A game on the table, some pairs before its end.
-struct Playing {
-  Playing() {
+struct GameInPlay {
+  GameInPlay() {
     writeFile(data + "/save.json", window::savedGame(5));
     game.emplace(desktop);
     EXPECT_TRUE(window::continueFromMenu(*game));
@@ -260,7 +260,7 @@ struct Playing {
 };
 
 TEST(DataDirectory, ThatIsRemovedIsMadeAgain) {
-  Playing playing;
+  GameInPlay playing;
   fs::remove_all(playing.data);
   EXPECT_TRUE(playing.savesAgain());
   playing.expectEndsWell();
@@ -268,7 +268,7 @@ TEST(DataDirectory, ThatIsRemovedIsMadeAgain) {
 }
 
 TEST(DataDirectory, ThatIsRenamedIsLeftAlone) {
-  Playing playing;
+  GameInPlay playing;
   fs::rename(playing.data, playing.elsewhere);
   const std::string before = readAll(playing.elsewhere + "/save.json");
   EXPECT_TRUE(playing.savesAgain());
@@ -278,7 +278,7 @@ TEST(DataDirectory, ThatIsRenamedIsLeftAlone) {
 }
 
 TEST(DataDirectory, ReplacedByAFileIsUsedAgainWhenItIsBack) {
-  Playing playing;
+  GameInPlay playing;
   fs::rename(playing.data, playing.elsewhere);
   writeFile(playing.data, "somebody's");
   EXPECT_TRUE(playing.saysNotSaved());

@@ -27,7 +27,7 @@ const Renderer kRenderers[] = {{"OpenGl", {}}, {"Software", window::kNoOpenGl}};
 
 class Playing : public testing::TestWithParam<Renderer> {
  protected:
-  Session session{{.environment = GetParam().environment}};
+  Session session{{.environment = GetParam().environment, .screen = kScreen}};
 };
 
 INSTANTIATE_TEST_SUITE_P(With, Playing, testing::ValuesIn(kRenderers),

@@ -16,7 +16,7 @@ constexpr double kDialogCorner = 16;  // round: the screen below is seen there
 }  // namespace
 
 void Player::sitDown(const Environment& changes) {
-  const Setup setup = {.environment = changed(environment(), changes), .toTable = false};
+  const Setup setup = {.environment = changed(environment(), changes), .screen = kScreen, .toTable = false};
   sitting = sitting ? std::make_unique<Session>(*sitting, setup) : std::make_unique<Session>(setup);
 }
 

@@ -87,7 +87,7 @@ TEST(Killed, GameIsBackAsItWasFiveSecondsBefore) {
 // --- the window and its settings ---
 
 TEST(Window, ComesBackWhereAndAsLargeAsItWas) {
-  Session first;
+  Session first({.screen = kScreen});
   ASSERT_TRUE(first.hasSize(kFirstWindow));
   first.game.dragCorner(-200, -100);
   const Size size = {kFirstWindow.w - 200, kFirstWindow.h - 100};
@@ -109,7 +109,7 @@ TEST(Window, ComesBackWhereAndAsLargeAsItWas) {
 }
 
 TEST(Window, ComesBackMaximised) {
-  Session first;
+  Session first({.screen = kScreen});
   first.game.setMaximised(true);
   ASSERT_TRUE(waitFor([&] { return first.game.isMaximised() && first.game.size().w == kScreen.w; }));
   ASSERT_TRUE(first.showsTable());
@@ -132,7 +132,7 @@ TEST(Window, IsFullScreenAgainEvenWhenTheProgramWasKilled) {
 }
 
 TEST(CommandLine, ChoiceOfTheWindowLastsToTheNextStart) {
-  Session first({.arguments = {"--fullscreen"}});
+  Session first({.arguments = {"--fullscreen"}, .screen = kScreen});
   EXPECT_TRUE(first.hasSize(kScreen));
   quit(first.game);
   Session second(first, {});
@@ -147,7 +147,7 @@ TEST(CommandLine, ChoiceOfTheWindowLastsToTheNextStart) {
 // --- the files, as another reader of JSON sees them ---
 
 TEST(SettingsFile, HoldsItsTenMembers) {
-  Session session;
+  Session session({.screen = kScreen});
   ASSERT_TRUE(session.hasSize(kFirstWindow));
   const Point place = session.game.position();
   quit(session.game);

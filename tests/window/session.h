@@ -32,13 +32,14 @@ struct Setup {
   std::vector<std::string> arguments = {};
   Environment environment = {};
   std::string keyboard = kLatinKeyboard;
+  Size screen = kSmallScreen;
   bool toTable = true;  // goes on from the menu at once; otherwise the test sees the program as it starts
 };
 
 class Session {
  public:
   explicit Session(const Setup& setup = {})
-      : Session(std::make_shared<Desktop>(setup.keyboard), setup, Table()) {}
+      : Session(std::make_shared<Desktop>(setup.keyboard, setup.screen), setup, Table()) {}
   // The game started once more where an earlier one has ended, with its files; it ought to show the table as
   // it was left.
   Session(const Session& earlier, const Setup& setup) : Session(earlier.place, setup, earlier.table) {

@@ -140,7 +140,8 @@ TEST(Signal, InAPauseKeepsTheGame) {
 // --- while a question is asked ---
 
 std::shared_ptr<Desktop> deskOfAWinner() {
-  auto desk = std::make_shared<Desktop>();
+  // Large enough to show all settings without scrolling.
+  auto desk = std::make_shared<Desktop>(window::kLatinKeyboard, window::kScreen);
   writeFile(desk->dataPath("progress.json"), window::progressAfterLevel1());
   writeFile(desk->dataPath("solves.json"), window::solvedLevels(1));
   writeFile(desk->dataPath("save.json"), window::savedGame(5));

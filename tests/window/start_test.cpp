@@ -72,7 +72,7 @@ TEST(CommandLine, PrintsWhatIsAskedForFirst) {
 }
 
 TEST(CommandLine, UnknownArgumentsAreIgnored) {
-  Session session({.arguments = {"-h", "--Version", "--help=all", "", "level 7"}});
+  Session session({.arguments = {"-h", "--Version", "--help=all", "", "level 7"}, .screen = kScreen});
   EXPECT_TRUE(session.hasSize(kFirstWindow));
   session.game.close();
   EXPECT_TRUE(session.endsWith(0));
@@ -80,14 +80,14 @@ TEST(CommandLine, UnknownArgumentsAreIgnored) {
 }
 
 TEST(CommandLine, AsksForAWindowLast) {
-  Session session({.arguments = {"--fullscreen", "--windowed"}});
+  Session session({.arguments = {"--fullscreen", "--windowed"}, .screen = kScreen});
   EXPECT_TRUE(session.hasSize(kFirstWindow));
   EXPECT_TRUE(session.showsTable());
   EXPECT_FALSE(session.game.isFullscreen());
 }
 
 TEST(CommandLine, AsksForTheFullScreenLast) {
-  Session session({.arguments = {"--windowed", "--fullscreen"}});
+  Session session({.arguments = {"--windowed", "--fullscreen"}, .screen = kScreen});
   EXPECT_TRUE(session.hasSize(kScreen));
   EXPECT_TRUE(session.game.isFullscreen());
   EXPECT_TRUE(session.showsTable());
@@ -182,7 +182,7 @@ std::vector<Size> sizesOfPictures(const std::string& directory) {
 }
 
 TEST(Environment, LetsTheGamePlayItselfAndTellItsPace) {
-  Session session({.environment = {{"VESKARA_AUTOPLAY", "0.05"}, {"VESKARA_STATS", "1"}}});
+  Session session({.environment = {{"VESKARA_AUTOPLAY", "0.05"}, {"VESKARA_STATS", "1"}}, .screen = kScreen});
   const auto progress = [&] { return support::readAll(session.desktop.dataPath("progress.json")); };
   EXPECT_TRUE(waitFor([&] { return progress().find("\"currentLevel\":2") != std::string::npos; }));
   const auto recorded = [&] { return std::filesystem::exists(session.desktop.dataPath("solves.json")); };

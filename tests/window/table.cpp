@@ -155,18 +155,29 @@ std::vector<int> Table::owners(Size windowSize) const {
   return owner;
 }
 
+const Table::Sight& Table::sightIn(Size windowSize) const {
+  const bool isNew =
+      !lastSight || lastSight->windowSize != windowSize || lastSight->game != game || lastSight->view != view;
+  if (isNew) {
+    lastSight =
+        std::make_shared<const Sight>(Sight{windowSize, game, view, painted(windowSize), owners(windowSize)});
+  }
+  return *lastSight;
+}
+
 Table::Comparison Table::compare(cairo_surface_t* picture) const {
   const Size windowSize = sizeOf(picture);
-  const ui::CairoSurface expected = painted(windowSize);
-  const std::vector<int> owner = owners(windowSize);
+  const Sight& expected = sightIn(windowSize);
+  const support::Pixels seenPixels(picture);
+  const support::Pixels expectedPixels(expected.picture.get());
   std::vector<Look> sums(game.slots.size());
   Look cloth;
   for (int y = 0; y < windowSize.h; ++y) {
     for (int x = 0; x < windowSize.w; ++x) {
-      const int id = owner[static_cast<std::size_t>(y * windowSize.w + x)];
+      const int id = expected.owner[static_cast<std::size_t>(y * windowSize.w + x)];
       if (id == kNobody) continue;
       Look& look = id == kCloth ? cloth : sums[static_cast<std::size_t>(id)];
-      look.add(support::pixelAt(picture, x, y), support::pixelAt(expected.get(), x, y));
+      look.add(seenPixels.at(x, y), expectedPixels.at(x, y));
     }
   }
   const ui::BoardGeom geom = ui::boardGeometry(game.slots, boardIn(windowSize), view.fit);

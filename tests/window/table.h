@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <memory>
 #include <set>
+#include <vector>
 
 #include "rules/engine.h"
 #include "ui/board.h"
@@ -61,12 +63,23 @@ class Table {
     double clothDifference = 0;  // of the board's cloth around the tiles
   };
 
+  // How a window of that size ought to show the game in this view.
+  struct Sight {
+    Size windowSize;
+    mj::GameState game;
+    ui::BoardOpts view;
+    ui::CairoSurface picture;
+    std::vector<int> owner;  // for each pixel the slot to be judged by it
+  };
+
+  const Sight& sightIn(Size windowSize) const;
   ui::CairoSurface painted(Size windowSize) const;
   std::vector<int> owners(Size windowSize) const;
   Comparison compare(cairo_surface_t* picture) const;
   ui::Rect boardIn(Size windowSize) const;
 
   int level;
+  mutable std::shared_ptr<const Sight> lastSight;  // whoever waits for it looks many times
 };
 
 }  // namespace window

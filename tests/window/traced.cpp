@@ -13,7 +13,8 @@ std::vector<std::string> straceCommand(const std::string& log, const std::vector
 }
 
 Environment traceable(const Desktop& desktop) {
-  return {{"ASAN_OPTIONS", desktop.environment()["ASAN_OPTIONS"] + ":detect_leaks=0"}};
+  return {{"ASAN_OPTIONS", desktop.environment()["ASAN_OPTIONS"] + ":detect_leaks=0"},
+          {"MESA_SHADER_CACHE_DISABLE", "true"}};
 }
 
 std::vector<std::string> injection(const std::string& calls, const std::string& disturbance,

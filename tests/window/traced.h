@@ -16,7 +16,7 @@ bool canTrace();
 std::vector<std::string> straceCommand(const std::string& log, const std::vector<std::string>& options);
 
 // What has to change in the desktop's environment for a traced program: the leak sanitizer traces too, which
-// only one can.
+// only one can; and Mesa writes no shaders of its own.
 Environment traceable(const Desktop& desktop);
 
 // An option: the program is held up by the calls that are traced, and not by all others.
