@@ -43,6 +43,7 @@ Environment environmentOn(const std::string& display, const std::string& home) {
                       {"SDL_VIDEODRIVER", "x11"},
                       {"SDL_AUDIODRIVER", "dummy"},
                       {"LIBGL_ALWAYS_SOFTWARE", "1"},
+                      {"LP_NUM_THREADS", "1"},  // as many tests as there are processors run beside it
                       // In each new home Mesa would compile its shaders anew.
                       {"MESA_SHADER_CACHE_DIR", VESKARA_SHADER_CACHE}});
   return environment;
