@@ -90,7 +90,8 @@ std::string materializeFonts() {
   std::string dir = fontDir();
   paths::ensureDir(dir);
   const std::string target = dir + "/" + kGlyphFont;
-  const std::string& bytes = blob(std::string("fonts/") + kGlyphFont);
+  const std::string asset = std::string("fonts/") + kGlyphFont;
+  const std::string& bytes = blob(asset);
   if (!hasSize(target, bytes.size()) && !writeFile(target, bytes)) {
     std::fprintf(stderr, "[assets] cannot write %s\n", target.c_str());
   }

@@ -106,7 +106,8 @@ void loadEffects() {
 }
 
 void loadMusic() {
-  const std::string& bytes = assets::blob(kMusicFile);
+  const std::string file = kMusicFile;
+  const std::string& bytes = assets::blob(file);
   if (!bytes.empty()) state().music.reset(Mix_LoadMUS_RW(streamOf(bytes), 1));
   if (!state().music) std::fprintf(stderr, "[audio] bgm failed (%s)\n", SDL_GetError());
 }

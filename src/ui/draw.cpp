@@ -154,9 +154,39 @@ PangoLayout* fittedLayout(cairo_t* cr, std::string_view text, const TextStyle& s
 // A size of 0 would put the context into its error state for good.
 bool isDrawable(std::string_view text, const TextStyle& style) { return !text.empty() && style.size > 0; }
 
+bool isTurned(cairo_t* cr) {
+  cairo_matrix_t matrix;
+  cairo_get_matrix(cr, &matrix);
+  return matrix.xy != 0 || matrix.yx != 0;
+}
+
+// Moves a point to the nearest corner of a device pixel.
+void snapToPixel(cairo_t* cr, double& x, double& y) {
+  cairo_surface_t* target = cairo_get_group_target(cr);
+  double scaleX = 1;
+  double scaleY = 1;
+  cairo_surface_get_device_scale(target, &scaleX, &scaleY);
+  cairo_user_to_device(cr, &x, &y);
+  x = std::floor(x * scaleX + 0.5) / scaleX;
+  y = std::floor(y * scaleY + 0.5) / scaleY;
+  cairo_device_to_user(cr, &x, &y);
+}
+
+// Letters begin on whole device pixels. Cairo before 1.18 draws them nowhere else; later ones would place
+// them by quarters, a little blurred and unlike the same text on another machine. Turned letters have no such
+// place: they are filled as shapes.
 void showLayout(cairo_t* cr, double x, double y, PangoLayout* layout, const TextStyle& style) {
   setColor(cr, style.color, style.alpha);
-  cairo_move_to(cr, x, y);
+  if (isTurned(cr)) {
+    cairo_move_to(cr, x, y);
+    pango_cairo_layout_path(cr, layout);
+    cairo_fill(cr);
+    return;
+  }
+  const double baseline = pango_units_to_double(pango_layout_get_baseline(layout));
+  y += baseline;
+  snapToPixel(cr, x, y);
+  cairo_move_to(cr, x, y - baseline);
   pango_cairo_show_layout(cr, layout);
 }
 

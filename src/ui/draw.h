@@ -60,7 +60,8 @@ void softShadowFromPath(cairo_t* cr, double dx, double dy, double blur, std::uin
 // 0 wide and one line high.
 void measureText(cairo_t* cr, std::string_view text, const TextStyle& style, double& width, double& height);
 
-// Draws with the top of the text's box at y, and x on it where `style.align` says.
+// Draws with the top of the text's box at y, and x on it where `style.align` says. This and all text below
+// begins on the nearest whole device pixel, unless the context is turned.
 void drawText(cairo_t* cr, double x, double y, std::string_view text, const TextStyle& style);
 
 // Draws in the middle of the rectangle's height, at its left edge, in its middle or at its right edge as

@@ -145,8 +145,9 @@ TEST(Assets, StayAtOneAddress) {
 
 TEST(Assets, ComplainOfAnUnknownNameEachTime) {
   testing::internal::CaptureStderr();
-  const std::string& first = assets::blob("audio/none.ogg");
-  const std::string& second = assets::blob("audio/none.ogg");
+  const std::string name = "audio/none.ogg";
+  const std::string& first = assets::blob(name);
+  const std::string& second = assets::blob(name);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "[assets] unknown asset: audio/none.ogg\n[assets] unknown asset: audio/none.ogg\n");
   EXPECT_THAT(first, IsEmpty());

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "screens/sitting.h"
+#include "support/glyph_font.h"
 #include "support/picture.h"
 #include "ui/gpu.h"
 
@@ -15,7 +16,7 @@ namespace {
 
 using test::Sitting;
 
-class PlayingLook : public testing::TestWithParam<std::pair<int, int>> {
+class PlayingLook : public support::WithGlyphFont, public testing::WithParamInterface<std::pair<int, int>> {
  protected:
   void sitDown(const ui::GameState& descriptor) {
     sitting.emplace(descriptor, support::Drawing::Cairo, GetParam().first, GetParam().second);
@@ -64,7 +65,9 @@ int framesThatPaint(Sitting& sitting, int all) {
 TEST(Textures, AreAllPaintedInTheFirstFrameOfATableAtRest) {
   const support::DataHome data;
   const ui::GameState largest = {.kind = ui::ScreenKind::Playing, .level = 91, .deal = 91};
-  { const Sitting left(largest, test::Files::Kept); }
+  {
+    const Sitting left(largest, test::Files::Kept);
+  }
   Sitting sitting(largest, test::Files::Kept);
   EXPECT_GT(ui::gpuPaints(), 0);
   EXPECT_EQ(framesThatPaint(sitting, 600), 0);

@@ -55,13 +55,17 @@ bool gameIsInstalled() {
   return isDirectory("/usr/share/veskara/assets/audio") || isDirectory("/app/share/veskara/assets/audio");
 }
 
+struct CloseProgram {
+  void operator()(FILE* output) const { pclose(output); }
+};
+
 // The asset root that a copy of print_asset_dir finds from this directory, with no variable set.
 std::string rootFoundByProgramIn(const std::string& dir) {
   const std::string program = dir + "/print_asset_dir";
   std::filesystem::copy_file(PRINT_ASSET_DIR, program);
   return inOwnProcess([&] {
     forgetAssetVariables();
-    const std::unique_ptr<FILE, decltype(&pclose)> output(popen(program.c_str(), "r"), &pclose);
+    const std::unique_ptr<FILE, CloseProgram> output(popen(program.c_str(), "r"));
     std::array<char, 4096> root = {};
     return std::string(std::fgets(root.data(), root.size(), output.get()) == nullptr ? "" : root.data());
   });

@@ -2,12 +2,14 @@
 // Run by them: save_states KIND FIRST LAST
 
 #include <cstdlib>
+#include <string>
 
 #include "states.h"
 
 int main(int argc, char** argv) {
   if (argc != 4) return 2;
-  const test::Kind& kind = test::kindNamed(argv[1]);
+  const std::string name = argv[1];
+  const test::Kind& kind = test::kindNamed(name);
   const int last = std::atoi(argv[3]);
   for (int n = std::atoi(argv[2]); n <= last; ++n) kind.save(n);
   return 0;

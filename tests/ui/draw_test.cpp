@@ -60,9 +60,8 @@ TEST(FilledRectangle, CoversItsPixelsAndNoOthers) {
 }
 
 ui::CairoSurface roundedRect(double radius) {
-  return makePicture(60, 40, [radius](cairo_t* cr) {
-    ui::fillRoundedRect(cr, {10, 10, 40, 20}, radius, 0xFF0000, 1);
-  });
+  return makePicture(
+      60, 40, [radius](cairo_t* cr) { ui::fillRoundedRect(cr, {10, 10, 40, 20}, radius, 0xFF0000, 1); });
 }
 
 TEST(RoundedRectangle, BecomesACapsuleWhenTheRadiusIsTooLarge) {
@@ -81,9 +80,8 @@ TEST(RoundedRectangle, CutsItsCornersOnly) {
 }
 
 TEST(RoundedRectangle, HasSharpCornersWithoutARadius) {
-  const auto sharp = makePicture(60, 40, [](cairo_t* cr) {
-    ui::fillRect(cr, {10, 10, 40, 20}, 0xFF0000, 1);
-  });
+  const auto sharp =
+      makePicture(60, 40, [](cairo_t* cr) { ui::fillRect(cr, {10, 10, 40, 20}, 0xFF0000, 1); });
   EXPECT_TRUE(samePicture(roundedRect(0).get(), sharp.get()));
   EXPECT_TRUE(samePicture(roundedRect(-5).get(), sharp.get()));
 }
@@ -266,6 +264,39 @@ ui::CairoSurface drawnAt(double x, std::string_view text, const ui::TextStyle& s
 }
 
 const std::string kWords = "Mahjong solitaire";
+
+// On the screen's own pixels the same text is the same picture with every release of cairo.
+TEST(Text, BeginsOnAWholePixel) {
+  const auto scaled = [](double scale, double x, double y) {
+    return textPicture([&](cairo_t* cr) {
+      cairo_scale(cr, scale, scale);
+      ui::drawText(cr, x, y, kWords, {.size = 14});
+    });
+  };
+  EXPECT_TRUE(samePicture(scaled(1, 12.4, 9.6).get(), scaled(1, 12, 10).get()));
+  EXPECT_TRUE(samePicture(scaled(2, 12.2, 9.8).get(), scaled(2, 12, 10).get()));
+  EXPECT_FALSE(samePicture(scaled(2, 12.5, 10).get(), scaled(2, 12, 10).get())) << "it can go by half a unit";
+
+  const auto fine = [](double x) {
+    const ui::CairoSurface picture = makePicture(kTextW, kTextH);
+    cairo_surface_set_device_scale(picture.get(), 2, 2);
+    const ui::CairoContext cr(cairo_create(picture.get()));
+    ui::drawText(cr.get(), x, 10, kWords, {.size = 14});
+    return ui::CairoSurface(cairo_surface_reference(picture.get()));
+  };
+  EXPECT_TRUE(samePicture(fine(12.2).get(), fine(12).get()));
+  EXPECT_FALSE(samePicture(fine(12.5).get(), fine(12).get()));
+}
+
+TEST(Text, IsPlacedByFractionsOfAPixelWhenTurned) {
+  const auto turned = [](double x) {
+    return textPicture([&](cairo_t* cr) {
+      cairo_rotate(cr, 0.2);
+      ui::drawText(cr, x, 10, kWords, {.size = 14});
+    });
+  };
+  EXPECT_FALSE(samePicture(turned(12.1).get(), turned(12).get()));
+}
 
 TEST(Text, IsDrawnUnscaledWhenItFits) {
   const Size free = measured(kWords, {.size = 20});
