@@ -10,7 +10,15 @@ target_compile_definitions(veskara_options INTERFACE _GLIBCXX_ASSERTIONS)
 
 # What leaves the house is built as Debian hardens its own packages, and holds no path of the machine that built it.
 # The sanitizers do without: they bring checks of their own for the same places.
-set(hardening -fstack-protector-strong -Wformat -Werror=format-security -Wdate-time)
+set(hardening -fstack-protector-strong -Wformat -Wformat-security -Wdate-time)
+include(CheckCXXCompilerFlag)
+foreach(flag -fstack-clash-protection -fcf-protection)  # not every processor has them
+  string(MAKE_C_IDENTIFIER "has${flag}" has_flag)
+  check_cxx_compiler_flag(${flag} ${has_flag})
+  if(${has_flag})
+    list(APPEND hardening ${flag})
+  endif()
+endforeach()
 # Who packages the game may bring a higher level; two different ones are an error.
 if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
   list(APPEND hardening -D_FORTIFY_SOURCE=2)
@@ -35,16 +43,19 @@ endfunction()
 
 # veskara_test(NAME SOURCES ... LINKS ... [PROPERTIES ...] [FILTER ...]): a test program; each of its tests, or of those
 # that the filter names as GoogleTest does, is one of ctest's. Its files are compiled together, for most of what a
-# compiler reads in one of them is GoogleTest.
+# compiler reads in one of them is GoogleTest. With MACHINE_FONTS it sees all fonts of the machine. Where a sanitizer
+# finds something in ctest it tells addresses: with names, the leak sanitizer would look up those of all that libraries
+# keep, which takes as long as a test. Run by hand a test tells names and lines.
 function(veskara_test name)
-  cmake_parse_arguments(arg "" "FILTER" "SOURCES;LINKS;PROPERTIES" ${ARGN})
-  add_executable(${name} ${arg_SOURCES})
+  cmake_parse_arguments(arg "MACHINE_FONTS" "FILTER" "SOURCES;LINKS;PROPERTIES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/surroundings.cpp)
+  target_compile_definitions(${name} PRIVATE
+    VESKARA_LEAKS="${PROJECT_SOURCE_DIR}/tests/support/leaks.supp"
+    $<$<NOT:$<BOOL:${arg_MACHINE_FONTS}>>:VESKARA_FONTS="${VESKARA_TEST_FONTS}">)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_compile_options(${name} PRIVATE ${VESKARA_TEST_FLAGS})
   set_target_properties(${name} PROPERTIES UNITY_BUILD ON)
   target_link_libraries(${name} PRIVATE ${arg_LINKS} veskara_options GTest::gtest_main GTest::gmock)
-  # gtest_discover_tests and ctest each take the list apart once before it reaches the test.
-  list(JOIN VESKARA_TEST_ENVIRONMENT "\\\\\\\\\\\\\\\\;" environment)
   gtest_discover_tests(${name} TEST_PREFIX "${VESKARA_TEST_PREFIX}" TEST_FILTER "${arg_FILTER}"
-    PROPERTIES ENVIRONMENT "${environment}" ${arg_PROPERTIES} DISCOVERY_TIMEOUT 60)
+    PROPERTIES ENVIRONMENT ASAN_OPTIONS=symbolize=0 ${arg_PROPERTIES} DISCOVERY_TIMEOUT 60)
 endfunction()

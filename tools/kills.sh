@@ -5,11 +5,11 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-cmake --preset release -DVESKARA_TESTS=ON >/dev/null
-cmake --build build/release --target window_test
+cmake --preset check -DVESKARA_TESTS=ON >/dev/null
+cmake --build build/check --target window_test
 
 export VESKARA_TEST_KILLS="${1:-200}" FONTCONFIG_FILE="$PWD/tests/support/fonts.conf"
-kill_player() { build/release/tests/window/window_test --gtest_brief=1 --gtest_filter="Player/Killed.*/$1"; }
+kill_player() { build/check/tests/window/window_test --gtest_brief=1 --gtest_filter="Player/Killed.*/$1"; }
 kill_player 0 &
 first=$!
 status=0

@@ -13,9 +13,9 @@ usage() { sed -n '/^# Run:/,/^set/{/^#/p}' "$0" | cut -c3- >&2; exit 2; }
 export VESKARA_MONKEY_SEED="${3:-$RANDOM}"
 case "$1" in
   frames) preset=asan test='MonkeyRun\.'; export VESKARA_MONKEY_FRAMES="$2" ;;
-  memory) preset=release test='MonkeyMemory\.'; export VESKARA_MONKEY_FRAMES="$2" ;;
+  memory) preset=check test='MonkeyMemory\.'; export VESKARA_MONKEY_FRAMES="$2" ;;
   window) preset=asan test='WindowMonkey\.'; export VESKARA_MONKEY_SECONDS="$2" ;;
-  levels) preset=release test='LongLife\.'; export VESKARA_LEVELS="$2" ;;
+  levels) preset=check test='LongLife\.'; export VESKARA_LEVELS="$2" ;;
   *) usage ;;
 esac
 cmake --preset "$preset" -DVESKARA_TESTS=ON >/dev/null

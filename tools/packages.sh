@@ -1,28 +1,129 @@
-# Sourced by ./play, ./check and what makes packages: installs Debian packages that are missing.
+# Sourced by ./play, ./check and what makes packages: sees to it that what they need is there. Debian's packages are
+# installed; where there is no apt it is named what is missing, in the words of the system's own package manager.
 
 # What the game is built from and what it runs with.
 game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libcairo2-dev libpango1.0-dev
   libfontconfig-dev fonts-dejavu-core fonts-noto-cjk libgl1-mesa-dri"
 # What a machine without a display needs to show it all the same.
 headless_packages="xvfb maim xdotool"
-# What the tests and benchmarks need beside these.
-check_packages="git locales python3 strace clang libclang-rt-dev clang-format clang-tidy cppcheck libgtest-dev
+# What the tests and benchmarks need beside these. One version of clang-format and clang-tidy, for each lays out and
+# finds something else; Debian 12 and 13 both have it.
+check_packages="git locales python3 strace clang libclang-rt-dev clang-format-19 clang-tidy-19 cppcheck libgtest-dev
   libgmock-dev libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev libxtst-dev"
 # What makes packages of the game, and what the tests of these need beside it.
 package_packages="dpkg-dev file patchelf"
 check_packages+=" $package_packages appstream desktop-file-utils fakeroot flatpak-builder librsvg2-bin lintian
   x11-utils"
 
-# install_packages NAME...: says what it installs; does nothing when all are there.
+# How to see without dpkg that a package is there, and what others call it. "-": there is no sign of it, or no name. What
+# makes Debian's own packages is not in it, and does not have to be there.
+package_table="
+  Debian             sign                          dnf                        pacman             zypper                     apk
+  g++                compiler:c++                  gcc-c++                    gcc                gcc-c++                    g++
+  cmake              command:cmake                 cmake                      cmake              cmake                      cmake
+  ninja-build        command:ninja                 ninja-build                ninja              ninja                      samurai
+  pkg-config         command:pkg-config            pkgconf-pkg-config         pkgconf            pkgconf-pkg-config         pkgconf
+  libsdl2-dev        module:sdl2                   SDL2-devel                 sdl2-compat        sdl2-compat-devel          sdl2-dev
+  libsdl2-mixer-dev  module:SDL2_mixer             SDL2_mixer-devel           sdl2_mixer         SDL2_mixer-devel           sdl2_mixer-dev
+  libcairo2-dev      module:cairo                  cairo-devel                cairo              cairo-devel                cairo-dev
+  libpango1.0-dev    module:pangocairo             pango-devel                pango              pango-devel                pango-dev
+  libfontconfig-dev  module:fontconfig             fontconfig-devel           fontconfig         fontconfig-devel           fontconfig-dev
+  fonts-dejavu-core  font:DejaVuSans.ttf           dejavu-sans-fonts          ttf-dejavu         dejavu-fonts               ttf-dejavu
+  fonts-noto-cjk     font:CJK                      google-noto-sans-cjk-fonts noto-fonts-cjk     google-noto-sans-cjk-fonts font-noto-cjk
+  libgl1-mesa-dri    -                             mesa-dri-drivers           mesa               Mesa-dri                   mesa-dri-gallium
+  xvfb               command:Xvfb                  xorg-x11-server-Xvfb       xorg-server-xvfb   xorg-x11-server-Xvfb       xvfb
+  maim               command:maim                  maim                       maim               maim                       maim
+  xdotool            command:xdotool               xdotool                    xdotool            xdotool                    xdotool
+  git                command:git                   git                        git                git                        git
+  locales            command:localedef             glibc-locale-source        glibc              glibc-i18ndata             -
+  python3            command:python3               python3                    python             python3                    python3
+  strace             command:strace                strace                     strace             strace                     strace
+  clang              compiler:clang++              clang                      clang              clang                      clang
+  libclang-rt-dev    fuzzer:clang++                compiler-rt                compiler-rt        clang                      compiler-rt
+  clang-format-19    command:clang-format-19       clang19-tools-extra        clang19            clang19                    clang19-extra-tools
+  clang-tidy-19      command:clang-tidy-19         clang19-tools-extra        clang19            clang19                    clang19-extra-tools
+  cppcheck           command:cppcheck              cppcheck                   cppcheck           cppcheck                   cppcheck
+  libgtest-dev       module:gtest                  gtest-devel                gtest              gtest                      gtest-dev
+  libgmock-dev       module:gmock                  gmock-devel                gtest              gmock                      gtest-dev
+  libbenchmark-dev   module:benchmark              google-benchmark-devel     benchmark          benchmark-devel            benchmark-dev
+  nlohmann-json3-dev module:nlohmann_json          json-devel                 nlohmann-json      nlohmann_json-devel        nlohmann-json
+  libvorbis-dev      module:vorbisfile             libvorbis-devel            libvorbis          libvorbis-devel            libvorbis-dev
+  openbox            command:openbox               openbox                    openbox            openbox                    openbox
+  x11-xkb-utils      command:setxkbmap             setxkbmap                  xorg-setxkbmap     setxkbmap                  setxkbmap
+  libx11-dev         module:x11                    libX11-devel               libx11             libX11-devel               libx11-dev
+  libxtst-dev        module:xtst                   libXtst-devel              libxtst            libXtst-devel              libxtst-dev
+  file               command:file                  file                       file               file                       file
+  patchelf           command:patchelf              patchelf                   patchelf           patchelf                   patchelf
+  appstream          command:appstreamcli          appstream                  appstream          AppStream                  appstream
+  desktop-file-utils command:desktop-file-validate desktop-file-utils         desktop-file-utils desktop-file-utils         desktop-file-utils
+  librsvg2-bin       command:rsvg-convert          librsvg2-tools             librsvg            rsvg-convert               rsvg-convert
+  x11-utils          command:xprop                 xprop                      xorg-xprop         xprop                      xprop"
+
+has() { command -v "$1" >/dev/null; }
+
+# compiles COMPILER FLAG...: whether it understands C++20.
+compiles() { has "$1" && "$@" -std=c++20 -x c++ - -o /dev/null <<<'#include <version>' 2>/dev/null; }
+
+# is_there SIGN: whether the sign of a package is found on this system.
+is_there() {
+  local what=${1#*:}
+  case "$1" in
+    command:*) has "$what" ;;
+    module:*) has pkg-config && pkg-config --exists "$what" ;;
+    compiler:*) compiles "$what" -c ;;
+    fuzzer:*) compiles "$what" -fsanitize=fuzzer -shared ;;
+    font:*) ! has fc-list || grep -q "$what" <<<"$(fc-list)" ;;
+    *) true ;;
+  esac
+}
+
+# named PACKAGE COLUMN: what the table has for it in the column of this heading.
+named() {
+  awk -v package="$1" -v heading="$2" '
+    $1 == "Debian" { for (i = 1; i <= NF; ++i) if ($i == heading) column = i }
+    $1 == package { print $column }' <<<"$package_table"
+}
+
+# name_missing NAME...: on a system without apt. Ends the script if one of them cannot be seen.
+name_missing() {
+  local manager install name missing=() names=()
+  for manager in dnf pacman zypper apk ""; do
+    [ -z "$manager" ] || has "$manager" && break
+  done
+  for name in "$@"; do
+    is_there "$(named "$name" sign)" && continue
+    missing+=("$name")
+    [ -z "$manager" ] || names+=("$(named "$name" "$manager" | sed 's/^-$//')")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  case "$manager" in
+    pacman) install="pacman -S" ;;
+    apk) install="apk add" ;;
+    *) install="$manager install" ;;
+  esac
+  echo "Missing, as Debian calls it: ${missing[*]}" >&2
+  [ -z "$manager" ] || echo "This should install it: $install" $(printf '%s\n' "${names[@]}" | sort -u) >&2
+  exit 1
+}
+
+# install_packages NAME...: says what it installs; does nothing when all are there. Ends the script where it cannot.
 install_packages() {
-  local missing=() name
+  if ! has apt-get || ! has dpkg-query; then
+    name_missing "$@"
+    return
+  fi
+  local missing=() name root=()
   for name in "$@"; do
     [ "$(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || missing+=("$name")
   done
   [ ${#missing[@]} -eq 0 ] && return
-  echo "Installing: ${missing[*]}"
-  local root=()
   [ "$(id -u)" -eq 0 ] || root=(sudo)
+  if [ ${#root[@]} -gt 0 ] && ! { has sudo && sudo true; }; then
+    echo "Missing, and this user may not install it. As root:" >&2
+    echo "  apt-get install --no-install-recommends ${missing[*]}" >&2
+    exit 1
+  fi
+  echo "Installing: ${missing[*]}"
   "${root[@]}" apt-get update -qq
   "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
     "${missing[@]}" >/dev/null

@@ -3,16 +3,33 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
+#include <csignal>
 #include <string>
 
 namespace support {
 
+// All that comes out of a pipe until its other end is closed, within five minutes; then false.
+inline bool readToEnd(int pipe, std::string& result) {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point end = Clock::now() + std::chrono::minutes(5);
+  std::array<char, 4096> chunk;
+  for (pollfd waiting = {pipe, POLLIN, 0};;) {
+    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+    if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) <= 0) return false;
+    const ssize_t got = read(pipe, chunk.data(), chunk.size());
+    if (got <= 0) return got == 0;
+    result.append(chunk.data(), static_cast<std::size_t>(got));
+  }
+}
+
 // What `act` (taking nothing, giving a string) gives back in a forked process. If that process does not come
-// to the end of it, the test fails.
+// to the end of it, or takes longer than five minutes, the test fails.
 template <class Act>
 std::string inOwnProcess(const Act& act) {
   std::array<int, 2> ends = {};
@@ -28,9 +45,9 @@ std::string inOwnProcess(const Act& act) {
   }
   close(ends[1]);
   std::string result;
-  std::array<char, 4096> chunk;
-  for (ssize_t got = 0; (got = read(ends[0], chunk.data(), chunk.size())) > 0;) {
-    result.append(chunk.data(), static_cast<std::size_t>(got));
+  if (child > 0 && !readToEnd(ends[0], result)) {
+    ADD_FAILURE() << "waited for the process to come to its end";
+    kill(child, SIGKILL);
   }
   close(ends[0]);
   int status = 0;

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <iostream>
 
+#include "support/own_process.h"
+
 namespace support {
 namespace {
 
@@ -113,6 +115,21 @@ ui::CairoSurface makePicture(int w, int h, const std::function<void(cairo_t*)>& 
   const ui::CairoContext context(cairo_create(picture.get()));
   paint(context.get());
   EXPECT_EQ(cairo_status(context.get()), CAIRO_STATUS_SUCCESS);
+  return picture;
+}
+
+ui::CairoSurface makePictureApart(int w, int h, const std::function<void(cairo_t*)>& paint) {
+  ui::CairoSurface picture = makePicture(w, h);
+  const int stride = cairo_image_surface_get_stride(picture.get());
+  const auto size = static_cast<std::size_t>(stride) * static_cast<std::size_t>(h);
+  const std::string bytes = inOwnProcess([&] {
+    const ui::CairoSurface painted = makePicture(w, h, paint);
+    cairo_surface_flush(painted.get());
+    return std::string(reinterpret_cast<const char*>(cairo_image_surface_get_data(painted.get())), size);
+  });
+  if (bytes.size() != size) return picture;
+  std::memcpy(cairo_image_surface_get_data(picture.get()), bytes.data(), size);
+  cairo_surface_mark_dirty(picture.get());
   return picture;
 }
 

@@ -16,6 +16,10 @@ namespace support {
 ui::CairoSurface makePicture(int w, int h);
 // A transparent picture with something painted on it.
 ui::CairoSurface makePicture(int w, int h, const std::function<void(cairo_t*)>& paint);
+// The same, painted in a process of its own; transparent if that fails. Pango finds its fonts in a thread,
+// which a forked process does not have: a test that forks and draws texts there must never have drawn one
+// itself.
+ui::CairoSurface makePictureApart(int w, int h, const std::function<void(cairo_t*)>& paint);
 
 // A picture's pixels, for loops over many. Nothing may be painted on it meanwhile.
 class Pixels {

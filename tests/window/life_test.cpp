@@ -95,7 +95,7 @@ int shufflesOnLevel(int level) {
 ui::CairoSurface portrait(int level) {
   constexpr int kSide = 640;
   const mj::TableTheme& theme = *mj::tableThemeForLevel(level);
-  return support::makePicture(kSide, kSide, [&](cairo_t* cr) {
+  return support::makePictureApart(kSide, kSide, [&](cairo_t* cr) {
     ui::Ctx ctx;
     ctx.cr = cr;
     const double margin = 0.06 * kSide;
@@ -107,8 +107,10 @@ ui::CairoSurface portrait(int level) {
 }
 
 // Its chapters are told below, in their order.
-class Life : public support::WithGlyphFont {
+class Life : public testing::Test {
  protected:
+  void SetUp() override { ASSERT_TRUE(support::registerGlyphFont()); }
+
   // The first sitting: the game is let play by itself.
   void comesToTheMenu();
   void winsTheFirstLevel();

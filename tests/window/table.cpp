@@ -118,7 +118,7 @@ int Table::blockedTile() const {
 
 ui::CairoSurface Table::painted(Size windowSize) const {
   useBundledFont();
-  return support::makePicture(windowSize.w, windowSize.h, [&](cairo_t* cr) {
+  return support::makePictureApart(windowSize.w, windowSize.h, [&](cairo_t* cr) {
     ui::Ctx ctx;
     ctx.cr = cr;
     ctx.w = windowSize.w;
