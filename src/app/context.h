@@ -84,6 +84,7 @@ struct GameState {
   int tiles = 0;
   int hints = 0;
   int shuffles = 0;
+  bool recorded = false;  // the win is written down already
 };
 
 // A screen on the table. It is destroyed at every change of the stack and built anew from its descriptor.

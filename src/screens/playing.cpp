@@ -17,6 +17,7 @@
 #include "rules/table_themes.h"
 #include "screens/resume.h"
 #include "screens/screens.h"
+#include "screens/win.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
 #include "ui/format.h"
@@ -104,7 +105,11 @@ Playing::Playing(const ui::GameState& descriptor)
 }
 
 Playing::~Playing() {
-  if (!finished && !won()) save();
+  if (won()) {
+    recordWin(result());
+  } else {
+    save();
+  }
 }
 
 void Playing::update(ui::Ctx& ctx) {
@@ -200,6 +205,27 @@ void Playing::save() const {
   store::saveGame({.level = level, .seed = deal, .game = game, .elapsedMs = elapsedMs()});
 }
 
+// Back to the screen below; a game that is won leads on to the Solved screen, whichever way it is left.
+void Playing::leave() {
+  if (!won()) {
+    ui::Game::instance().pop();
+    return;
+  }
+  ui::GameState solved = result();
+  solved.recorded = true;  // by this screen's end, which comes first
+  ui::Game::instance().replace(solved);
+}
+
+ui::GameState Playing::result() const {
+  return {.kind = ui::ScreenKind::Solved,
+          .level = level,
+          .deal = deal,
+          .timeMs = elapsedMs(),
+          .tiles = static_cast<int>(game.slots.size()),
+          .hints = game.hints,
+          .shuffles = game.shuffles};
+}
+
 void Playing::removePendingPair(double now) {
   if (!takeDue(pendingDue, now)) return;
   const int a = std::exchange(pendingA, -1);
@@ -215,6 +241,7 @@ void Playing::removePendingPair(double now) {
   if (!won() || winAt) return;
   audio::play(audio::Sfx::WinGlare);
   winAt = now;
+  paused = false;  // the pair was chosen before the pause
 }
 
 void Playing::endFlashes(double now) {
@@ -229,7 +256,7 @@ void Playing::endFlashes(double now) {
 // True when the player goes back; the frame then ends here.
 bool Playing::header(ui::Ctx& ctx) {
   if (ui::backButton(ctx, layout.back)) {
-    ui::Game::instance().pop();
+    leave();
     return true;
   }
   drawHeaderTexts(ctx);
@@ -327,16 +354,17 @@ void Playing::pauseOverlay(ui::Ctx& ctx) {
   const PanelLayout panel = pausePanel(ctx.w, ctx.h);
   drawPanelWithTitle(ctx, panel, i18n::tr("playing.paused"));
   if (ui::plainButton(ctx, panel.first, i18n::tr("playing.resume"), false)) paused = false;
-  if (ui::plainButton(ctx, panel.second, i18n::tr("playing.exit"), false)) ui::Game::instance().pop();
+  if (ui::plainButton(ctx, panel.second, i18n::tr("playing.exit"), false)) leave();
 }
 
 void Playing::keys(ui::Ctx& ctx) {
-  if (ctx.in.hasKey(SDLK_ESCAPE)) ui::Game::instance().pop();
+  if (ctx.in.hasKey(SDLK_ESCAPE)) leave();
+  if (won()) return;
   if (ctx.in.hasKey(SDLK_SPACE)) {
     audio::play(audio::Sfx::Click);
     paused = !paused;
   }
-  if (!paused && !won()) playKeys(ctx.in, ctx.time);
+  if (!paused) playKeys(ctx.in, ctx.time);
 }
 
 void Playing::playKeys(const ui::Input& in, double now) {
@@ -371,16 +399,7 @@ void Playing::winFade(ui::Ctx& ctx) {
   if (!winAt) return;
   const double p = (ctx.time - *winAt) / kWinFadeTime;
   cover(ctx, ui::palette::kWinLight, std::min(0.85 * p, 0.85));
-  if (p < kWinEnd) return;
-  finished = true;
-  store::clearGame();
-  ui::Game::instance().replace({.kind = ui::ScreenKind::Solved,
-                                .level = level,
-                                .deal = deal,
-                                .timeMs = elapsedMs(),
-                                .tiles = static_cast<int>(game.slots.size()),
-                                .hints = game.hints,
-                                .shuffles = game.shuffles});
+  if (p >= kWinEnd) leave();
 }
 
 void Playing::readyFlash(ui::Ctx& ctx) {

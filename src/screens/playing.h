@@ -19,7 +19,7 @@ class Playing : public ui::Screen {
  public:
   // Goes on with the saved game if it is one of the descriptor's level and deal; otherwise deals.
   explicit Playing(const ui::GameState& descriptor);
-  // Saves the game unless it is won.
+  // Saves the game, or writes the win down: the program may end here and show nothing more of it.
   ~Playing() override;
 
   void update(ui::Ctx& ctx) override;
@@ -75,7 +75,9 @@ class Playing : public ui::Screen {
   void takeBack();
   void clearHint();
   void boundPan();
+  void leave();
   void save() const;
+  ui::GameState result() const;
   std::int64_t elapsedMs() const { return static_cast<std::int64_t>(1000 * elapsed); }
   bool won() const { return mj::isSolved(game); }
 
@@ -90,7 +92,6 @@ class Playing : public ui::Screen {
   bool started = false;
   bool introActive = false;
   bool paused = false;
-  bool finished = false;  // handed over to the next screen
   double elapsed = 0;
   double saveClock = 0;
   std::optional<double> winAt;

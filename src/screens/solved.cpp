@@ -15,6 +15,7 @@
 #include "rules/table_themes.h"
 #include "screens/screens.h"
 #include "screens/solved_layout.h"
+#include "screens/win.h"
 #include "storage/storage.h"
 #include "ui/board.h"
 #include "ui/draw.h"
@@ -39,7 +40,7 @@ std::string timeLine(std::int64_t timeMs) {
   return i18n::tr("solved.time") + colon + ui::formatTime(timeMs);
 }
 
-// After a win: writes down how the game went and shows it, beside the board as it was dealt.
+// After a win: shows how the game went, beside the board as it was dealt.
 class Solved : public ui::Screen {
  public:
   explicit Solved(const ui::GameState& descriptor);
@@ -79,9 +80,7 @@ Solved::Solved(const ui::GameState& descriptor)
       stars(store::computeStars(aids)),
       nextLevel(std::min(level + 1, store::kLastLevel)),
       board(mj::createGame(mj::levelToConfig(level).slots, deal)) {
-  store::advanceLevel(level);
-  store::clearGame();
-  store::recordBest(level, {.stars = stars, .aids = aids, .elapsedMs = timeMs});
+  if (!descriptor.recorded) recordWin(descriptor);
 }
 
 void Solved::update(ui::Ctx& ctx) {

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <optional>
+#include <vector>
 
 #include "rules/levels.h"
 #include "screens/sitting.h"
@@ -151,21 +152,123 @@ TEST(WonGame, IsSavedNoMore) {
   EXPECT_FALSE(store::loadGame().valid);
 }
 
-TEST(WonGame, IsForgottenWhenTheSolvedScreenTakesOver) {
-  std::optional<Sitting> sitting(std::in_place);
+// The table of the first level with the last pair on it, as the second of two screens.
+struct LastPair : Stack {
+  LastPair() : Stack(kOtherLevel) {
+    ui::Game::instance().push(kFirstLevel);
+    harness.frame();
+    mj::GameState game = mj::createGame(mj::levelToConfig(1).slots, 1);
+    const std::vector<mj::SlotPair> order = mj::createDeal(game.slots, 1).order;
+    for (std::size_t i = 0; i + 1 < order.size(); ++i) mj::applyMatch(game, order[i].first, order[i].second);
+    game.hints = 1;
+    store::saveGame({.level = 1, .seed = 1, .game = game, .elapsedMs = 60000});
+    harness.frame();
+    for (const int tile : {order.back().first, order.back().second}) {
+      const auto p = support::visiblePoint(game, screens::playingLayout(640, 480).board, {}, tile);
+      harness.click(p.value().x, p.value().y);
+    }
+  }
+  void win() { harness.frame(0.321); }
+  void clickOn(const ui::Rect& rect) { harness.click(rect.x + rect.w / 2, rect.y + rect.h / 2); }
+
+  static bool isWrittenDown() {
+    const store::LevelBest best = store::bestFor(1);
+    return store::loadProgress() == store::Progress{.currentLevel = 2, .totalSolves = 1} && best.stars == 2 &&
+           best.aids == 1 && best.elapsedMs > 60000 && !store::loadGame().valid;
+  }
+};
+
+TEST(WonGame, LeadsOnToTheSolvedScreenByEscape) {
+  LastPair table;
+  table.win();
+  table.harness.key(SDLK_ESCAPE);
+  EXPECT_THAT(Stack::top(), Shows(ui::ScreenKind::Solved, 1, 1));
+  EXPECT_EQ(Stack::depth(), 2U);
+  table.harness.frame();
+  EXPECT_TRUE(LastPair::isWrittenDown());
+}
+
+TEST(WonGame, LeadsOnToTheSolvedScreenByTheBackButton) {
+  LastPair table;
+  table.win();
+  table.clickOn(screens::playingLayout(640, 480).back);
+  EXPECT_THAT(Stack::top(), Shows(ui::ScreenKind::Solved, 1, 1));
+  table.harness.frame();
+  EXPECT_TRUE(LastPair::isWrittenDown());
+}
+
+TEST(WonGame, CannotBePausedAndLeft) {
+  LastPair table;
+  table.win();
+  table.harness.key(SDLK_SPACE);
+  table.clickOn(screens::pausePanel(640, 480).second);
+  EXPECT_THAT(Stack::top(), Shows(ui::ScreenKind::Playing, 1, 1));
+  table.harness.frame(0.617);
+  EXPECT_THAT(Stack::top(), Shows(ui::ScreenKind::Solved, 1, 1));
+}
+
+TEST(WonGame, EndsAPauseThatBeganBeforeThePairWasGone) {
+  LastPair table;
+  table.harness.key(SDLK_SPACE);
+  table.win();
+  table.clickOn(screens::pausePanel(640, 480).second);
+  EXPECT_THAT(Stack::top(), Shows(ui::ScreenKind::Playing, 1, 1));
+  table.harness.frame(0.617);
+  EXPECT_THAT(Stack::top(), Shows(ui::ScreenKind::Solved, 1, 1));
+}
+
+// The end of the program destroys the screens as they are; that is what happens to a screen here.
+TEST(WonGame, IsWrittenDownWhenTheProgramEndsInTheFade) {
+  const support::DataHome data;
+  std::optional<Sitting> sitting(std::in_place, kFirstLevel, Files::Kept);
   sitting->waitForIntro();
-  sitting->playUntilLeft(1);
-  const store::SavedGame almost = {
-      .level = 1, .seed = 1, .game = sitting->game(), .elapsedMs = 1000, .savedAt = 0};
-  store::saveGame(almost);
-  sitting->take(sitting->order.back());
-  sitting->harness.frame(0.615);
-  EXPECT_TRUE(store::loadGame().valid);
-  sitting->harness.frame(0.002);
-  EXPECT_FALSE(store::loadGame().valid);
-  EXPECT_EQ(support::readAll(store::dataDir() + "/save.json"), "{}");
+  sitting->harness.key(SDLK_h);
+  sitting->win();
+  const std::int64_t time = milliseconds(sitting->screen.playTime());
+  EXPECT_EQ(store::loadProgress(), store::Progress());
   sitting.reset();
+  EXPECT_EQ(store::loadProgress(), (store::Progress{.currentLevel = 2, .totalSolves = 1}));
+  EXPECT_EQ(store::bestFor(1), (store::LevelBest{.stars = 2, .aids = 1, .elapsedMs = time}));
   EXPECT_FALSE(store::loadGame().valid);
+}
+
+TEST(WonGame, IsWrittenDownWhenTheProgramEndsBeforeTheSolvedScreensFirstFrame) {
+  LastPair table;
+  table.win();
+  table.harness.frame(0.617);
+  ASSERT_THAT(Stack::top(), Shows(ui::ScreenKind::Solved, 1, 1));
+  EXPECT_TRUE(LastPair::isWrittenDown());
+}
+
+TEST(WonGame, IsWrittenDownOnce) {
+  LastPair table;
+  table.win();
+  table.harness.frame(0.617);
+  table.harness.run(1);
+  EXPECT_TRUE(LastPair::isWrittenDown());
+  EXPECT_EQ(store::listSolves().size(), 1U);
+}
+
+TEST(WonGame, StaysSavedUntilTheWinIsWrittenDown) {
+  LastPair table;
+  table.win();
+  table.harness.frame(0.615);
+  EXPECT_TRUE(store::loadGame().valid);
+  table.harness.frame(0.002);
+  table.harness.frame();
+  EXPECT_EQ(table.data.text("save.json"), "{}");
+}
+
+TEST(WonGame, LeftInTheFadeLeavesNoRecordInTheGallery) {
+  LastPair table;
+  table.win();
+  table.harness.key(SDLK_ESCAPE);
+  table.harness.frame();
+  table.harness.frame(0.38);
+  table.harness.key(SDLK_ESCAPE);
+  EXPECT_THAT(Stack::top(), Shows(ui::ScreenKind::Menu, 0, 0));
+  EXPECT_THAT(store::listSolves(), testing::IsEmpty());
+  EXPECT_TRUE(LastPair::isWrittenDown());
 }
 
 TEST(EscapeKey, KeepsTheGameForTheNextTime) {

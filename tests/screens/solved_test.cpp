@@ -108,6 +108,14 @@ TEST(SolvedScreen, ForgetsTheSavedGameWithItsFirstFrame) {
   EXPECT_FALSE(store::loadGame().valid);
 }
 
+TEST(SolvedScreen, WritesNothingDownThatAlreadyIs) {
+  ui::GameState descriptor = kWon;
+  descriptor.recorded = true;
+  const Won won(descriptor);
+  EXPECT_EQ(store::loadProgress(), store::Progress());
+  EXPECT_EQ(store::bestFor(12), store::LevelBest());
+}
+
 TEST(SolvedScreen, CountsTheSolveOnce) {
   const Won won(kWon, kLongAfter);
   EXPECT_EQ(store::loadProgress().totalSolves, 1);
