@@ -59,12 +59,7 @@ double autoplayFromEnvironment() {
   return seconds > 0.01 ? seconds : kDefaultAutoplay;
 }
 
-// Whether the time has come; if so it is cleared.
-bool takeDue(std::optional<double>& due, double now) {
-  if (!due || now < *due) return false;
-  due.reset();
-  return true;
-}
+bool isDue(const std::optional<double>& due, double now) { return due && now >= *due; }
 
 // A number beside its icon, in the middle of `rect`'s height.
 void drawCounter(const ui::Ctx& ctx, const ui::Rect& rect, ui::ActionIcon icon, int number) {
@@ -121,8 +116,7 @@ void Playing::update(ui::Ctx& ctx) {
   boundPan();
   advanceClock(ctx.dt);
   autosave(ctx.dt);
-  removePendingPair(ctx.time);
-  endFlashes(ctx.time);
+  endWaits(ctx.time);
   {
     const ui::PointerBlock block(ctx, paused);
     dragBoard(ctx);
@@ -139,11 +133,14 @@ void Playing::update(ui::Ctx& ctx) {
 }
 
 void Playing::tapTile(int tile, double now) {
+  // Nobody has to wait for the pair to go: it may even be what blocks this tile.
+  if (pendingDue && tile != pendingA && tile != pendingB) removePair(now);
   if (won()) return;
   if (!mj::isFree(game, tile)) {
     audio::play(audio::Sfx::Error);
     return;
   }
+  if (wrongDue) forgetRefusal();
   clearHint();
   if (tile == game.selected) {
     audio::play(audio::Sfx::Click);
@@ -226,8 +223,15 @@ ui::GameState Playing::result() const {
           .shuffles = game.shuffles};
 }
 
-void Playing::removePendingPair(double now) {
-  if (!takeDue(pendingDue, now)) return;
+void Playing::endWaits(double now) {
+  if (isDue(pendingDue, now)) removePair(now);
+  if (isDue(wrongDue, now)) forgetRefusal();
+  if (isDue(hintDue, now)) clearHint();
+}
+
+// Takes the chosen pair off the table.
+void Playing::removePair(double now) {
+  pendingDue.reset();
   const int a = std::exchange(pendingA, -1);
   const int b = std::exchange(pendingB, -1);
   // A shuffle or an undo may have come in between.
@@ -244,13 +248,11 @@ void Playing::removePendingPair(double now) {
   paused = false;  // the pair was chosen before the pause
 }
 
-void Playing::endFlashes(double now) {
-  if (takeDue(wrongDue, now)) {
-    wrongA = -1;
-    wrongB = -1;
-    game.selected = -1;
-  }
-  if (takeDue(hintDue, now)) hintPairs.clear();
+void Playing::forgetRefusal() {
+  wrongDue.reset();
+  wrongA = -1;
+  wrongB = -1;
+  game.selected = -1;
 }
 
 // True when the player goes back; the frame then ends here.

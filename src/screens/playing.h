@@ -25,7 +25,8 @@ class Playing : public ui::Screen {
   void update(ui::Ctx& ctx) override;
 
   // The player's hand on a tile: selects it, unselects it, or tries it with the selected one. A matching pair
-  // goes a moment later. A blocked tile and a solved game change nothing.
+  // goes a moment later, or as soon as another tile is tapped; a refused one is forgotten by the next tap. A
+  // blocked tile and a solved game change nothing.
   void tapTile(int tile, double now);
   // Zoom about the board's centre, kept between 1 and 3; the pan stays where the zoomed board still fills its
   // place.
@@ -54,8 +55,9 @@ class Playing : public ui::Screen {
   void endIntro(double now);
   void advanceClock(double dt);
   void autosave(double dt);
-  void removePendingPair(double now);
-  void endFlashes(double now);
+  void removePair(double now);
+  void forgetRefusal();
+  void endWaits(double now);
   bool header(ui::Ctx& ctx);
   void drawHeaderTexts(const ui::Ctx& ctx) const;
   void drawTiles(ui::Ctx& ctx);

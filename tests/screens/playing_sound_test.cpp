@@ -81,6 +81,23 @@ TEST(TapSound, RefusesAnUnequalPairOnceAndForgetsItSilently) {
   EXPECT_THAT(table.waiting(2), IsEmpty());
 }
 
+TEST(TapSound, OfAThirdTileFollowsThatOfThePairItTakes) {
+  SoundTable table;
+  const auto [a, b] = mj::findHint(table.game());
+  const int other = test::unequalPair(table.game()).second;
+  table.clickBoth({a, b});
+  EXPECT_THAT(table.clicking(other), ElementsAre(Sfx::Remove, Sfx::Place));
+  EXPECT_THAT(table.waiting(1), IsEmpty());
+}
+
+TEST(TapSound, AfterARefusalPlacesTheTile) {
+  SoundTable table;
+  const auto unequal = test::unequalPair(table.game());
+  table.clickBoth(unequal);
+  EXPECT_THAT(table.clicking(unequal.second), ElementsAre(Sfx::Place));
+  EXPECT_THAT(table.waiting(1), IsEmpty());
+}
+
 TEST(TapSound, ComplainsAboutABlockedTile) {
   SoundTable table;
   EXPECT_THAT(table.clicking(test::blockedTile(table)), ElementsAre(Sfx::Error));

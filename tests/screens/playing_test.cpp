@@ -117,19 +117,97 @@ TEST(MatchingPair, LeavesTimeForMoreInput) {
   EXPECT_FALSE(sitting.lies(a) || sitting.lies(b));
 }
 
-TEST(MatchingPair, TileRefusedMeanwhileDoesNotHoldItBack) {
+TEST(MatchingPair, GoesAtOnceWhenAnotherTileIsTapped) {
   Sitting sitting;
   sitting.waitForIntro();
   const auto [a, b] = mj::findHint(sitting.game());
-  const auto unequal = test::unequalPair(sitting.game());
-  ASSERT_FALSE(mj::canMatch(sitting.game(), b, unequal.second));
+  const int other = test::unequalPair(sitting.game()).second;
+  ASSERT_FALSE(mj::canMatch(sitting.game(), b, other));
   sitting.clickBoth({a, b});
-  sitting.click(unequal.second);
-  EXPECT_EQ(sitting.shown().mismatchA, b);
-  EXPECT_EQ(sitting.shown().mismatchB, unequal.second);
-  sitting.harness.frame(0.321);
+  sitting.click(other);
   EXPECT_FALSE(sitting.lies(a) || sitting.lies(b));
-  EXPECT_TRUE(sitting.lies(unequal.second));
+  EXPECT_EQ(sitting.screen.effects().bursts.size(), 2U);
+  EXPECT_EQ(sitting.game().history.size(), 1U);
+  EXPECT_EQ(sitting.game().selected, other) << "it is the first of a new pair";
+  EXPECT_EQ(sitting.shown().pickA, -1);
+  EXPECT_EQ(sitting.shown().mismatchA, -1);
+  sitting.harness.frame(0.5);
+  EXPECT_EQ(sitting.game().selected, other);
+  EXPECT_EQ(sitting.game().removed, 2);
+}
+
+TEST(MatchingPair, GoesAtOnceWhenATileIsTappedThatItBlocked) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  std::size_t moves = 0;
+  const auto isBlocked = [&](const mj::SlotPair& pair) { return !mj::isFree(sitting.game(), pair.first); };
+  for (; !isBlocked(sitting.order.at(moves + 1)); ++moves) sitting.take(sitting.order[moves]);
+  const int freed = sitting.order[moves + 1].first;
+  const double now = sitting.harness.time();
+  sitting.screen.tapTile(sitting.order[moves].first, now);
+  sitting.screen.tapTile(sitting.order[moves].second, now);
+  sitting.screen.tapTile(freed, now);
+  EXPECT_EQ(sitting.game().history.size(), moves + 1);
+  EXPECT_EQ(sitting.game().selected, freed);
+}
+
+// The time between two taps of a fast hand.
+constexpr double kFastTap = 0.06;
+
+TEST(FastHands, TakeTwoPairsOfFourLikeTiles) {
+  const support::DataHome data;
+  // Nothing is left but four tiles that are alike.
+  mj::GameState game = mj::createGame(mj::levelToConfig(1).slots, 1);
+  const std::vector<int> ids = mj::freeIds(game);
+  ASSERT_GE(ids.size(), 4U);
+  for (std::string& face : game.faces) face.clear();
+  for (std::size_t i = 0; i < 4; ++i) game.faces[static_cast<std::size_t>(ids[i])] = "dot1";
+  game.removed = static_cast<int>(game.faces.size()) - 4;
+  store::saveGame({.level = 1, .seed = 1, .game = game, .elapsedMs = 1000});
+  Sitting sitting(test::kFirstLevel, test::Files::Kept);
+  ASSERT_EQ(sitting.game(), game);
+  for (std::size_t i = 0; i < 4; ++i) {
+    sitting.click(ids[i]);
+    sitting.harness.frame(kFastTap - support::ScreenHarness::kFrameTime);
+  }
+  EXPECT_EQ(sitting.game().removed, game.removed + 2);
+  sitting.harness.frame(0.321);
+  EXPECT_TRUE(mj::isSolved(sitting.game()));
+}
+
+TEST(FastHands, TakeAWholeLevelWithoutWaiting) {
+  for (const int level : {1, 12}) {
+    Sitting sitting({.kind = ui::ScreenKind::Playing, .level = level, .deal = 5});
+    sitting.waitForIntro();
+    for (const auto& [a, b] : sitting.order) {
+      for (const int tile : {a, b}) {
+        sitting.harness.frame(kFastTap - support::ScreenHarness::kFrameTime);
+        sitting.screen.tapTile(tile, sitting.harness.time());
+      }
+      EXPECT_EQ(sitting.game().selected, b);
+    }
+    EXPECT_EQ(sitting.game().history.size() + 1, sitting.order.size());
+    sitting.harness.frame(0.321);
+    EXPECT_TRUE(mj::isSolved(sitting.game()));
+    EXPECT_EQ(sitting.game().history.size(), sitting.order.size());
+  }
+}
+
+TEST(FastHands, FindTheRightTileAfterARefusal) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  for (const auto& [a, b] : sitting.order) {
+    const std::vector<int> ids = mj::freeIds(sitting.game());
+    const auto wrong = std::find_if(ids.begin(), ids.end(), [&, first = a](int id) {
+      return id != first && !mj::canMatch(sitting.game(), first, id);
+    });
+    for (const int tile : {a, wrong == ids.end() ? a : *wrong, a, b}) {
+      sitting.screen.tapTile(tile, sitting.harness.time());
+      sitting.harness.frame(kFastTap);
+    }
+    sitting.harness.frame(0.321);
+    ASSERT_FALSE(sitting.lies(a) || sitting.lies(b));
+  }
 }
 
 TEST(MatchingPair, BurstsWithBothFacesWhereItLay) {
@@ -229,6 +307,32 @@ TEST(RefusedPair, FlashesAndIsThenUnselected) {
   EXPECT_EQ(sitting.shown().mismatchB, -1);
   EXPECT_TRUE(sitting.lies(a) && sitting.lies(b));
   EXPECT_EQ(sitting.game().removed, 0);
+}
+
+TEST(RefusedPair, IsForgottenWhenATileIsTapped) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  const auto [a, b] = test::unequalPair(sitting.game());
+  for (const int next : {b, a}) {
+    sitting.clickBoth({a, b});
+    sitting.click(next);
+    EXPECT_EQ(sitting.game().selected, next) << "it is the first of a new pair";
+    EXPECT_EQ(sitting.shown().mismatchA, -1);
+    EXPECT_EQ(sitting.shown().mismatchB, -1);
+    sitting.harness.frame(0.5);
+    EXPECT_EQ(sitting.game().selected, next) << "the flash is over and unselects nothing";
+    sitting.click(next);
+  }
+}
+
+TEST(RefusedPair, FlashesOnWhenABlockedTileIsTapped) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  const auto [a, b] = test::unequalPair(sitting.game());
+  sitting.clickBoth({a, b});
+  sitting.click(test::blockedTile(sitting));
+  EXPECT_EQ(sitting.game().selected, a);
+  EXPECT_EQ(sitting.shown().mismatchA, a);
 }
 
 TEST(Hint, ShowsThePairForAMomentAndCounts) {
