@@ -33,11 +33,15 @@ struct Input {
   double wheel = 0;            // vertical wheel steps, away from the user positive
   double dx = 0;               // mouse movement since the previous frame
   double dy = 0;
-  std::vector<int> keys;  // SDL key codes pressed, in order of arrival, repeats included
+  std::vector<int> keys;       // SDL key codes pressed, in order of arrival, repeats included
+  std::vector<int> freshKeys;  // those of them that are no repeats of a held key
   bool ctrl = false;
   bool shift = false;
 
   bool hasKey(int code) const { return std::find(keys.begin(), keys.end(), code) != keys.end(); }
+  bool hasFreshKey(int code) const {
+    return std::find(freshKeys.begin(), freshKeys.end(), code) != freshKeys.end();
+  }
 };
 
 // One frame.

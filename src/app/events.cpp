@@ -29,7 +29,7 @@ void EventReader::handle(const SDL_Event& event, Uint32 windowFlags, double now,
       quit = true;
       break;
     case SDL_KEYDOWN:
-      keyDown(event.key.keysym, ctx);
+      keyDown(event.key, ctx);
       break;
     case SDL_MOUSEBUTTONDOWN:
       if (event.button.button == SDL_BUTTON_LEFT) ctx.in.pressed = true;
@@ -62,7 +62,8 @@ void EventReader::readMouse(int x, int y, Uint32 buttons, SDL_Keymod modifiers, 
   prevMouseY = in.my;
 }
 
-void EventReader::keyDown(const SDL_Keysym& key, Ctx& ctx) {
+void EventReader::keyDown(const SDL_KeyboardEvent& event, Ctx& ctx) {
+  const SDL_Keysym& key = event.keysym;
   const int code = keyCode(key);
   if (code == SDLK_F11) {
     settings.fullscreen = !settings.fullscreen;
@@ -71,6 +72,7 @@ void EventReader::keyDown(const SDL_Keysym& key, Ctx& ctx) {
     quit = true;
   } else {
     ctx.in.keys.push_back(code);
+    if (event.repeat == 0) ctx.in.freshKeys.push_back(code);
   }
 }
 

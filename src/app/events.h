@@ -36,7 +36,7 @@ class EventReader {
   void geometrySaved() { geometryChanged = false; }
 
  private:
-  void keyDown(const SDL_Keysym& key, Ctx& ctx);
+  void keyDown(const SDL_KeyboardEvent& event, Ctx& ctx);
   void leftReleased(double now, Ctx& ctx);
   void windowChanged(const SDL_WindowEvent& event, Uint32 windowFlags);
 

@@ -342,8 +342,8 @@ void Playing::actionBar(ui::Ctx& ctx) {
   const auto button = [&](std::size_t place, ui::ActionIcon icon, const std::string& label, bool disabled) {
     return ui::actionButton(ctx, layout.buttons[place], icon, label, disabled);
   };
-  if (button(0, ui::ActionIcon::Hint, i18n::tr("playing.hint"), closed)) takeHint(ctx.time);
-  if (button(1, ui::ActionIcon::Shuffle, i18n::tr("playing.shuffle"), closed)) shuffle();
+  if (button(0, ui::ActionIcon::Hint, i18n::tr("playing.hint"), !givesAid())) takeHint(ctx.time);
+  if (button(1, ui::ActionIcon::Shuffle, i18n::tr("playing.shuffle"), !givesAid())) shuffle();
   if (button(2, ui::ActionIcon::Undo, i18n::tr("playing.undo"), closed || game.history.empty())) takeBack();
   if (button(3, ui::ActionIcon::ZoomIn, "", closed)) setZoom(zoom + kKeyZoom);
   if (button(4, ui::ActionIcon::ZoomOut, "", closed)) setZoom(zoom - kKeyZoom);
@@ -370,8 +370,9 @@ void Playing::keys(ui::Ctx& ctx) {
 }
 
 void Playing::playKeys(const ui::Input& in, double now) {
-  if (in.hasKey(SDLK_h)) takeHint(now);
-  if (in.hasKey(SDLK_m)) {
+  // An aid costs stars: a key that is held down asks for one, however often it repeats.
+  if (givesAid() && in.hasFreshKey(SDLK_h)) takeHint(now);
+  if (givesAid() && in.hasFreshKey(SDLK_m)) {
     audio::play(audio::Sfx::Click);
     shuffle();
   }

@@ -18,6 +18,7 @@ class PointerBlock {
     ctx.in.mx = kNowhere;
     ctx.in.my = kNowhere;
     ctx.in.keys = kept.keys;
+    ctx.in.freshKeys = kept.freshKeys;
   }
   PointerBlock(const PointerBlock&) = delete;
   PointerBlock& operator=(const PointerBlock&) = delete;

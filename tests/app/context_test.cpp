@@ -97,4 +97,12 @@ TEST(HasKey, FindsAnyKeyOfTheFrame) {
   EXPECT_FALSE(in.hasKey('u'));
 }
 
+TEST(HasFreshKey, FindsAKeyThatWasPressedAnew) {
+  ui::Input in;
+  in.keys = {'m', 'h', 'h'};
+  in.freshKeys = {'h'};
+  EXPECT_TRUE(in.hasFreshKey('h'));
+  EXPECT_FALSE(in.hasFreshKey('m'));
+}
+
 }  // namespace

@@ -99,6 +99,7 @@ TEST_F(Events, KeysComeInOrderOfArrivalWithRepeats) {
   take(repeat);
   press(SDLK_ESCAPE, SDL_SCANCODE_ESCAPE);
   EXPECT_THAT(ctx.in.keys, ElementsAre(SDLK_m, SDLK_h, SDLK_h, SDLK_ESCAPE));
+  EXPECT_THAT(ctx.in.freshKeys, ElementsAre(SDLK_m, SDLK_h, SDLK_ESCAPE));
 }
 
 TEST_F(Events, KeyUpAndTextAreIgnored) {

@@ -276,6 +276,7 @@ TEST(EscapeKey, KeepsTheGameForTheNextTime) {
   ui::Game::instance().push(kOtherLevel);
   stack.harness.frame();
   stack.harness.frame();
+  stack.harness.frame(20);
   stack.harness.key(SDLK_m);
   stack.harness.key(SDLK_ESCAPE);
   ASSERT_THAT(Stack::top(), Shows(ui::ScreenKind::Playing, 1, 1));

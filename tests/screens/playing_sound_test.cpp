@@ -154,6 +154,12 @@ TEST(KeySound, OfShuffleUndoAndPauseIsAClick) {
 }
 
 TEST(KeySound, IsNoneWhereNothingHappens) {
+  Sitting flyingIn;
+  EXPECT_THAT(soundsOf([&] {
+                flyingIn.harness.key(SDLK_h);
+                flyingIn.harness.key(SDLK_m);
+              }),
+              testing::Each(Sfx::Tile));
   SoundTable table;
   for (const int code : {SDLK_u, SDLK_PLUS, SDLK_EQUALS, SDLK_MINUS, SDLK_0, SDLK_x})
     EXPECT_THAT(table.key(code), IsEmpty()) << code;

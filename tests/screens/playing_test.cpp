@@ -463,10 +463,46 @@ TEST(Undo, GoesBackToTheFirstMove) {
   EXPECT_EQ(sitting.game(), before);
 }
 
+// What a key does that is held down long enough to repeat.
+void hold(Sitting& sitting, int code) {
+  sitting.harness.key(code);
+  for (int i = 0; i < 30; ++i) {
+    sitting.harness.next().keys = {code};
+    sitting.harness.frame(1.0 / 30);
+  }
+}
+
+TEST(HeldKey, AsksForOneHint) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  hold(sitting, SDLK_h);
+  EXPECT_EQ(sitting.game().hints, 1);
+}
+
+TEST(HeldKey, AsksForOneShuffle) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  hold(sitting, SDLK_m);
+  EXPECT_EQ(sitting.game().shuffles, 1);
+}
+
+TEST(HeldKey, GoesOnUndoingAndZooming) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  sitting.playUntilLeft(10);
+  hold(sitting, SDLK_u);
+  EXPECT_EQ(sitting.game().removed, 0);
+  hold(sitting, SDLK_PLUS);
+  EXPECT_EQ(sitting.shown().zoom, 3);
+  hold(sitting, SDLK_MINUS);
+  EXPECT_EQ(sitting.shown().zoom, 1);
+}
+
 TEST(Keys, OfOneFrameAllCountOnce) {
   Sitting sitting;
   sitting.waitForIntro();
   sitting.harness.next().keys = {SDLK_h, SDLK_m, SDLK_m};
+  sitting.harness.next().freshKeys = {SDLK_h, SDLK_m, SDLK_m};
   sitting.harness.frame();
   EXPECT_EQ(sitting.game().hints, 1);
   EXPECT_EQ(sitting.game().shuffles, 1);
@@ -512,6 +548,7 @@ TEST(Pause, InTheSameFrameStopsTheOtherKeys) {
   Sitting sitting;
   sitting.waitForIntro();
   sitting.harness.next().keys = {SDLK_h, SDLK_SPACE};
+  sitting.harness.next().freshKeys = {SDLK_h, SDLK_SPACE};
   sitting.harness.frame();
   EXPECT_EQ(sitting.game().hints, 0);
 }
@@ -585,6 +622,27 @@ TEST(Intro, TakesTapsWhereTheTilesWillRest) {
   ASSERT_LT(sitting.harness.time(), sitting.screen.effects().introEnd);
   EXPECT_EQ(sitting.game().removed, 2);
   EXPECT_EQ(sitting.screen.playTime(), 0);
+}
+
+TEST(Intro, GivesNoHintAndNoShuffle) {
+  Sitting sitting;
+  const mj::GameState dealt = sitting.game();
+  const screens::PlayingLayout layout = screens::playingLayout(640, 480);
+  const auto ask = [&] {
+    for (const int code : {SDLK_h, SDLK_m}) sitting.harness.key(code);
+    for (const unsigned i : {0U, 1U}) {
+      const ui::Rect& button = layout.buttons[i];
+      sitting.harness.click(button.x + button.w / 2, button.y + button.h / 2);
+    }
+  };
+  ask();
+  ASSERT_LT(sitting.harness.time(), sitting.screen.effects().introEnd);
+  EXPECT_EQ(sitting.game(), dealt);
+  EXPECT_THAT(sitting.shown().hintIds, IsEmpty());
+  sitting.waitForIntro();
+  ask();
+  EXPECT_EQ(sitting.game().hints, 2);
+  EXPECT_EQ(sitting.game().shuffles, 2);
 }
 
 TEST(WonGame, TakesNoMoreKeys) {

@@ -91,6 +91,7 @@ void ScreenHarness::wheel(double x, double y, double steps) {
 
 void ScreenHarness::key(int code) {
   ctx.in.keys = {code};
+  ctx.in.freshKeys = {code};
   frame();
 }
 

@@ -60,8 +60,12 @@ std::string textOf(const mj::GameState& game) {
   return text + " " + std::to_string(game.rng);
 }
 
-// A hint, a shuffle and an undo, as the keys ask for them.
+mj::GameState freshGame() { return mj::createGame(mj::levelToConfig(1).slots, 1); }
+
+// A hint, a shuffle and an undo, as the keys ask for them at once. The tiles of a fresh game still fly in: it
+// gives no aid.
 void playKeys(mj::GameState& game) {
+  if (game == freshGame()) return;
   if (mj::findHint(game).first >= 0) ++game.hints;
   mj::shuffleBoard(game);
   mj::undo(game);
@@ -71,8 +75,6 @@ std::string afterKeys(mj::GameState game) {
   playKeys(game);
   return textOf(game);
 }
-
-mj::GameState freshGame() { return mj::createGame(mj::levelToConfig(1).slots, 1); }
 
 // The program's run in this home: it is asked for a hint, a shuffle and an undo at once, and ended.
 struct Run {
@@ -199,10 +201,12 @@ void expectPlaysUnsaved(const Home& home, const std::vector<std::string>& files,
   Environment environment = window::changed(home.environment(), changes);
   Game game(home.command(), desktop, environment);
   window::Table table;
+  const auto isShown = [&] { return static_cast<bool>(table.isShownIn(game.picture().get())); };
   EXPECT_TRUE(window::continueFromMenu(game));
+  EXPECT_TRUE(window::waitFor(isShown));
   game.type(Key::M);
   mj::shuffleBoard(table.game);
-  EXPECT_TRUE(window::waitFor([&] { return static_cast<bool>(table.isShownIn(game.picture().get())); }));
+  EXPECT_TRUE(window::waitFor(isShown));
   quit(game);
   const std::string dir = environment["XDG_DATA_HOME"] + "/veskara";
   for (const char* file : {"settings.json", "save.json"}) {
