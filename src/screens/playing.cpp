@@ -312,11 +312,23 @@ bool Playing::noMoves(ui::Ctx& ctx) {
 void Playing::boardInput(ui::Ctx& ctx) {
   const ui::Input& in = ctx.in;
   if (paused || !ctx.hover(layout.board)) return;
-  if (in.wheel != 0) setZoom(zoom + kWheelZoom * in.wheel);
+  if (in.wheel != 0) turnWheel(in);
   if (in.pressed && in.down && zoom > kNoZoom) grab = Grab{in.mx, in.my, panX, panY, false};
   if (!ctx.takeClick(layout.board)) return;
   const int tile = ui::hitTestTile(game, layout.board, options, in.mx, in.my);
   if (tile >= 0) tapTile(tile, ctx.time);
+}
+
+// Zooms about the pointer: what lies under it stays there, as far as the pan's bounds allow.
+void Playing::turnWheel(const ui::Input& in) {
+  const double target = std::clamp(zoom + kWheelZoom * in.wheel, 1.0, kMaxZoom);
+  const double dx = in.mx - (layout.board.x + layout.board.w / 2);
+  const double dy = in.my - (layout.board.y + layout.board.h / 2);
+  panX = dx - (dx - panX) * target / zoom;
+  panY = dy - (dy - panY) * target / zoom;
+  setZoom(target);
+  // A hand that holds the board meanwhile goes on from here.
+  if (grab) grab = Grab{in.mx, in.my, panX, panY, grab->moved};
 }
 
 void Playing::dragBoard(ui::Ctx& ctx) {

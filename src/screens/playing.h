@@ -63,6 +63,7 @@ class Playing : public ui::Screen {
   void drawTiles(ui::Ctx& ctx);
   bool noMoves(ui::Ctx& ctx);
   void boardInput(ui::Ctx& ctx);
+  void turnWheel(const ui::Input& in);
   void dragBoard(ui::Ctx& ctx);
   void actionBar(ui::Ctx& ctx);
   void pauseOverlay(ui::Ctx& ctx);

@@ -68,6 +68,70 @@ TEST(Zoom, WheelOverTheBoardStepsByAQuarter) {
   EXPECT_EQ(sitting.shown().zoom, 1);
 }
 
+// Where the point of the board lies that is shown at (x, y).
+Point under(Sitting& sitting, double x, double y) {
+  const ui::BoardView view(sitting.screen.boardRect(), sitting.shown());
+  return {view.boardX(x), view.boardY(y)};
+}
+
+TEST(Zoom, ByTheWheelKeepsThePointUnderThePointer) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  const auto expectKept = [&](double x, double y, double steps) {
+    const Point before = under(sitting, x, y);
+    sitting.harness.wheel(x, y, steps);
+    const Point after = under(sitting, x, y);
+    EXPECT_NEAR(after.x, before.x, 1e-9);
+    EXPECT_NEAR(after.y, before.y, 1e-9);
+  };
+  expectKept(200, 150, 1);
+  EXPECT_NE(sitting.shown().panX, 0);
+  expectKept(200, 150, 3);
+  expectKept(500, 300, 2);
+  expectKept(210, 160, 100);
+  expectKept(320, 240, -1);
+}
+
+TEST(Zoom, ByTheWheelEndsWithTheBoardInItsPlace) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  sitting.harness.wheel(30, sitting.screen.boardRect().y + 3, 8);
+  sitting.harness.wheel(600, 400, -6);
+  const ui::Rect board = sitting.screen.boardRect();
+  const ui::BoardOpts shown = sitting.shown();
+  EXPECT_EQ(shown.zoom, 1.5);
+  EXPECT_NEAR(shown.panX, board.w / 4, 1e-9) << "the board's left edge leaves its place";
+  EXPECT_NEAR(shown.panY, board.h / 4, 1e-9);
+  sitting.harness.wheel(600, 400, -6);
+  EXPECT_EQ(sitting.shown().panX, 0);
+  EXPECT_EQ(sitting.shown().panY, 0);
+}
+
+TEST(Zoom, ByTheWheelWhileTheBoardIsHeldGoesOnFromThere) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  sitting.screen.setZoom(2);
+  sitting.harness.press(200, 200);
+  sitting.harness.moveTo(220, 200);
+  sitting.harness.wheel(220, 200, 2);
+  const Point held = under(sitting, 220, 200);
+  sitting.harness.moveTo(230, 210);
+  const Point after = under(sitting, 230, 210);
+  EXPECT_NEAR(after.x, held.x, 1e-9);
+  EXPECT_NEAR(after.y, held.y, 1e-9);
+  sitting.harness.release(230, 210);
+  EXPECT_EQ(sitting.game().selected, -1) << "it is still a drag";
+}
+
+TEST(Zoom, ByKeysIsAboutTheCentre) {
+  Sitting sitting;
+  sitting.waitForIntro();
+  sitting.harness.moveTo(200, 150);
+  sitting.harness.key(SDLK_PLUS);
+  EXPECT_EQ(sitting.shown().panX, 0);
+  EXPECT_EQ(sitting.shown().panY, 0);
+}
+
 TEST(Zoom, WheelBesideTheBoardDoesNothing) {
   Sitting sitting;
   sitting.waitForIntro();

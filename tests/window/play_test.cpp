@@ -4,6 +4,7 @@
 
 #include <ostream>
 
+#include "screens/playing_layout.h"
 #include "window/session.h"
 
 namespace {
@@ -61,11 +62,19 @@ TEST_P(Playing, ABlockedTileIsRefusedAndTheSelectionKept) {
 TEST_P(Playing, TheBoardIsZoomedAndPannedAndComesBackAsItWas) {
   ASSERT_TRUE(session.showsTable());
   ui::BoardOpts& view = session.table.view;
-  const Point middle = {kFirstWindow.w / 2, kFirstWindow.h / 2};
-  session.game.moveMouse(middle);
+  const Point hand = {kFirstWindow.w / 2 - 120, kFirstWindow.h / 2 + 60};
+  session.game.moveMouse(hand);
+  // What lies under the hand stays there when it turns the wheel.
+  const auto turnWheel = [&] {
+    const ui::Rect board = screens::playingLayout(kFirstWindow.w, kFirstWindow.h).board;
+    const ui::BoardView before(board, view);
+    session.game.turnWheel(1);
+    view.zoom += 0.25;
+    view.panX = hand.x - before.cx - (before.boardX(hand.x) - before.cx) * view.zoom;
+    view.panY = hand.y - before.cy - (before.boardY(hand.y) - before.cy) * view.zoom;
+  };
 
-  session.game.turnWheel(1);
-  view.zoom = 1.25;
+  turnWheel();
   EXPECT_TRUE(session.showsTable());
   session.game.type(Key::Equals);
   view.zoom = 1.85;
@@ -76,12 +85,11 @@ TEST_P(Playing, TheBoardIsZoomedAndPannedAndComesBackAsItWas) {
 
   // The hand that holds the board turns the wheel: when that shows, the grip has been taken.
   session.game.pressButton();
-  session.game.turnWheel(1);
-  view.zoom = 1.5;
+  turnWheel();
   EXPECT_TRUE(session.showsTable());
-  session.game.moveMouse({middle.x + 60, middle.y - 40});
-  view.panX = 60;
-  view.panY = -40;
+  session.game.moveMouse({hand.x + 60, hand.y - 40});
+  view.panX += 60;
+  view.panY -= 40;
   EXPECT_TRUE(session.showsTable());
   session.game.releaseButton();
   EXPECT_TRUE(session.pauseAndGoOn()) << "a drag was taken for a tap";
