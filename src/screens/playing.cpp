@@ -120,7 +120,7 @@ void Playing::update(ui::Ctx& ctx) {
   {
     const ui::PointerBlock block(ctx, paused);
     dragBoard(ctx);
-    if (header(ctx)) return;
+    header(ctx);
     drawTiles(ctx);
     if (!noMoves(ctx)) boardInput(ctx);
     actionBar(ctx);
@@ -255,15 +255,10 @@ void Playing::forgetRefusal() {
   game.selected = -1;
 }
 
-// True when the player goes back; the frame then ends here.
-bool Playing::header(ui::Ctx& ctx) {
-  if (ui::backButton(ctx, layout.back)) {
-    leave();
-    return true;
-  }
+void Playing::header(ui::Ctx& ctx) {
+  if (ui::backButton(ctx, layout.back)) leave();
   drawHeaderTexts(ctx);
   if (ui::actionButton(ctx, layout.pause, ui::ActionIcon::Pause, "", won())) paused = true;
-  return false;
 }
 
 void Playing::drawHeaderTexts(const ui::Ctx& ctx) const {

@@ -58,7 +58,7 @@ class Playing : public ui::Screen {
   void removePair(double now);
   void forgetRefusal();
   void endWaits(double now);
-  bool header(ui::Ctx& ctx);
+  void header(ui::Ctx& ctx);
   void drawHeaderTexts(const ui::Ctx& ctx) const;
   void drawTiles(ui::Ctx& ctx);
   bool noMoves(ui::Ctx& ctx);

@@ -26,7 +26,7 @@ constexpr double kMinGap = 0.034;
 constexpr double kMaxGap = 0.175;
 constexpr double kFirstGap = 1.6;  // in mean gaps
 constexpr double kLastGap = 0.4;
-constexpr double kIntroRest = 0.16;  // between the last landing and the end
+constexpr double kIntroRest = 0.16;  // after the last landing and the gap that follows each tile
 constexpr double kSoundGap = 0.05;   // so that a large deal patters and does not roar
 
 constexpr int kSparks = 20;

@@ -24,7 +24,7 @@ struct BoardFx {
   bool introActive = false;  // a fly-in was begun; it stays set when the fly-in is over
   double introStart = 0;
   std::vector<double> delays;  // per slot id: from introStart to the tile's take-off
-  double introEnd = 0;         // the last tile has landed
+  double introEnd = 0;         // the last tile has landed, and a moment has passed
   double lastSound = 0;        // of a tile that took off
   std::vector<Burst> bursts;
 

@@ -308,6 +308,17 @@ TEST(Leaving, ByTheBackButtonSavesTheGame) {
   EXPECT_EQ(store::loadGame().level, 2);
 }
 
+TEST(Leaving, ByTheBackButtonShowsTheWholeTableToTheLast) {
+  PanelTable table;
+  const support::Point back = centreOf(kLayout.back);
+  table.harness.moveTo(back.x, back.y);
+  table.harness.frame();
+  const ui::CairoSurface before = table.harness.picture();
+  table.harness.next().clicked = true;
+  table.harness.frame(0);
+  EXPECT_TRUE(support::samePicture(before.get(), table.harness.picture().get()));
+}
+
 TEST(Leaving, ByThePausesExitSavesTheGame) {
   OnTheStack stack;
   stack.clickOn(kLayout.pause);
