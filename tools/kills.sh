@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Kills the real program at random moments of its start and of play, and checks each time that no more than five seconds
-# of play are lost, and no record is. Two players are killed side by side; a kill takes some ten seconds.
-# Run: tools/kills.sh [KILLS]; 200 if it is not said how many.
+# of play are lost, and no record is; then about the time of a win, which must leave the win or the game. Two players are
+# killed side by side; a kill in play takes some ten seconds, one about a win four.
+# Run: tools/kills.sh [KILLS]; 200 of each kind if it is not said how many.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

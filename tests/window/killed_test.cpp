@@ -1,5 +1,6 @@
 // The program is killed at random moments, again and again in one player's life, and each time goes on from
-// no more than five seconds of play before. Ten kills; VESKARA_TEST_KILLS asks for another number.
+// no more than five seconds of play before; and about the time of a win, which leaves the win or the game.
+// Ten kills of each kind; VESKARA_TEST_KILLS asks for another number.
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <iterator>
+#include <ostream>
 #include <random>
 #include <string>
 #include <thread>
@@ -38,6 +42,7 @@ constexpr double kBetweenSaves = 5;
 constexpr double kFrame = 0.25;  // the frame in which the time was up, and what the witness counts otherwise
 constexpr double kWinFade = 0.65;  // a game that is won is not saved any more
 constexpr double kPair = 0.32;     // a pair is not taken faster
+constexpr double kWon = 0.6;       // a pair that goes by itself is gone, however slow the frames are
 
 int killsPerPlayer() {
   const char* const wanted = std::getenv("VESKARA_TEST_KILLS");
@@ -79,26 +84,43 @@ struct KilledLife {
   double lost;  // seconds of play since the last save
 
   bool solved() const { return after.totalSolves() > before.totalSolves(); }
-  // A game that is won is taken off the disk one frame before the win is written down. Killed in between it
-  // is lost; in no other moment.
-  bool diedBetweenWinAndResult() const {
-    return before.hasGame() && !after.hasGame() && !solved() && lost <= kFrame;
-  }
 };
+
+// As what of a win is written down: its progress, its best result, its game removed.
+const std::string kWritesOfAWin[] = {"1*progress.json", "2*progress.json", "1*save.json"};
 
 class KilledPlayer {
  public:
   explicit KilledPlayer(unsigned seed) : random(seed) {}
 
   KilledLife liveOnce() {
-    const DataFiles before(desktop.dataPath());
-    std::filesystem::remove(witnessPath());
+    const DataFiles before = begin();
     const bool inStartUp = upTo(4) == 0;
-    const double lost = inStartUp ? startAndDie() : playAndDie();
+    const double lost = inStartUp ? startAndDie() : playAndDie(12);
     return {before, DataFiles(desktop.dataPath()), !inStartUp, lost};
   }
 
+  // The last pair goes as soon as it lies on the table.
+  KilledLife winOnce() {
+    support::writeFile(desktop.dataPath("save.json"), window::savedGame(1));
+    const DataFiles before = begin();
+    const auto moment = static_cast<std::size_t>(upTo(5));
+    if (moment < std::size(kWritesOfAWin)) {
+      winAndDieAt(kWritesOfAWin[moment]);
+    } else {
+      // A third of a second to the win, more than half a one to the Solved screen, and what comes before and
+      // after.
+      playAndDie(1.2);
+    }
+    return {before, DataFiles(desktop.dataPath()), true, 0};
+  }
+
  private:
+  DataFiles begin() const {
+    std::filesystem::remove(witnessPath());
+    return DataFiles(desktop.dataPath());
+  }
+
   int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(random); }
   std::string witnessPath() const { return scratch.path("witness"); }
 
@@ -114,12 +136,19 @@ class KilledPlayer {
     return 0;
   }
 
-  double playAndDie() {
+  void winAndDieAt(const std::string& write) {
+    Game game(desktop, {}, window::changed(changes(), {{window::kRaiseVariable, write + ":9"}}));
+    EXPECT_TRUE(window::continueFromMenu(game));
+    expectKilled(game.process());
+  }
+
+  // Within so many seconds of play.
+  double playAndDie(double most) {
     Game game(desktop, {}, changes());
     EXPECT_TRUE(window::continueFromMenu(game));
     const double begun = testimonyIn(witnessPath()).played;
     // By the game's clock, so that a slow machine plays no less.
-    const double moment = begun + upTo(12000) / 1000.0;
+    const double moment = begun + most * upTo(1000) / 1000;
     EXPECT_TRUE(waitFor([&] { return testimonyIn(witnessPath()).played >= moment; }));
     std::this_thread::sleep_for(Milliseconds(upTo(50)));
     die(game.process());
@@ -129,6 +158,10 @@ class KilledPlayer {
 
   static void die(Child& child) {
     child.send(SIGKILL);
+    expectKilled(child);
+  }
+
+  static void expectKilled(Child& child) {
     EXPECT_EQ(child.waitForEnd(), -SIGKILL) << child.errors();
     EXPECT_EQ(child.errors(), "");
   }
@@ -153,13 +186,23 @@ void expectRecordsKept(const KilledLife& life) {
 }
 
 void expectGameKept(const KilledLife& life) {
-  if (life.solved() || life.diedBetweenWinAndResult()) return;
+  if (life.solved()) return;
   if (life.before.hasGame()) {
     EXPECT_TRUE(life.after.hasGame());
     EXPECT_TRUE(leadsTo(life.before.game(), life.after.game()));
   }
   const bool mayBeWon = life.after.hasGame() && pairsLeft(life.after.game()) * kPair < kBetweenSaves + kFrame;
   EXPECT_LE(life.lost, kBetweenSaves + kFrame + (mayBeWon ? kWinFade : 0));
+}
+
+void expectWinOrGame(const KilledLife& life) {
+  EXPECT_LE(life.after.totalSolves(), life.before.totalSolves() + 1);
+  if (life.after.hasGame()) {
+    EXPECT_TRUE(leadsTo(life.before.game(), life.after.game()));
+  } else {
+    EXPECT_TRUE(life.solved()) << "the game is gone, and the win too";
+    EXPECT_EQ(life.after.progress["bests"]["1"]["stars"].n, 3);
+  }
 }
 
 class Killed : public testing::TestWithParam<int> {};
@@ -171,7 +214,6 @@ TEST_P(Killed, AtRandomMomentsLosesNoMoreThanFiveSecondsOfPlay) {
   double mostLost = 0;
   int sittings = 0;
   int solves = 0;
-  int lostWins = 0;
   for (int i = 0; i < killsPerPlayer() && !HasFailure(); ++i) {
     SCOPED_TRACE("seed " + std::to_string(seed) + ", kill " + std::to_string(i));
     const KilledLife life = player.liveOnce();
@@ -179,13 +221,63 @@ TEST_P(Killed, AtRandomMomentsLosesNoMoreThanFiveSecondsOfPlay) {
     expectGameKept(life);
     sittings += life.played ? 1 : 0;
     solves += life.solved() ? 1 : 0;
-    lostWins += life.diedBetweenWinAndResult() ? 1 : 0;
     if (!life.solved()) mostLost = std::max(mostLost, life.lost);
   }
-  std::printf(
-      "seed %u: %d kills, %d of them in play; %d games solved, %d wins lost; %.2f seconds of play lost at "
-      "most\n",
-      seed, killsPerPlayer(), sittings, solves, lostWins, mostLost);
+  std::printf("seed %u: %d kills, %d of them in play; %d games solved; %.2f seconds of play lost at most\n",
+              seed, killsPerPlayer(), sittings, solves, mostLost);
+}
+
+TEST_P(Killed, AboutTheTimeOfAWinLeavesTheWinOrTheGame) {
+  const unsigned seed = std::random_device()();
+  KilledPlayer player(seed);
+  int wins = 0;
+  int games = 0;
+  for (int i = 0; i < killsPerPlayer() && !HasFailure(); ++i) {
+    SCOPED_TRACE("seed " + std::to_string(seed) + ", kill " + std::to_string(i));
+    const KilledLife life = player.winOnce();
+    expectRecordsKept(life);
+    expectWinOrGame(life);
+    wins += life.solved() ? 1 : 0;
+    games += life.after.hasGame() ? 1 : 0;
+  }
+  std::printf("seed %u: %d kills about a win: %d left the win, %d the game\n", seed, killsPerPlayer(), wins,
+              games);
+}
+
+// How the program is ended in the fade after the last pair.
+struct Ending {
+  const char* name;
+  std::function<void(Game&)> act;
+};
+void PrintTo(const Ending& ending, std::ostream* out) { *out << ending.name; }
+const Ending kEndings[] = {
+    {"Close", [](Game& game) { game.close(); }},
+    {"ControlQ", [](Game& game) { game.type(window::Key::LeftControl, window::Key::Q); }},
+    {"Signal", [](Game& game) { game.process().send(SIGTERM); }},
+};
+
+class Ended : public testing::TestWithParam<Ending> {};
+INSTANTIATE_TEST_SUITE_P(By, Ended, testing::ValuesIn(kEndings),
+                         [](const auto& ending) { return ending.param.name; });
+
+TEST_P(Ended, InTheFadeAfterTheLastPairKeepsTheWin) {
+  Desktop desktop;
+  const support::TempDir scratch;
+  support::writeFile(desktop.dataPath("save.json"), window::savedGame(1));
+  Game game(
+      desktop, {},
+      window::changed(window::preloading(desktop, VESKARA_WITNESS),
+                      {{"VESKARA_AUTOPLAY", "0.02"}, {window::kWitnessVariable, scratch.path("seen")}}));
+  EXPECT_TRUE(window::continueFromMenu(game));
+  const double begun = testimonyIn(scratch.path("seen")).played;
+  EXPECT_TRUE(waitFor([&] { return testimonyIn(scratch.path("seen")).played > begun + kWon; }));
+  GetParam().act(game);
+  EXPECT_EQ(game.process().waitForEnd(), 0) << game.process().errors();
+  const DataFiles files(desktop.dataPath());
+  EXPECT_EQ(files.totalSolves(), 1);
+  EXPECT_EQ(files.level(), 2);
+  EXPECT_EQ(files.progress["bests"]["1"]["stars"].n, 3);
+  EXPECT_FALSE(files.hasGame());
 }
 
 }  // namespace

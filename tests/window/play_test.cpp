@@ -62,7 +62,7 @@ TEST_P(Playing, ABlockedTileIsRefusedAndTheSelectionKept) {
 TEST_P(Playing, TheBoardIsZoomedAndPannedAndComesBackAsItWas) {
   ASSERT_TRUE(session.showsTable());
   ui::BoardOpts& view = session.table.view;
-  const Point hand = {kFirstWindow.w / 2 - 120, kFirstWindow.h / 2 + 60};
+  const Point hand = {kFirstWindow.w / 2 - 120, kFirstWindow.h / 2 - 60};
   session.game.moveMouse(hand);
   // What lies under the hand stays there when it turns the wheel.
   const auto turnWheel = [&] {

@@ -49,9 +49,14 @@ Function original(const char* name) {
 void raiseSignalsAt(std::string_view path) {
   const char* const wanted = std::getenv(window::kRaiseVariable);
   if (wanted == nullptr) return;
+  static int times = 0;
   std::string_view rest = wanted;
+  const std::size_t star = rest.find('*');
+  if (star != std::string_view::npos) rest.remove_prefix(star + 1);
   std::size_t colon = rest.find(':');
   if (!path.ends_with(rest.substr(0, colon))) return;
+  ++times;
+  if (star != std::string_view::npos && times != std::atoi(wanted)) return;
   for (; colon != std::string_view::npos; colon = rest.find(':')) {
     rest.remove_prefix(colon + 1);
     std::raise(std::atoi(rest.data()));

@@ -6,7 +6,8 @@
 namespace window {
 
 // The variables that name that file, and what is to happen as a file is put in its place: the end of its name
-// and, each after a colon, the signals that the program is sent before, such as ".png:15:2".
+// and, each after a colon, the signals that the program is sent before, such as ".png:15:2". A number and a
+// star in front mean that one time only, such as the second in "2*progress.json:9".
 inline constexpr const char* kWitnessVariable = "VESKARA_TEST_WITNESS";
 inline constexpr const char* kRaiseVariable = "VESKARA_TEST_RAISE";
 
