@@ -61,6 +61,7 @@ Sitting::Sitting(const Studio& shownBy, const Window& shownIn, std::unique_ptr<u
 
 void Sitting::key(int code) {
   ctx.in.keys = {code};
+  ctx.in.freshKeys = {code};
   frame(0);
 }
 
