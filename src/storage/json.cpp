@@ -75,10 +75,10 @@ void appendUtf8(std::string& out, unsigned code) {
   }
 }
 
-// The decimal point is a point, whatever country the process was started in.
+// The decimal point is a point, whatever country the process was started in, unless memory has run out.
 double readNumber(const char* text, char** end) {
   static const locale_t kPlain = newlocale(LC_NUMERIC_MASK, "C", nullptr);
-  return strtod_l(text, end, kPlain);
+  return kPlain != nullptr ? strtod_l(text, end, kPlain) : std::strtod(text, end);
 }
 
 // Keeps its place in nested containers on the heap, so that no document can exhaust the stack.
@@ -371,10 +371,14 @@ Value::Value(const Value& other) {
   }
 }
 
-Value& Value::operator=(const Value& other) {
-  // A copy first: `other` may be a part of this value.
-  Value copy(other);
-  return *this = std::move(copy);
+Value& Value::operator=(Value other) noexcept {
+  std::swap(kind, other.kind);
+  std::swap(b, other.b);
+  std::swap(n, other.n);
+  s.swap(other.s);
+  a.swap(other.a);
+  o.swap(other.o);
+  return *this;
 }
 
 Value::~Value() {

@@ -24,8 +24,8 @@ struct Value {
   Value() = default;
   Value(const Value& other);
   Value(Value&& other) noexcept = default;
-  Value& operator=(const Value& other);
-  Value& operator=(Value&& other) noexcept = default;
+  // `other` may have been a part of this value.
+  Value& operator=(Value other) noexcept;
   ~Value();
 
   // A number rounded half up: 2.5 gives 3, -2.5 gives -2. Beyond the range of int, and for nan, the smallest

@@ -249,6 +249,15 @@ TEST(JsonValue, CanBeAssignedAPartOfItself) {
   EXPECT_EQ(v.dump(), "[1,2]");
 }
 
+// A vector that takes another one's elements drops its own first, and the part went with them.
+TEST(JsonValue, CanBeMovedAPartOfItself) {
+  Value v = valid(R"([{"a":[1,2],"b":"a text that is stored on the heap"},3])");
+  v = std::move(v.a[0]);
+  EXPECT_EQ(v.dump(), R"({"a":[1,2],"b":"a text that is stored on the heap"})");
+  v = std::move(v.o["a"]);
+  EXPECT_EQ(v.dump(), "[1,2]");
+}
+
 TEST(JsonValue, CopiesAreIndependent) {
   const Value v = valid(R"({"a":[1]})");
   Value copy = v;
