@@ -18,6 +18,10 @@ void sayNotWritten(const std::string& path) {
   std::fprintf(stderr, "[store] konnte %s nicht schreiben\n", path.c_str());
 }
 
+void saySetAside(const std::string& path, const std::string& name) {
+  std::fprintf(stderr, "[store] konnte %s nicht lesen, aufgehoben als %s\n", path.c_str(), name.c_str());
+}
+
 // Whether no document is there, nor anything that may hold one: not so when it cannot be found out. A pipe
 // holds nothing, and is replaced like a file.
 bool isMissing(const std::string& path) {
@@ -26,45 +30,59 @@ bool isMissing(const std::string& path) {
   return type == std::filesystem::file_type::not_found || type == std::filesystem::file_type::fifo;
 }
 
-// Nothing when the document is there but cannot be read.
-std::optional<js::Value> tryRead(const std::string& path) {
-  js::Value doc;
-  if (js::parseFile(path, &doc)) return doc;
-  if (!isMissing(path)) return std::nullopt;
-  const std::string temporary = js::temporaryPath(path);
-  if (js::parseFile(temporary, &doc) || isMissing(temporary)) return doc;
-  return std::nullopt;
+// False when the document is there but cannot be read. Null without one.
+bool tryRead(const std::string& path, js::Value& document) {
+  if (js::parseFile(path, &document)) return true;
+  if (!isMissing(path)) return false;
+  return !js::hasTemporary(path) || js::parseFile(js::temporaryPath(path), &document);
+}
+
+// What fails once may have been disturbed; what fails twice will go on failing.
+bool read(const std::string& path, js::Value& document) {
+  return tryRead(path, document) || tryRead(path, document);
+}
+
+// A name beside the file that nothing has yet; empty when none can be found.
+std::string freeName(const std::string& path) {
+  for (int n = 1;; ++n) {
+    std::string name = path + ".unread" + std::to_string(n);
+    std::error_code error;
+    const auto type = std::filesystem::symlink_status(name, error).type();
+    if (type == std::filesystem::file_type::not_found) return name;
+    if (type == std::filesystem::file_type::none) return "";
+  }
 }
 
 }  // namespace
 
-js::Value readFile(const std::string& name) { return tryRead(filePath(name)).value_or(js::Value()); }
-
-std::optional<js::Value> readFileToChange(const std::string& name) {
-  std::optional<js::Value> doc = tryRead(filePath(name));
-  if (!doc) sayNotWritten(filePath(name));
-  return doc;
+js::Value readFile(const std::string& name) {
+  js::Value document;
+  read(filePath(name), document);
+  return document;
 }
 
-bool writeFile(const std::string& name, const js::Value& doc) {
+FileChange::FileChange(const std::string& fileName)
+    : path(filePath(fileName)), isReadable(read(path, document)) {}
+
+bool FileChange::writeFile(const js::Value& doc) const {
   paths::ensureDir(dataDir());
-  const std::string path = filePath(name);
-  const bool written = js::writeFileAtomic(path, doc);
+  const std::string aside = isReadable ? "" : freeName(path);
+  const bool written = (isReadable || !aside.empty()) && js::writeFileAtomic(path, doc, aside);
   if (!written) sayNotWritten(path);
+  if (written && !isReadable) saySetAside(path, aside);
   return written;
+}
+
+js::Value FileChange::stored() const {
+  js::Value now;
+  read(path, now);
+  return now;
 }
 
 js::Value valueOf(const std::string& s) {
   js::Value v;
   v.kind = js::Value::String;
   v.s = s;
-  return v;
-}
-
-js::Value valueOf(bool b) {
-  js::Value v;
-  v.kind = js::Value::Bool;
-  v.b = b;
   return v;
 }
 

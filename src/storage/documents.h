@@ -1,4 +1,4 @@
-// documents.h: what all records need of their documents: reading and writing them by bare file name in the
+// documents.h: what all records need of their documents: reading and changing them by bare file name in the
 // data directory, making values, and taking integers out of them. For this folder alone; knows no record.
 #pragma once
 
@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <limits>
 #include <map>
-#include <optional>
 #include <string>
 #include <type_traits>
 
@@ -18,23 +17,39 @@ namespace store {
 // old file and renaming the new one has left the new one under its temporary name; that one is read then.
 js::Value readFile(const std::string& name);
 
-// The same for a change that keeps part of what it reads: nothing when the file is there but cannot be read,
-// as it must not be replaced then. That is said on standard error.
-std::optional<js::Value> readFileToChange(const std::string& name);
+// A file from the reading of its old document to the writing of the new one.
+class FileChange {
+ public:
+  explicit FileChange(const std::string& fileName);
 
-// Makes the directory too. False on a failure, which is said on standard error.
-bool writeFile(const std::string& name, const js::Value& doc);
+  // As readFile gives it.
+  const js::Value& old() const { return document; }
+  // False on a failure, which is said on standard error. An old file that could not be read is not lost: it
+  // is set aside under a name of its own, which is said too.
+  bool writeFile(const js::Value& doc) const;
+  // What is stored now: after a failure that may be the old document or the new one.
+  js::Value stored() const;
 
-js::Value valueOf(const std::string& s);
-js::Value valueOf(bool b);
-// Integers are exact up to 2^53, which as milliseconds is 285,000 years.
+ private:
+  std::string path;
+  js::Value document;
+  bool isReadable;
+};
+
+// Booleans, and numbers: integers are exact up to 2^53, which as milliseconds is 285,000 years.
 template <class Number>
 requires std::is_arithmetic_v<Number> js::Value valueOf(Number n) {
   js::Value v;
-  v.kind = js::Value::Number;
-  v.n = static_cast<double>(n);
+  if constexpr (std::is_same_v<Number, bool>) {
+    v.kind = js::Value::Bool;
+    v.b = n;
+  } else {
+    v.kind = js::Value::Number;
+    v.n = static_cast<double>(n);
+  }
   return v;
 }
+js::Value valueOf(const std::string& s);
 js::Value objectOf(std::map<std::string, js::Value> members);
 
 // A number without its fraction, beyond Int's range the nearer end of it; 0 for nan and for every other kind.

@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -342,16 +341,27 @@ struct Writing {
 // --- files ---
 
 // A write that was cut off between removing and renaming has left the only whole copy under the temporary
-// name. The next write empties that file first: cut off as well, it would leave nothing. False when the copy
+// name. The next write removes that file first: cut off as well, it would leave nothing. False when the copy
 // cannot be brought to safety.
 bool finishCutOffWrite(const std::string& temporary, const std::string& path) {
   std::error_code error;
   if (std::filesystem::exists(path, error)) return true;
   if (error) return false;
+  if (!hasTemporary(path)) return true;
   // What failed earlier, on a full disk, is no copy of anything.
   if (Value left; parseFile(temporary, &left) && left.kind == Value::Null) return true;
   std::filesystem::rename(temporary, path, error);
   return !error || error == std::errc::no_such_file_or_directory;
+}
+
+// The file must be a new one, so that nothing is written through a link or into a pipe.
+bool writeNewFile(const std::string& path, const std::string& text) {
+  std::remove(path.c_str());
+  std::FILE* const file = std::fopen(path.c_str(), "wbx");
+  if (file == nullptr) return false;
+  const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
+  // A full disk may show itself only now, when the buffer is written.
+  return std::fclose(file) == 0 && written;
 }
 
 }  // namespace
@@ -449,16 +459,21 @@ bool parseFile(const std::string& path, Value* out) {
 
 std::string temporaryPath(const std::string& path) { return path + ".tmp"; }
 
-bool writeFileAtomic(const std::string& path, const Value& v) {
+bool hasTemporary(const std::string& path) {
+  using std::filesystem::file_type;
+  std::error_code error;
+  const file_type type = std::filesystem::symlink_status(temporaryPath(path), error).type();
+  return type == file_type::regular || type == file_type::none;
+}
+
+bool writeFileAtomic(const std::string& path, const Value& v, const std::string& keepOldAs) {
   const std::string temporary = temporaryPath(path);
-  if (!finishCutOffWrite(temporary, path) || !paths::removePipe(temporary)) return false;
-  std::ofstream file(temporary, std::ios::binary | std::ios::trunc);
-  if (!file) return false;
-  file << v.dump();
-  // A full disk may show itself only now, when the buffer is written.
-  file.close();
-  if (!file) return false;
-  std::remove(path.c_str());
+  if (!finishCutOffWrite(temporary, path) || !writeNewFile(temporary, v.dump())) return false;
+  if (keepOldAs.empty()) {
+    std::remove(path.c_str());
+  } else if (std::rename(path.c_str(), keepOldAs.c_str()) != 0) {
+    return false;
+  }
   return std::rename(temporary.c_str(), path.c_str()) == 0;
 }
 

@@ -58,10 +58,15 @@ bool parseFile(const std::string& path, Value* out);
 // The name under which writeFileAtomic prepares the new contents of `path`.
 std::string temporaryPath(const std::string& path);
 
-// Writes `v` to the temporary file, and then puts it in the place of the old one.
+// Whether something under the temporary name may be such contents: a plain file, or what cannot be found out.
+// Nothing else there is ours, a link least of all.
+bool hasTemporary(const std::string& path);
+
+// Writes `v` to the temporary file, made anew whatever was there, and then puts it in the place of the old
+// one, which is renamed to `keepOldAs`, or removed if that is empty.
 // False when that fails; the old file is touched only after the new one was written completely. Killed at any
 // moment, it leaves the old or the new one under `path`, or, that missing, the new one under the temporary
-// name.
-bool writeFileAtomic(const std::string& path, const Value& v);
+// name; so does a renaming that fails.
+bool writeFileAtomic(const std::string& path, const Value& v, const std::string& keepOldAs = "");
 
 }  // namespace js

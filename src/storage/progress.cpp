@@ -15,8 +15,6 @@ constexpr const char* kProgressFile = "progress.json";
 // By level number in decimal.
 using Bests = std::map<std::string, js::Value>;
 
-js::Value progressDoc() { return readFile(kProgressFile); }
-
 Bests bestsOf(const js::Value& doc) { return doc["bests"].o; }
 
 Progress progressOf(const js::Value& doc) {
@@ -24,10 +22,10 @@ Progress progressOf(const js::Value& doc) {
           .totalSolves = std::max(doc["totalSolves"].asInt(0), 0)};
 }
 
-void writeProgressDoc(const Progress& progress, Bests bests) {
-  writeFile(kProgressFile, objectOf({{"currentLevel", valueOf(progress.currentLevel)},
-                                     {"totalSolves", valueOf(progress.totalSolves)},
-                                     {"bests", objectOf(std::move(bests))}}));
+void write(const FileChange& file, const Progress& progress, Bests bests) {
+  file.writeFile(objectOf({{"currentLevel", valueOf(progress.currentLevel)},
+                           {"totalSolves", valueOf(progress.totalSolves)},
+                           {"bests", objectOf(std::move(bests))}}));
 }
 
 LevelBest bestOf(const js::Value& doc, int level) {
@@ -46,37 +44,37 @@ LevelBest merged(const LevelBest& old, const LevelBest& result) {
 
 }  // namespace
 
-Progress loadProgress() { return progressOf(progressDoc()); }
+Progress loadProgress() { return progressOf(readFile(kProgressFile)); }
 
 void saveProgress(const Progress& progress) {
-  if (const auto doc = readFileToChange(kProgressFile)) writeProgressDoc(progress, bestsOf(*doc));
+  const FileChange file(kProgressFile);
+  write(file, progress, bestsOf(file.old()));
 }
 
 Progress advanceLevel(int level) {
-  const auto doc = readFileToChange(kProgressFile);
-  Progress progress = doc ? progressOf(*doc) : Progress();
+  const FileChange file(kProgressFile);
+  Progress progress = progressOf(file.old());
   if (level >= progress.currentLevel) progress.currentLevel = std::min(progress.currentLevel + 1, kLastLevel);
   if (progress.totalSolves < std::numeric_limits<int>::max()) ++progress.totalSolves;
-  if (doc) writeProgressDoc(progress, bestsOf(*doc));
+  write(file, progress, bestsOf(file.old()));
   return progress;
 }
 
 Progress resetProgress() {
   const Progress start;
-  writeProgressDoc(start, {});
+  write(FileChange(kProgressFile), start, {});
   return start;
 }
 
-LevelBest bestFor(int level) { return bestOf(progressDoc(), level); }
+LevelBest bestFor(int level) { return bestOf(readFile(kProgressFile), level); }
 
 LevelBest recordBest(int level, const LevelBest& result) {
-  const auto doc = readFileToChange(kProgressFile);
-  if (!doc) return result;
-  const LevelBest best = merged(bestOf(*doc, level), result);
-  Bests bests = bestsOf(*doc);
+  const FileChange file(kProgressFile);
+  const LevelBest best = merged(bestOf(file.old(), level), result);
+  Bests bests = bestsOf(file.old());
   bests[std::to_string(level)] = objectOf(
       {{"stars", valueOf(best.stars)}, {"aids", valueOf(best.aids)}, {"elapsedMs", valueOf(best.elapsedMs)}});
-  writeProgressDoc(progressOf(*doc), std::move(bests));
+  write(file, progressOf(file.old()), std::move(bests));
   return best;
 }
 

@@ -85,12 +85,11 @@ mj::GameState gameOf(const js::Value& doc, const std::vector<mj::Slot>& slots) {
 }  // namespace
 
 void saveGame(const SavedGame& saved) {
-  const auto old = readFileToChange(kGameFile);
-  if (!old) return;
+  const FileChange file(kGameFile);
   // What else a file holds may be a later version's.
-  js::Value doc = objectOf(old->o);
+  js::Value doc = objectOf(file.old().o);
   doc.o[kMember] = gameDoc(saved);
-  writeFile(kGameFile, doc);
+  file.writeFile(doc);
 }
 
 SavedGame loadGame() {
@@ -110,10 +109,11 @@ SavedGame loadGame() {
 }
 
 void clearGame() {
-  auto doc = readFileToChange(kGameFile);
-  if (!doc || doc->kind != js::Value::Object) return;
-  doc->o.erase(kMember);
-  writeFile(kGameFile, *doc);
+  const FileChange file(kGameFile);
+  if (file.old().kind != js::Value::Object) return;
+  js::Value doc = file.old();
+  doc.o.erase(kMember);
+  file.writeFile(doc);
 }
 
 }  // namespace store

@@ -1,6 +1,7 @@
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstddef>
-#include <cstdio>
 #include <random>
 #include <string>
 #include <string_view>
@@ -41,11 +42,11 @@ SolveEntry entryOf(const js::Value& doc) {
           .aids = doc["aids"].asInt(0)};
 }
 
-bool writeSolves(const std::vector<SolveEntry>& solves) {
+js::Value solvesDoc(const std::vector<SolveEntry>& solves) {
   js::Value doc;
   doc.kind = js::Value::Array;
   for (const SolveEntry& entry : solves) doc.a.push_back(entryDoc(entry));
-  return writeFile(kSolvesFile, doc);
+  return doc;
 }
 
 // Those with an id.
@@ -59,11 +60,6 @@ std::vector<SolveEntry> solvesOf(const js::Value& doc) {
   return solves;
 }
 
-// A picture that cannot be deleted stays, and harms nobody.
-void removeShot(const SolveEntry& entry) {
-  if (const std::string path = shotPath(entry); !path.empty()) std::remove(path.c_str());
-}
-
 // By more stars, then by less time, then by fewer aids.
 bool isBetter(const SolveEntry& entry, const SolveEntry& old) {
   return std::tie(old.stars, entry.elapsedMs, entry.aids) < std::tie(entry.stars, old.elapsedMs, old.aids);
@@ -75,49 +71,65 @@ bool isPlainName(const std::string& name) {
   return !name.empty() && name != "." && name != ".." && name.find_first_of(kNotInNames) == std::string::npos;
 }
 
+// Writes the list, and deletes those of the pictures that no listed solve needs: not before the file says so,
+// and after a failure not those that the file still names. A picture that cannot be deleted stays, and harms
+// nobody; a directory is no picture.
+void write(const FileChange& file, const std::vector<SolveEntry>& solves,
+           const std::vector<SolveEntry>& dropped) {
+  const bool written = file.writeFile(solvesDoc(solves));
+  const std::vector<SolveEntry> stored = written ? solves : solvesOf(file.stored());
+  for (const SolveEntry& entry : dropped) {
+    const bool isNeeded = std::any_of(stored.begin(), stored.end(),
+                                      [&](const SolveEntry& other) { return other.shot == entry.shot; });
+    if (const std::string path = shotPath(entry); !isNeeded && !path.empty()) unlink(path.c_str());
+  }
+}
+
+// Removes the first solve of which this is true.
+template <class Predicate>
+void removeSolve(const Predicate& isMeant) {
+  const FileChange file(kSolvesFile);
+  std::vector<SolveEntry> solves = solvesOf(file.old());
+  std::vector<SolveEntry> dropped;
+  if (const auto found = std::find_if(solves.begin(), solves.end(), isMeant); found != solves.end()) {
+    dropped.push_back(*found);
+    solves.erase(found);
+  }
+  write(file, solves, dropped);
+}
+
 }  // namespace
 
 std::vector<SolveEntry> listSolves() { return solvesOf(readFile(kSolvesFile)); }
 
-// A picture goes only when the file no longer needs it.
 void recordSolve(const SolveEntry& entry) {
-  const auto doc = readFileToChange(kSolvesFile);
-  if (!doc) return;
-  std::vector<SolveEntry> solves = solvesOf(*doc);
-  SolveEntry dropped;
+  const FileChange file(kSolvesFile);
+  std::vector<SolveEntry> solves = solvesOf(file.old());
+  std::vector<SolveEntry> dropped = {entry};  // unless it is listed afterwards
   const auto old = std::find_if(solves.begin(), solves.end(),
                                 [&](const SolveEntry& solve) { return solve.level == entry.level; });
   if (old == solves.end()) {
     solves.insert(solves.begin(), entry);
   } else if (isBetter(entry, *old)) {
-    if (old->shot != entry.shot) dropped = *old;
+    dropped.push_back(*old);
     *old = entry;
     std::rotate(solves.begin(), old, old + 1);
-  } else {
-    dropped = entry;
   }
   if (solves.size() > kMostSolves) solves.resize(kMostSolves);
-  if (writeSolves(solves)) removeShot(dropped);
+  write(file, solves, dropped);
 }
 
 void deleteSolve(const std::string& id) {
-  const auto doc = readFileToChange(kSolvesFile);
-  if (!doc) return;
-  std::vector<SolveEntry> solves = solvesOf(*doc);
-  const auto found =
-      std::find_if(solves.begin(), solves.end(), [&](const SolveEntry& solve) { return solve.id == id; });
-  SolveEntry dropped;
-  if (found != solves.end()) {
-    dropped = *found;
-    solves.erase(found);
-  }
-  if (writeSolves(solves)) removeShot(dropped);
+  removeSolve([&](const SolveEntry& solve) { return solve.id == id; });
+}
+
+void deleteSolve(const SolveEntry& entry) {
+  removeSolve([&](const SolveEntry& solve) { return solve == entry; });
 }
 
 void clearAllSolves() {
-  const std::vector<SolveEntry> solves = listSolves();
-  if (!writeSolves({})) return;
-  for (const SolveEntry& solve : solves) removeShot(solve);
+  const FileChange file(kSolvesFile);
+  write(file, {}, solvesOf(file.old()));
 }
 
 std::string newSolveId() {

@@ -60,16 +60,17 @@ Settings loadSettings() {
 }
 
 void saveSettings(const Settings& settings) {
-  writeFile(kSettingsFile, objectOf({{"language", valueOf(settings.language)},
-                                     {"soundOn", valueOf(settings.soundOn)},
-                                     {"musicVolume", valueOf(settings.musicVolume)},
-                                     {"sfxVolume", valueOf(settings.sfxVolume)},
-                                     {"fullscreen", valueOf(settings.fullscreen)},
-                                     {"maximized", valueOf(settings.maximized)},
-                                     {"windowX", valueOf(settings.windowX)},
-                                     {"windowY", valueOf(settings.windowY)},
-                                     {"windowW", valueOf(settings.windowW)},
-                                     {"windowH", valueOf(settings.windowH)}}));
+  FileChange(kSettingsFile)
+      .writeFile(objectOf({{"language", valueOf(settings.language)},
+                           {"soundOn", valueOf(settings.soundOn)},
+                           {"musicVolume", valueOf(settings.musicVolume)},
+                           {"sfxVolume", valueOf(settings.sfxVolume)},
+                           {"fullscreen", valueOf(settings.fullscreen)},
+                           {"maximized", valueOf(settings.maximized)},
+                           {"windowX", valueOf(settings.windowX)},
+                           {"windowY", valueOf(settings.windowY)},
+                           {"windowW", valueOf(settings.windowW)},
+                           {"windowH", valueOf(settings.windowH)}}));
 }
 
 int computeStars(int aids) {

@@ -1,7 +1,9 @@
 // storage.h: the records that outlive a run, and the files they are kept in. Knows nothing of the window or
 // the screens. Reading never fails: what is missing, damaged or of a wrong kind reads as its default. Writing
-// replaces a whole file; when it fails, or when what is to be kept of the old file cannot be read, one line
-// on standard error says so, the old file stays, and the game goes on. Main thread only.
+// replaces a whole file. When it fails, one line on standard error says so and the game goes on: the old file
+// stays, unless it was but the last step that failed, the renaming; then the new one is read under its
+// temporary name. A file that cannot even be read is set aside by the next write, under a name of its own,
+// which one line says too. Main thread only.
 #pragma once
 
 #include <cstdint>
@@ -72,13 +74,13 @@ Progress loadProgress();
 // Stores the two numbers as they are given, beside the best results, which stay.
 void saveProgress(const Progress& progress);
 // Counts one more solve, at most INT_MAX; solving the highest level, or one beyond it, opens one more. Gives
-// what is now stored.
+// what is now to be stored, also if writing it failed.
 Progress advanceLevel(int level);
-// Forgets progress and best results; gives those of a first start.
+// Forgets progress and best results; gives those of a first start, also if writing them failed.
 Progress resetProgress();
 LevelBest bestFor(int level);
 // Betters each part of the level's best on its own: more stars, fewer aids, less time. The first solve's aids
-// and the first time are taken whatever they are. Gives what is now stored.
+// and the first time are taken whatever they are. Gives what is now to be stored, also if writing it failed.
 LevelBest recordBest(int level, const LevelBest& result);
 
 // A game that was left, kept in save.json: everything that continuing it needs.
@@ -101,7 +103,7 @@ void saveGame(const SavedGame& saved);
 // times beyond their range become the nearest number in it. That faces are known, form pairs and agree with
 // the history is for the caller to see.
 SavedGame loadGame();
-// Afterwards there is none, unless the file cannot be read or written.
+// Afterwards there is none, unless the file cannot be written.
 void clearGame();
 
 // A solved board of the gallery, kept in solves.json: one for each level, the newest first, at most 200.
@@ -122,10 +124,13 @@ struct SolveEntry {
 
 std::vector<SolveEntry> listSolves();
 // Adds a solve if it is the level's first or betters the one that is there: by stars, then time, then aids.
-// The picture of the worse one is deleted. An entry beyond the 200th is forgotten, its picture stays.
+// The picture of the worse one is deleted, and the new one's if it could not be recorded. An entry beyond the
+// 200th is forgotten, its picture stays.
 void recordSolve(const SolveEntry& entry);
-// Removes the solve and its picture; an unknown id removes nothing.
+// Removes the first solve with this id, or the first that is this one in every field, and its picture, if no
+// other solve has the same. An unknown one removes nothing.
 void deleteSolve(const std::string& id);
+void deleteSolve(const SolveEntry& entry);
 // Removes all of them and their pictures.
 void clearAllSolves();
 // The time in milliseconds, "_" and a random number below 100000: two solves never share one in practice.

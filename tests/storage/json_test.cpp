@@ -60,6 +60,16 @@ Value valid(const std::string& text) {
   return v;
 }
 
+// Whether writing succeeds, "0" or "1", in a process of which no file may have a byte.
+std::string writtenWithoutRoom(const std::string& path, const Value& v) {
+  return support::inOwnProcess([&] {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit nothing = {};
+    setrlimit(RLIMIT_FSIZE, &nothing);
+    return std::to_string(js::writeFileAtomic(path, v));
+  });
+}
+
 std::string textOf(const std::string& text) { return valid('"' + text + '"').s; }
 
 bool isValid(const std::string& text) { return js::parse(text).kind != Value::Null; }
@@ -375,9 +385,45 @@ TEST(JsonFile, InAMissingDirectoryIsNotWritten) {
 TEST(JsonFile, StaysAsItWasWhenTheDiskIsFull) {
   const support::TempDir dir;
   const std::string path = dir.makeFile("a.json", "old");
-  std::filesystem::create_symlink("/dev/full", path + ".tmp");
-  EXPECT_FALSE(js::writeFileAtomic(path, number(1)));
+  EXPECT_EQ(writtenWithoutRoom(path, number(1)), "0");
   EXPECT_EQ(support::readAll(path), "old");
+}
+
+TEST(JsonFile, IsNotWrittenThroughALinkUnderTheTemporaryName) {
+  const support::TempDir dir;
+  const std::string others = dir.makeFile("others", "kept");
+  const std::string path = dir.makeFile("a.json", "old");
+  std::filesystem::create_symlink(others, path + ".tmp");
+  EXPECT_TRUE(js::writeFileAtomic(path, number(1)));
+  EXPECT_EQ(support::readAll(path), "1");
+  EXPECT_FALSE(std::filesystem::is_symlink(path));
+  EXPECT_EQ(support::readAll(others), "kept");
+}
+
+// A link that led nowhere good, or an empty directory, stopped all saving.
+TEST(JsonFile, IsWrittenWhateverStandsUnderTheTemporaryName) {
+  const support::TempDir dir;
+  const std::string path = dir.path("a.json");
+  const std::string temporary = path + ".tmp";
+  for (const char* target : {"/dev/full", "/dev/zero", "nowhere/file", "a.json.tmp"}) {
+    std::filesystem::create_symlink(target, temporary);
+    EXPECT_TRUE(js::writeFileAtomic(path, string(target))) << target;
+    EXPECT_EQ(support::readAll(path), string(target).dump());
+    std::filesystem::remove(path);
+  }
+  std::filesystem::create_directory(temporary);
+  EXPECT_TRUE(js::writeFileAtomic(path, number(1)));
+  EXPECT_EQ(support::readAll(path), "1");
+}
+
+TEST(JsonFile, IsKeptUnderTheNameGivenForIt) {
+  const support::TempDir dir;
+  const std::string path = dir.makeFile("a.json", "old");
+  EXPECT_TRUE(js::writeFileAtomic(path, number(1), dir.path("kept")));
+  EXPECT_EQ(support::readAll(path), "1");
+  EXPECT_EQ(support::readAll(dir.path("kept")), "old");
+  EXPECT_FALSE(js::writeFileAtomic(path, number(2), dir.path("none/kept")));
+  EXPECT_EQ(support::readAll(path), "1");
 }
 
 // An empty file took the place of the one that could not be written.
@@ -385,13 +431,7 @@ TEST(JsonFile, IsNotWhatAFailedFirstWriteHasLeft) {
   const support::TempDir dir;
   dir.makeFile("a.json.tmp", "{\"half\":");
   const std::string path = dir.path("a.json");
-  support::inOwnProcess([&] {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit nothing = {};
-    setrlimit(RLIMIT_FSIZE, &nothing);
-    js::writeFileAtomic(path, number(5));
-    return std::string();
-  });
+  EXPECT_EQ(writtenWithoutRoom(path, number(5)), "0");
   EXPECT_FALSE(std::filesystem::exists(path));
   EXPECT_TRUE(js::writeFileAtomic(path, number(5)));
   EXPECT_EQ(support::readAll(path), "5");
@@ -402,13 +442,7 @@ TEST(JsonFile, WrittenAfterACutOffWriteIsNotLostByAFailure) {
   const support::TempDir dir;
   const std::string path = dir.path("a.json");
   dir.makeFile("a.json.tmp", "1");
-  const std::string written = support::inOwnProcess([&] {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit none = {};
-    setrlimit(RLIMIT_FSIZE, &none);
-    return std::to_string(js::writeFileAtomic(path, number(2)));
-  });
-  EXPECT_EQ(written, "0");
+  EXPECT_EQ(writtenWithoutRoom(path, number(2)), "0");
   EXPECT_EQ(support::readAll(path), "1");
   EXPECT_TRUE(js::writeFileAtomic(path, number(3)));
   EXPECT_EQ(support::readAll(path), "3");

@@ -172,12 +172,20 @@ TEST(AdvanceLevel, KeepsTheBestResults) {
   EXPECT_EQ(store::bestFor(1), (LevelBest{3, 0, 5000}));
 }
 
-// A file that could not be read for a moment was replaced by a first start's.
-TEST(AdvanceLevel, LeavesAFileAloneThatCannotBeRead) {
+// What could not be read stopped all saving for ever.
+TEST(AdvanceLevel, SetsAsideWhatCannotBeReadAndIsKeptItself) {
   const DataHome home;
-  std::filesystem::create_directories(home.path(kProgressFile));
+  home.write(kProgressFile + std::string("/somebodys"), "kept");
   EXPECT_EQ(store::advanceLevel(1), (Progress{2, 1}));
-  EXPECT_TRUE(std::filesystem::is_directory(home.path(kProgressFile)));
+  EXPECT_EQ(store::loadProgress(), (Progress{2, 1}));
+  EXPECT_EQ(home.text(kProgressFile + std::string(".unread1/somebodys")), "kept");
+}
+
+TEST(LoadProgress, SetsNothingAside) {
+  const DataHome home;
+  home.write(kProgressFile + std::string("/somebodys"), "kept");
+  EXPECT_EQ(store::loadProgress(), Progress());
+  EXPECT_TRUE(home.has(kProgressFile + std::string("/somebodys")));
 }
 
 TEST(ResetProgress, ForgetsEverything) {

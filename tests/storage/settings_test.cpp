@@ -166,9 +166,25 @@ TEST(SaveSettings, WritesOneLineOfTenMembersInTheOrderOfTheirNames) {
 TEST(SaveSettings, SaysSoWhenItFailsAndKeepsTheOldFile) {
   const support::TempDir home;
   const std::string path = home.makeFile(kSettingsFile, "{}");
-  std::filesystem::create_symlink("/dev/full", path + ".tmp");
+  home.makeFile(std::string(kSettingsFile) + ".tmp/somebodys", "");  // no file can be made there
   EXPECT_EQ(savedTo(home.path(), Settings()), "[store] konnte " + path + " nicht schreiben\n");
   EXPECT_EQ(support::readAll(path), "{}");
+}
+
+// Said once: afterwards there is a file that can be read.
+TEST(SaveSettings, SetsAsideWhatCannotBeRead) {
+  const support::TempDir home;
+  const std::string path = home.path(kSettingsFile);
+  for (const std::string name : {"1", "2"}) {
+    home.makeFile(std::string(kSettingsFile) + "/kept", name);
+    const std::string aside = path + ".unread" + name;
+    EXPECT_EQ(savedTo(home.path(), everythingChanged()),
+              "[store] konnte " + path + " nicht lesen, aufgehoben als " + aside + "\n");
+    EXPECT_EQ(loadedFrom(home.path()), textOf(everythingChanged()));
+    EXPECT_EQ(savedTo(home.path(), everythingChanged()), "");
+    EXPECT_EQ(support::readAll(aside + "/kept"), name);
+    std::filesystem::remove(path);
+  }
 }
 
 TEST(SaveSettings, SaysSoWithoutADirectory) {

@@ -275,12 +275,20 @@ TEST(RecordSolve, KeepsAPictureThatTheBetterOneSharesWithTheOld) {
 TEST(RecordSolve, KeepsThePicturesWhenTheListCannotBeWritten) {
   const DataHome home;
   const SolveEntry old = record(home, solveOf(1, "old"));
-  std::filesystem::create_symlink("/dev/full", home.path("solves.json.tmp"));
+  home.write("solves.json.tmp/somebodys", "");  // no file can be made there
   record(home, changed(solveOf(1, "better"), [](SolveEntry& e) { e.stars = 3; }));
   store::deleteSolve("old");
   store::clearAllSolves();
   EXPECT_EQ(store::listSolves(), Solves{old});
   EXPECT_TRUE(hasPicture(home, old));
+}
+
+TEST(RecordSolve, DeletesAPictureThatItCannotRecord) {
+  const DataHome home;
+  home.write("solves.json.tmp/somebodys", "");
+  const SolveEntry entry = record(home, solveOf(1, "a"));
+  EXPECT_TRUE(store::listSolves().empty());
+  EXPECT_FALSE(hasPicture(home, entry));
 }
 
 TEST(RecordSolve, ForgetsTheOldestOfMoreThanTwoHundredButKeepsItsPicture) {
@@ -342,6 +350,37 @@ TEST(DeleteSolve, WithoutAPictureRemovesTheSolve) {
   store::recordSolve(changed(solveOf(1, "a"), [](SolveEntry& e) { e.shot = ""; }));
   store::deleteSolve("a");
   EXPECT_EQ(home.text(kSolvesFile), "[]");
+}
+
+// What a damaged file may hold: the gallery meant the second one.
+TEST(DeleteSolve, RemovesTheOneThatIsMeantOfTwoWithOneId) {
+  const DataHome home;
+  const SolveEntry first = solveOf(1, "a");
+  const SolveEntry second = changed(solveOf(2, "a"), [](SolveEntry& e) { e.shot = "second.png"; });
+  for (const SolveEntry& entry : {second, first}) record(home, entry);
+  store::deleteSolve(second);
+  EXPECT_EQ(store::listSolves(), Solves{first});
+  EXPECT_TRUE(hasPicture(home, first));
+  EXPECT_FALSE(hasPicture(home, second));
+}
+
+TEST(DeleteSolve, KeepsAPictureThatAnotherSolveHasToo) {
+  const DataHome home;
+  const SolveEntry first = solveOf(1, "a");
+  const SolveEntry second = changed(solveOf(2, "b"), [](SolveEntry& e) { e.shot = "a.png"; });
+  for (const SolveEntry& entry : {second, first}) record(home, entry);
+  store::deleteSolve("b");
+  EXPECT_TRUE(hasPicture(home, first));
+  store::deleteSolve("a");
+  EXPECT_FALSE(hasPicture(home, first));
+}
+
+TEST(DeleteSolve, OfOneThatHasChangedMeanwhileRemovesNothing) {
+  const DataHome home;
+  const SolveEntry entry = record(home, solveOf(1, "a"));
+  store::deleteSolve(changed(entry, [](SolveEntry& e) { e.stars = 3; }));
+  EXPECT_EQ(store::listSolves(), Solves{entry});
+  EXPECT_TRUE(hasPicture(home, entry));
 }
 
 TEST(ClearAllSolves, RemovesEverySolveAndPicture) {
@@ -418,12 +457,17 @@ TEST(DeleteSolve, NeverDeletesOutsideTheSolvesDirectory) {
   }
 }
 
-TEST(DeleteSolve, DeletesNoDirectorysContent) {
+TEST(DeleteSolve, DeletesNoDirectory) {
   const DataHome home;
   home.write("solves/dir/picture.png", "kept");
-  store::recordSolve(withShot("dir"));
-  store::deleteSolve("a");
+  std::filesystem::create_directory(home.path("solves/empty"));
+  for (const char* name : {"dir", "empty"}) {
+    store::recordSolve(withShot(name));
+    store::deleteSolve("a");
+    EXPECT_TRUE(store::listSolves().empty());
+  }
   EXPECT_TRUE(home.has("solves/dir/picture.png"));
+  EXPECT_TRUE(home.has("solves/empty"));
 }
 
 TEST(ClearAllSolves, NeverDeletesOutsideTheSolvesDirectory) {

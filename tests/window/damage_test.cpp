@@ -192,11 +192,12 @@ TEST(DamagedFiles, LoseNoMoreThanWhatIsDamaged) {
   });
 }
 
-// --- files that cannot be written ---
+// --- files that cannot be written or read ---
 
-// The program plays a fresh game on: a pair can be taken. It names these files as not written, and ends well.
-void expectPlaysUnsaved(const Home& home, const std::vector<std::string>& files,
-                        const Environment& changes = {}) {
+// The program plays a fresh game on: a pair can be taken. It names these files as not written, and no others, and
+// ends well.
+void expectPlaysAFreshGame(const Home& home, const std::vector<std::string>& files,
+                           const Environment& changes = {}) {
   Desktop desktop;
   Environment environment = window::changed(home.environment(), changes);
   Game game(home.command(), desktop, environment);
@@ -223,34 +224,38 @@ TEST(DataDirectory, ThatIsReadOnlyCostsTheFilesButNotTheGame) {
   const Home home;
   home.giveToNobody();
   fs::permissions(home.data(), fs::perms::owner_read | fs::perms::owner_exec);
-  expectPlaysUnsaved(home, {"settings.json", "save.json"});
+  expectPlaysAFreshGame(home, {"settings.json", "save.json"});
   EXPECT_TRUE(fs::is_empty(home.data()));
 }
 
 TEST(DataDirectory, ThatCannotBeMadeCostsTheFilesButNotTheGame) {
   const Home home;
   home.giveToNobody();
-  expectPlaysUnsaved(home, {"settings.json", "save.json"}, {{"XDG_DATA_HOME", "/dev/null/data"}});
+  expectPlaysAFreshGame(home, {"settings.json", "save.json"}, {{"XDG_DATA_HOME", "/dev/null/data"}});
 }
 
-TEST(DataDirectory, WhoseFilesAreDirectoriesCostsThemButNotTheGame) {
+TEST(DataDirectory, WhoseFilesAreDirectoriesHasThemSetAside) {
   const Home home;
   for (const char* file : {"settings.json", "save.json"}) {
     fs::create_directories(home.data() + "/" + file + "/full");
   }
   home.giveToNobody();
-  expectPlaysUnsaved(home, {"settings.json", "save.json"});
-  EXPECT_TRUE(fs::exists(home.data() + "/save.json/full"));
+  expectPlaysAFreshGame(home, {});
+  for (const char* file : {"settings.json", "save.json"}) {
+    EXPECT_TRUE(fs::is_regular_file(home.data() + "/" + file));
+    EXPECT_TRUE(fs::exists(home.data() + "/" + file + ".unread1/full"));
+  }
 }
 
-TEST(SaveFile, ThatCannotBeReadIsLeftToItsOwner) {
+TEST(SaveFile, ThatCannotBeReadIsSetAsideForItsOwner) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can give files to a user of few rights";
   const Home home;
   home.write("save.json", goodSave());
   fs::permissions(home.data() + "/save.json", fs::perms::none);
   home.giveToNobody();
-  expectPlaysUnsaved(home, {"save.json"});
-  EXPECT_EQ(support::readAll(home.data() + "/save.json"), goodSave());
+  expectPlaysAFreshGame(home, {});
+  EXPECT_EQ(support::readAll(home.data() + "/save.json.unread1"), goodSave());
+  EXPECT_TRUE(window::DataFiles(home.data()).hasGame());
 }
 
 }  // namespace
