@@ -6,7 +6,6 @@
 #include <system_error>
 #include <utility>
 
-#include "storage/paths.h"
 #include "storage/storage.h"
 
 namespace store {
@@ -56,6 +55,7 @@ std::string freeName(const std::string& path) {
 }  // namespace
 
 js::Value readFile(const std::string& name) {
+  const DataLock lock(Access::Read);
   js::Value document;
   read(filePath(name), document);
   return document;
@@ -65,7 +65,6 @@ FileChange::FileChange(const std::string& fileName)
     : path(filePath(fileName)), isReadable(read(path, document)) {}
 
 bool FileChange::writeFile(const js::Value& doc) const {
-  paths::ensureDir(dataDir());
   const std::string aside = isReadable ? "" : freeName(path);
   const bool written = (isReadable || !aside.empty()) && js::writeFileAtomic(path, doc, aside);
   if (!written) sayNotWritten(path);

@@ -9,6 +9,7 @@
 #include <string>
 #include <type_traits>
 
+#include "storage/data_lock.h"
 #include "storage/json.h"
 
 namespace store {
@@ -17,7 +18,8 @@ namespace store {
 // old file and renaming the new one has left the new one under its temporary name; that one is read then.
 js::Value readFile(const std::string& name);
 
-// A file from the reading of its old document to the writing of the new one.
+// A file from the reading of its old document to the writing of the new one, while no other program comes in
+// between.
 class FileChange {
  public:
   explicit FileChange(const std::string& fileName);
@@ -31,6 +33,7 @@ class FileChange {
   js::Value stored() const;
 
  private:
+  DataLock lock{Access::Change};
   std::string path;
   js::Value document;
   bool isReadable;

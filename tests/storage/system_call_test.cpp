@@ -16,8 +16,8 @@ namespace {
 using support::DataHome;
 using test::Kind;
 
-const std::vector<std::string> kCalls = {"openat", "read",   "write", "writev",    "close",
-                                         "unlink", "rename", "mkdir", "newfstatat"};
+const std::vector<std::string> kCalls = {"openat", "read",   "write", "writev",     "close",
+                                         "unlink", "rename", "mkdir", "newfstatat", "flock"};
 
 // Whether the machine lets a process trace another; containers often do not.
 bool canTrace() { return std::system("strace -o /dev/null true 2>/dev/null") == 0; }
