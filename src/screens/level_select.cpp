@@ -1,6 +1,5 @@
 #include <cairo.h>
 
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -107,24 +106,23 @@ class LevelSelect : public ui::Screen {
   void drawMiniature(cairo_t* cr, const ui::Rect& rect, const mj::LevelConfig& config, double alpha);
 
   int levelAt(int i) const { return kLevelsPerPage * page + i + 1; }
-  bool isLocked(int i) const { return levelAt(i) > progressLevel; }
+  bool isLocked(int i) const { return levelAt(i) > career.progress.currentLevel; }
+  // The best on the level; 0: not solved yet.
+  int starsAt(int i) const { return career.bests[static_cast<std::size_t>(levelAt(i) - 1)].stars; }
 
-  int progressLevel;
-  int page = 0;
-  std::array<int, kLevelsPerPage> stars{};  // the best on each level of the page; 0: not solved yet
+  const store::Career career = store::loadCareer();
+  int page;
   double scroll = 0;
   // By layout, which the level tells, and size in device pixels.
   std::map<std::string, ui::CairoSurface> miniatures;
 };
 
-LevelSelect::LevelSelect() : progressLevel(store::loadProgress().currentLevel) {
-  turnTo(lastPage() >= 0 ? lastPage() : pageOf(progressLevel));
-}
+LevelSelect::LevelSelect() : page(lastPage() >= 0 ? lastPage() : pageOf(career.progress.currentLevel)) {}
 
 void LevelSelect::update(ui::Ctx& ctx) {
   std::optional<int> chosen;
   const bool left = listFrame(ctx, mj::tableThemeForStage(page), i18n::tr("levels.headline"), false, [&] {
-    chosen = pageChips(ctx, page, pageOf(progressLevel));
+    chosen = pageChips(ctx, page, pageOf(career.progress.currentLevel));
     cards(ctx);
   });
   if (left) return ui::Game::instance().pop();
@@ -135,9 +133,6 @@ void LevelSelect::turnTo(int newPage) {
   page = newPage;
   scroll = 0;
   ui::gpuDropTextures(kCardKey, ui::kKeepNone);
-  for (int i = 0; i < kLevelsPerPage; ++i) {
-    stars[static_cast<std::size_t>(i)] = store::bestFor(levelAt(i)).stars;
-  }
 }
 
 void LevelSelect::cards(ui::Ctx& ctx) {
@@ -166,9 +161,8 @@ void LevelSelect::card(ui::Ctx& ctx, const ui::Rect& rect, int i) {
 }
 
 std::string LevelSelect::cardKey(int i) const {
-  const std::string won = std::to_string(stars[static_cast<std::size_t>(i)]);
-  return kCardKey + std::to_string(levelAt(i)) + "|" + won + (isLocked(i) ? "|locked|" : "|open|") +
-         i18n::currentLanguage();
+  return kCardKey + std::to_string(levelAt(i)) + "|" + std::to_string(starsAt(i)) +
+         (isLocked(i) ? "|locked|" : "|open|") + i18n::currentLanguage();
 }
 
 void LevelSelect::paintCard(cairo_t* cr, const ui::Rect& rect, int i) {
@@ -184,8 +178,7 @@ void LevelSelect::drawTexts(cairo_t* cr, const LevelCardLayout& layout, int i) c
   ui::drawTextIn(cr, layout.label, counted("playing.levelLabel", config.level), kLabelStyle);
   ui::drawTextIn(cr, layout.tiles, counted("levels.tileCount", config.tiles), kFactStyle);
   ui::drawTextIn(cr, layout.layers, counted("levels.layers", config.layers), kFactStyle);
-  const int won = stars[static_cast<std::size_t>(i)];
-  if (won > 0) ui::starsInline(cr, layout.starsX, layout.starsY, won, kCardStarRadius);
+  if (starsAt(i) > 0) ui::starsInline(cr, layout.starsX, layout.starsY, starsAt(i), kCardStarRadius);
 }
 
 void LevelSelect::drawMiniature(cairo_t* cr, const ui::Rect& rect, const mj::LevelConfig& config,

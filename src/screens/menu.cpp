@@ -50,8 +50,7 @@ ui::GameState playing(int level, std::uint32_t deal) {
 
 // The game that was left, if it can be played on; else the highest level, dealt as on its first play.
 ui::GameState gameToContinue() {
-  const store::SavedGame saved = store::loadGame();
-  if (saved.valid && resumableGame(saved.level, saved.seed)) return playing(saved.level, saved.seed);
+  if (const auto saved = resumableGame()) return playing(saved->level, saved->seed);
   const int level = store::loadProgress().currentLevel;
   return playing(level, static_cast<std::uint32_t>(level));
 }

@@ -29,15 +29,21 @@ void repairHistory(mj::GameState& game) {
 
 }  // namespace
 
-std::optional<store::SavedGame> resumableGame(int level, std::uint32_t deal) {
+std::optional<store::SavedGame> resumableGame() {
   store::SavedGame saved = store::loadGame();
-  if (!saved.valid || saved.level != level || saved.seed != deal || mj::isSolved(saved.game)) return {};
+  if (!saved.valid || mj::isSolved(saved.game)) return {};
   mj::GameState& game = saved.game;
   if (!mj::isFree(game, game.selected)) game.selected = -1;
   game.hints = std::min(game.hints, kMaxAids);
   game.shuffles = std::min(game.shuffles, kMaxAids);
   repairHistory(game);
   saved.elapsedMs = std::clamp<std::int64_t>(saved.elapsedMs, 0, kMaxElapsedMs);
+  return saved;
+}
+
+std::optional<store::SavedGame> resumableGame(int level, std::uint32_t deal) {
+  auto saved = resumableGame();
+  if (saved && (saved->level != level || saved->seed != deal)) saved.reset();
   return saved;
 }
 

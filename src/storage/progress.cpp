@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstddef>
 #include <limits>
 #include <map>
 #include <string>
@@ -67,6 +68,15 @@ Progress resetProgress() {
 }
 
 LevelBest bestFor(int level) { return bestOf(readFile(kProgressFile), level); }
+
+Career loadCareer() {
+  const js::Value doc = readFile(kProgressFile);
+  Career career = {.progress = progressOf(doc), .bests = {}};
+  for (int level = 1; level <= kLastLevel; ++level) {
+    career.bests[static_cast<std::size_t>(level - 1)] = bestOf(doc, level);
+  }
+  return career;
+}
 
 LevelBest recordBest(int level, const LevelBest& result) {
   const FileChange file(kProgressFile);

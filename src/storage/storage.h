@@ -6,6 +6,7 @@
 // which one line says too. Main thread only.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -82,6 +83,13 @@ LevelBest bestFor(int level);
 // Betters each part of the level's best on its own: more stars, fewer aids, less time. The first solve's aids
 // and the first time are taken whatever they are. Gives what is now to be stored, also if writing it failed.
 LevelBest recordBest(int level, const LevelBest& result);
+
+// Progress and the best of every level, the first one's at the front, from one reading of their file.
+struct Career {
+  Progress progress;
+  std::array<LevelBest, kLastLevel> bests;
+};
+Career loadCareer();
 
 // A game that was left, kept in save.json: everything that continuing it needs.
 struct SavedGame {

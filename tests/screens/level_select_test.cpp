@@ -24,6 +24,7 @@
 #include "screens/screens.h"
 #include "screens/stack.h"
 #include "storage/storage.h"
+#include "support/file_reads.h"
 #include "support/heard.h"
 #include "support/picture.h"
 #include "ui/draw.h"
@@ -288,7 +289,7 @@ TEST_F(LevelSelectView, ShowsStarsWhereALevelWasSolved) {
   EXPECT_EQ(at(firstStar(1)), 0x16523CU);
 }
 
-TEST_F(LevelSelectView, ReadsTheBestResultsOfThePageThatIsChosen) {
+TEST_F(LevelSelectView, ShowsTheBestResultsOfThePageThatIsChosen) {
   store::saveProgress({.currentLevel = 20});
   store::recordBest(11, {.stars = 3, .aids = 0, .elapsedMs = 1000});
   reopen();
@@ -307,6 +308,17 @@ TEST_F(LevelSelectView, ReadsNoFileBetweenTheFrames) {
   const ui::CairoSurface before = harness.picture();
   harness.frame();
   EXPECT_TRUE(support::samePicture(harness.picture().get(), before.get()));
+}
+
+// It was read eleven times, and ten times more for each page.
+TEST_F(LevelSelectView, ReadsTheProgressOnceAndNotForEachCard) {
+  store::saveProgress({.currentLevel = 20});
+  support::FileReads reads(data.path("progress.json"));
+  reopen();
+  EXPECT_EQ(reads.count(), 1);
+  harness.click(60, 84);
+  harness.click(162, 84);
+  EXPECT_EQ(reads.count(), 0);
 }
 
 TEST_F(LevelSelectView, LiesOnTheFeltOfItsPage) {

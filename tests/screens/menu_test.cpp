@@ -16,6 +16,7 @@
 #include "screens/menu.h"
 #include "screens/menu_layout.h"
 #include "screens/stack.h"
+#include "support/file_reads.h"
 #include "support/heard.h"
 #include "support/picture.h"
 #include "ui/draw.h"
@@ -278,6 +279,15 @@ TEST_F(Menu, TakesASavedGameThatCannotBeContinuedForNone) {
   store::saveGame(won);
   click(MenuEntry::Continue);
   EXPECT_THAT(Stack::top(), Shows(ScreenKind::Playing, 7, 7));
+}
+
+TEST_F(Menu, ReadsTheSavedGameOnce) {
+  store::saveGame(savedGame(3, 5));
+  support::FileReads reads(stack.data.path("save.json"));
+  stack.harness.frame();
+  EXPECT_EQ(reads.count(), 1);
+  stack.harness.frame();
+  EXPECT_EQ(reads.count(), 0);
 }
 
 TEST_F(Menu, BeginsANewGameWithoutTheSavedOne) {

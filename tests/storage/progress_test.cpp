@@ -243,6 +243,17 @@ TEST(BestFor, IsAllZeroForBestResultsThatAreNoObject) {
   EXPECT_EQ(store::bestFor(1), LevelBest());
 }
 
+TEST(LoadCareer, IsTheProgressAndTheBestOfEveryLevel) {
+  const DataHome home;
+  store::saveProgress({7, 12});
+  for (const int level : {1, 6, 100}) store::recordBest(level, {2, 1, 1000 + level});
+  const store::Career career = store::loadCareer();
+  EXPECT_EQ(career.progress, store::loadProgress());
+  for (int level = 1; level <= store::kLastLevel; ++level) {
+    EXPECT_EQ(career.bests[static_cast<std::size_t>(level - 1)], store::bestFor(level)) << level;
+  }
+}
+
 TEST(RecordBest, TakesTheFirstResultAsItIs) {
   const DataHome home;
   EXPECT_EQ(store::recordBest(3, {1, 9, 700000}), (LevelBest{1, 9, 700000}));
