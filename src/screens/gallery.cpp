@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <optional>
@@ -67,22 +68,24 @@ class Gallery : public ui::Screen {
 
   void drawBody(ui::Ctx& ctx, double top);
   void choosePage(ui::Ctx& ctx);
-  std::vector<const store::SolveEntry*> entriesOfPage() const;
-  void card(const ui::Ctx& ctx, const store::SolveEntry& entry, const ui::Rect& rect);
+  // Places in the list, by the levels of what stands there.
+  std::vector<std::size_t> placesOfPage() const;
+  void card(const ui::Ctx& ctx, std::size_t place, const ui::Rect& rect);
   void confirmDelete(ui::Ctx& ctx);
+  void listAnew();
 
-  CardPicture pictureOf(const store::SolveEntry& entry, int side);
+  CardPicture pictureOf(std::size_t place, int side);
 
   std::vector<store::SolveEntry> solves;
   int progressLevel;
   int page;
   double scroll = 0;
-  std::string pendingDelete;
+  std::size_t pendingDelete = 0;  // its place
   bool confirmOpen = false;
 
-  // By the entries' ids, each from its first showing on.
-  std::map<std::string, LoadedPicture> pictures;
-  std::map<std::string, mj::GameState> boards;  // of those without a picture
+  // By the entries' places, for a damaged file may give two of them one id; each from its first showing on.
+  std::map<std::size_t, LoadedPicture> pictures;
+  std::map<std::size_t, mj::GameState> boards;  // of those without a picture
 };
 
 Gallery::Gallery()
@@ -101,13 +104,13 @@ void Gallery::update(ui::Ctx& ctx) {
 void Gallery::drawBody(ui::Ctx& ctx, double top) {
   choosePage(ctx);
   const CardGrid grid = galleryGrid(ctx.w, ctx.h, top);
-  const std::vector<const store::SolveEntry*> entries = entriesOfPage();
-  if (entries.empty()) return drawEmptyPage(ctx, grid.view);
-  scrolledList(ctx, grid.view, grid.contentHeight(static_cast<int>(entries.size())), scroll, [&] {
+  const std::vector<std::size_t> places = placesOfPage();
+  if (places.empty()) return drawEmptyPage(ctx, grid.view);
+  scrolledList(ctx, grid.view, grid.contentHeight(static_cast<int>(places.size())), scroll, [&] {
     int index = 0;
-    for (const store::SolveEntry* entry : entries) {
+    for (const std::size_t place : places) {
       const ui::Rect rect = grid.card(index++, scroll);
-      if (isInView(rect, grid.view)) card(ctx, *entry, rect);
+      if (isInView(rect, grid.view)) card(ctx, place, rect);
     }
   });
   drawHint(ctx);
@@ -121,33 +124,34 @@ void Gallery::choosePage(ui::Ctx& ctx) {
   scroll = 0;
 }
 
-std::vector<const store::SolveEntry*> Gallery::entriesOfPage() const {
-  std::vector<const store::SolveEntry*> entries;
+std::vector<std::size_t> Gallery::placesOfPage() const {
+  std::vector<std::size_t> places;
   const int before = page * kLevelsPerPage;
-  for (const store::SolveEntry& entry : solves)
-    if (entry.level > before && entry.level <= before + kLevelsPerPage) entries.push_back(&entry);
-  std::sort(entries.begin(), entries.end(), [](const auto* a, const auto* b) { return a->level < b->level; });
-  return entries;
+  for (std::size_t i = 0; i < solves.size(); ++i)
+    if (solves[i].level > before && solves[i].level <= before + kLevelsPerPage) places.push_back(i);
+  std::stable_sort(places.begin(), places.end(),
+                   [this](std::size_t a, std::size_t b) { return solves[a].level < solves[b].level; });
+  return places;
 }
 
-void Gallery::card(const ui::Ctx& ctx, const store::SolveEntry& entry, const ui::Rect& rect) {
-  const std::string key =
-      kCardKey + entry.id + "|" + std::to_string(entry.level) + "|" + i18n::currentLanguage();
+void Gallery::card(const ui::Ctx& ctx, std::size_t place, const ui::Rect& rect) {
+  const std::string key = kCardKey + std::to_string(place) + "|" + i18n::currentLanguage();
   ui::gpuPicture(ctx.cr, key, rect, [&](cairo_t* cr, double w, double h) {
-    paintCard(cr, w, h, entry, pictureOf(entry, cardPictureSide(w, h)));
+    paintCard(cr, w, h, solves[place], pictureOf(place, cardPictureSide(w, h)));
   });
   lightCard(ctx, rect);
   if (!ctx.takeRightClick(rect)) return;
   audio::play(audio::Sfx::Click);
-  pendingDelete = entry.id;
+  pendingDelete = place;
   confirmOpen = true;
 }
 
-CardPicture Gallery::pictureOf(const store::SolveEntry& entry, int side) {
-  LoadedPicture& loaded = pictures[entry.id];
+CardPicture Gallery::pictureOf(std::size_t place, int side) {
+  const store::SolveEntry& entry = solves[place];
+  LoadedPicture& loaded = pictures[place];
   if (loaded.side != side) loaded = {side, loadSolvePicture(store::shotPath(entry), side)};
   if (loaded.surface) return {.picture = loaded.surface.get()};
-  mj::GameState& board = boards[entry.id];
+  mj::GameState& board = boards[place];
   if (board.slots.empty()) board = mj::createGame(mj::levelToConfig(entry.level).slots, entry.seed);
   return {.board = &board};
 }
@@ -158,8 +162,16 @@ void Gallery::confirmDelete(ui::Ctx& ctx) {
   if (answer == 0) return;
   confirmOpen = false;
   if (answer < 0) return;
-  store::deleteSolve(pendingDelete);
+  store::deleteSolve(solves[pendingDelete]);
+  listAnew();
+}
+
+// Others may stand in the places now.
+void Gallery::listAnew() {
   solves = store::listSolves();
+  pictures.clear();
+  boards.clear();
+  ui::gpuDropTextures(kCardKey, ui::kKeepNone);
 }
 
 }  // namespace

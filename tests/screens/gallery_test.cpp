@@ -195,6 +195,37 @@ TEST(Gallery, DeletesTheRecordAndItsPictureAfterTheQuestion) {
   EXPECT_NE(visit.middleOf(1), kRed);
 }
 
+// What a damaged file may hold: the second showed the first one's picture, and the first was deleted for it.
+TEST(Gallery, TellsTwoRecordsOfOneIdAndLevelApart) {
+  GalleryVisit visit;
+  visit.addWithPicture(1);
+  visit.stack.data.write("solves.json", R"([{"id":"same","level":1,"shot":"1.png","seed":1},)"
+                                        R"({"id":"same","level":1,"shot":"","seed":2}])");
+  visit.enter();
+  EXPECT_EQ(visit.middleOf(0), kRed);
+  EXPECT_NE(visit.middleOf(1), kRed);
+  visit.rightClickCard(1);
+  visit.frame();
+  visit.stack.harness.click(kAcceptX, kButtonsY);
+  ASSERT_EQ(store::listSolves().size(), 1U);
+  EXPECT_EQ(store::listSolves().front().seed, 1U);
+  visit.frame();
+  EXPECT_EQ(visit.middleOf(0), kRed);
+}
+
+TEST(Gallery, ShowsAfterADeletionWhatHasMovedUp) {
+  GalleryVisit visit;
+  visit.addWithPicture(2);
+  visit.add(entryOf(1));
+  visit.enter();
+  EXPECT_NE(visit.middleOf(0), kRed);
+  visit.rightClickCard(0);
+  visit.frame();
+  visit.stack.harness.click(kAcceptX, kButtonsY);
+  visit.frame();
+  EXPECT_EQ(visit.middleOf(0), kRed);
+}
+
 TEST(Gallery, DeletesNothingWhenTheQuestionIsCancelled) {
   for (const bool byKey : {false, true}) {
     GalleryVisit visit;
