@@ -38,7 +38,8 @@ bool tryRead(const std::string& path, js::Value& document) {
 
 // What fails once may have been disturbed; what fails twice will go on failing.
 bool read(const std::string& path, js::Value& document) {
-  return tryRead(path, document) || tryRead(path, document);
+  if (tryRead(path, document)) return true;
+  return tryRead(path, document);
 }
 
 // A name beside the file that nothing has yet; empty when none can be found.
