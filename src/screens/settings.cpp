@@ -63,7 +63,7 @@ class Settings : public ui::Screen {
   void update(ui::Ctx& ctx) override;
 
  private:
-  void endDrag(ui::Ctx& ctx);
+  void beginFrame(const ui::Ctx& ctx);
   void leave();
   void body(ui::Ctx& ctx);
   void drawBody(ui::Ctx& ctx, double top, store::Settings& settings);
@@ -78,24 +78,31 @@ class Settings : public ui::Screen {
   double scroll = 0;
   bool volumeDirty = false;         // changed and not yet written
   std::optional<std::size_t> held;  // the volume on whose slider the button went down
+  double pointerX = 0;              // of this frame, told to that slider alone
   SettingsLayout layout = {};       // of this frame
 };
 
 void Settings::update(ui::Ctx& ctx) {
-  endDrag(ctx);
+  beginFrame(ctx);
   const bool asking = confirmOpen;
-  const bool left = listFrame(ctx, nullptr, i18n::tr("settings.headline"), asking, [&] { body(ctx); });
+  bool left = false;
+  {
+    // Wherever the hand has come to in a drag, it presses and clicks nothing there.
+    const ui::PointerBlock dragging(ctx, held.has_value());
+    left = listFrame(ctx, nullptr, i18n::tr("settings.headline"), asking, [&] { body(ctx); });
+  }
   if (asking) askReset(ctx);
   if (left) return leave();
-  if (volumeDirty && !ctx.in.down) persist();
+  if (ctx.in.down) return;
+  held.reset();
+  if (volumeDirty) persist();
 }
 
-// The release of a slider is no click on what the hand has come to.
-void Settings::endDrag(ui::Ctx& ctx) {
-  if (ctx.in.pressed) held.reset();
-  if (!held || ctx.in.down) return;
-  held.reset();
-  ctx.clickTaken = true;
+// A slider follows the drag that began on it up to the place of the release, which may be far from where the
+// frame before saw the pointer.
+void Settings::beginFrame(const ui::Ctx& ctx) {
+  pointerX = ctx.in.mx;
+  if (ctx.in.pressed || !(ctx.in.down || ctx.in.clicked)) held.reset();
 }
 
 void Settings::leave() {
@@ -143,14 +150,14 @@ void Settings::volumeRow(ui::Ctx& ctx, double top, std::size_t index, store::Set
   double& value = settings.*volume.value;
   ui::drawTextIn(ctx.cr, below(top, row.label), i18n::tr(volume.label), kRowLabel);
   if (ctx.in.pressed && ctx.hover(below(top, row.grip))) held = index;
-  {
-    const ui::PointerBlock block(ctx, held != index);
-    const double moved = ui::slider(ctx, below(top, row.slider), value);
-    if (std::abs(moved - value) > kLeastMove) {
-      value = moved;
-      volume.apply(moved);
-      volumeDirty = true;
-    }
+  const bool mine = held == index;
+  const ui::PointerBlock block(ctx, !mine);
+  const double moved =
+      ui::slider(ctx, below(top, row.slider), value, mine ? std::optional(pointerX) : std::nullopt);
+  if (std::abs(moved - value) > kLeastMove) {
+    value = moved;
+    volume.apply(moved);
+    volumeDirty = true;
   }
   ui::drawTextIn(ctx.cr, below(top, row.number), std::to_string(std::lround(100 * value)), kNumber);
 }

@@ -341,7 +341,7 @@ bool dangerButton(Ctx& ctx, const Rect& rect, std::string_view label) {
   return labelledButton(ctx, rect, kDangerPlate, label, fitted(labelStyle(kDangerLabel), rect.w - 16));
 }
 
-double slider(Ctx& ctx, const Rect& rect, double value) {
+double slider(Ctx& ctx, const Rect& rect, double value, std::optional<double> dragX) {
   constexpr double kTrackHeight = 6;
   if (std::isnan(value)) value = 0;
   if (isEmpty(rect)) return value;
@@ -353,8 +353,8 @@ double slider(Ctx& ctx, const Rect& rect, double value) {
   strokeCircle(ctx.cr, rect.x + filled, middleY(rect), 11, 2, palette::kGold, 1);
 
   const Rect reach{rect.x - 12, rect.y - 6, rect.w + 24, rect.h + 12};
-  if (!ctx.in.down || !ctx.hover(reach)) return value;
-  return std::clamp((ctx.in.mx - rect.x) / rect.w, 0.0, 1.0);
+  if (!dragX && ctx.in.down && ctx.hover(reach)) dragX = ctx.in.mx;
+  return dragX ? std::clamp((*dragX - rect.x) / rect.w, 0.0, 1.0) : value;
 }
 
 bool toggleRow(Ctx& ctx, const Rect& rect, std::string_view label, bool on) {

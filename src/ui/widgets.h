@@ -8,6 +8,7 @@
 // nothing and is never clicked.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -38,8 +39,9 @@ bool plainButton(Ctx& ctx, const Rect& rect, std::string_view label, bool disabl
 bool dangerButton(Ctx& ctx, const Rect& rect, std::string_view label);
 
 // The new value: where the pointer is, 0 to 1, while the button is held on the slider or a little beside it;
-// else `value` as it came, even out of range. Not a number counts as 0.
-double slider(Ctx& ctx, const Rect& rect, double value);
+// else `value` as it came, even out of range. Not a number counts as 0. `dragX` is where a drag that began on
+// this slider has come to: it follows that instead, however far beside it.
+double slider(Ctx& ctx, const Rect& rect, double value, std::optional<double> dragX = std::nullopt);
 
 // A label and its switch; true when the row was clicked anywhere: the caller flips what it shows.
 bool toggleRow(Ctx& ctx, const Rect& rect, std::string_view label, bool on);

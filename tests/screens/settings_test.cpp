@@ -301,16 +301,64 @@ TEST_P(SettingsVolume, IsNotMovedByADragThatBeganElsewhere) {
   EXPECT_FALSE(wasWritten());
 }
 
-TEST_P(SettingsVolume, GoesOnWhenTheHandComesBack) {
+TEST_P(SettingsVolume, FollowsTheHandThatLeavesTheSliderUntilItLetsGo) {
   press(along(slider(), 0.5));
-  const Point aside = {along(slider(), 0.6).x, 20};
-  move(aside);
-  EXPECT_NEAR(stored(), 0.5, 1e-9);
+  for (const double y : {20.0, 755.0, -300.0, 2000.0}) {
+    move({along(slider(), 0.6).x, y});
+    EXPECT_NEAR(stored(), 0.6, 1e-9) << y;
+    EXPECT_NEAR(heard(), 0.6, 1e-9) << y;
+    move(along(slider(), 0.7));
+    EXPECT_NEAR(stored(), 0.7, 1e-9) << y;
+  }
   EXPECT_FALSE(stack.data.has(kFile));
-  move(along(slider(), 0.7));
-  EXPECT_NEAR(stored(), 0.7, 1e-9);
-  release(aside);
-  EXPECT_NEAR(store::loadSettings().*GetParam().value, 0.7, 1e-6);
+  release({along(slider(), 0.8).x, 20});
+  EXPECT_NEAR(store::loadSettings().*GetParam().value, 0.8, 1e-6);
+  move(along(slider(), 0.2));
+  EXPECT_NEAR(stored(), 0.8, 1e-9);
+}
+
+TEST_P(SettingsVolume, AFastHandReachesBothEnds) {
+  for (const auto& [x, end] : {std::pair(-50.0, 0.0), {5000.0, 1.0}, {1.0, 0.0}, {width - 1, 1.0}}) {
+    press(along(slider(), 0.5));
+    move({x, middle(slider()).y});
+    EXPECT_EQ(stored(), end) << x;
+    release({x, middle(slider()).y});
+    EXPECT_EQ(stored(), end) << x;
+    EXPECT_EQ(store::loadSettings().*GetParam().value, end) << x;
+  }
+}
+
+TEST_P(SettingsVolume, AHandThatLetsGoInTheSameFrameIsNotTooFast) {
+  press(along(slider(), 0.5));
+  release({5000, middle(slider()).y});
+  EXPECT_EQ(stored(), 1);
+  clickAt(along(slider(), 0.25));
+  EXPECT_NEAR(stored(), 0.25, 1e-9);
+  EXPECT_NEAR(store::loadSettings().*GetParam().value, 0.25, 1e-6);
+  EXPECT_TRUE(support::heard().empty());
+}
+
+TEST_P(SettingsVolume, LightsNothingThatTheDragComesOver) {
+  const auto colorAtReset = [&] {
+    const ui::Rect rect = shown(layout().reset);
+    return stack.harness.colorAt(static_cast<int>(rect.x) + 5, static_cast<int>(middle(rect).y));
+  };
+  move({-1, -1});
+  const std::uint32_t unlit = colorAtReset();
+  move(middle(shown(layout().reset)));
+  EXPECT_NE(colorAtReset(), unlit);
+  press(along(slider(), 0.5));
+  move(middle(shown(layout().reset)));
+  EXPECT_EQ(colorAtReset(), unlit);
+}
+
+// The window lost the button's release.
+TEST_P(SettingsVolume, LetsGoOfAHandThatIsNotThereAnyMore) {
+  press(along(slider(), 0.5));
+  stack.harness.next().down = false;
+  move({5000, 20});
+  EXPECT_NEAR(stored(), 0.5, 1e-9);
+  EXPECT_NEAR(store::loadSettings().*GetParam().value, 0.5, 1e-6);
 }
 
 TEST_P(SettingsVolume, KeepsTheButtonToItselfUntilItIsReleased) {

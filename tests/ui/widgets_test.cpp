@@ -262,6 +262,15 @@ TEST(Slider, TakesNotANumberForZero) {
   EXPECT_EQ(sliderAt(200, 60, kNan), 0.5);
 }
 
+TEST(Slider, FollowsItsDragFarBesideItself) {
+  for (const auto& [dragX, expected] : {std::pair{150.0, 0.25}, {-4000.0, 0.0}, {4000.0, 1.0}}) {
+    double result = -1;
+    ScreenHarness harness([&](ui::Ctx& ctx) { result = ui::slider(ctx, kTrack, 0.7, dragX); });
+    harness.press(10, 400);
+    EXPECT_EQ(result, expected) << dragX;
+  }
+}
+
 TEST(Slider, ChangesInEveryFrameOfADragWithoutASound) {
   heard().clear();
   std::vector<double> values;
