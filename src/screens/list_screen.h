@@ -48,8 +48,8 @@ void drawFan(const ui::Ctx& ctx, double top, double tileW);
 int pageOf(int level);
 
 // Draws the chips of the ten pages, each named by its first and last level; `page` is the one shown. Gives
-// the page whose chip was clicked. Where the player has come to, `marked`, bears a dot while another page is
-// shown.
+// the page whose chip was clicked. Where the player has come to, `marked`, bears a ring and a dot while
+// another page is shown.
 std::optional<int> pageChips(ui::Ctx& ctx, int page, int marked);
 // Where a list that begins at `top` is seen and leaves so much free below it.
 ui::Rect pagedListView(double w, double h, double top, double below);

@@ -185,6 +185,15 @@ void drawPlaque(cairo_t* cr, const Rect& rect, const PlaqueLook& look, const Fra
   drawFrame(cr, rect, frame, {look.frame.color, look.frame.alpha * alpha}, alpha);
 }
 
+// A golden ring in place of the thin frame and its brackets, among which a dot in a corner would be lost.
+void drawRingedPlate(cairo_t* cr, const Rect& rect, const PlateLook& look, bool glowing) {
+  constexpr double kRing = 3;
+  drawPlate(cr, rect, look, 1, glowing);
+  const double inset = (kRing - look.edgeWidth) / 2;  // its outer side is the edge's
+  const Rect ring = insetRect(rect, inset);
+  if (!isEmpty(ring)) strokeRoundedRect(cr, ring, look.radius - inset, kRing, palette::kGold, 1);
+}
+
 // A slanted beam crosses the plaque, then rests.
 constexpr double kShinePeriod = 3;
 constexpr double kShineSweep = 2.6;
@@ -318,7 +327,12 @@ bool actionButton(Ctx& ctx, const Rect& rect, ActionIcon icon, std::string_view 
 bool pageChip(Ctx& ctx, const Rect& rect, std::string_view label, bool active, bool badge) {
   if (isEmpty(rect)) return false;
   const PlaqueLook& look = active ? kGoldPlaque : kDarkPlaque;
-  drawPlaque(ctx.cr, rect, look, kPageChipFrame, 1, !active && ctx.hover(rect));
+  const bool lit = !active && ctx.hover(rect);
+  if (badge && !active) {
+    drawRingedPlate(ctx.cr, rect, look.plate, lit);
+  } else {
+    drawPlaque(ctx.cr, rect, look, kPageChipFrame, 1, lit);
+  }
   drawLabel(ctx.cr, rect, label, fitted(labelStyle({kButtonLabel.size, true, look.label}), rect.w - 18));
   if (badge) {
     fillCircle(ctx.cr, rect.x + rect.w - 9, rect.y + 8, 4, palette::kGold, 1);

@@ -32,7 +32,8 @@ bool headerButton(Ctx& ctx, const Rect& rect, std::string_view label, bool disab
 bool backButton(Ctx& ctx, const Rect& rect);
 // With an empty label the icon stands alone.
 bool actionButton(Ctx& ctx, const Rect& rect, ActionIcon icon, std::string_view label, bool disabled);
-// `badge` puts a dot into its corner: there is something new on that page.
+// `badge` marks the page on which the player is at home: a dot in its corner and, while another page is
+// shown, a golden ring about it.
 bool pageChip(Ctx& ctx, const Rect& rect, std::string_view label, bool active, bool badge);
 bool chip(Ctx& ctx, const Rect& rect, std::string_view label, bool active);
 bool plainButton(Ctx& ctx, const Rect& rect, std::string_view label, bool disabled);

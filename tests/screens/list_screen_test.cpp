@@ -16,6 +16,7 @@
 #include "screens/stack.h"
 #include "support/heard.h"
 #include "support/picture.h"
+#include "ui/felt.h"
 #include "ui/gpu.h"
 
 namespace {
@@ -187,6 +188,30 @@ TEST(ListScreen, IsScrolledByTheWheelBesideItsColumn) {
   const ui::CairoSurface before = opened.harness.picture();
   opened.harness.wheel(5, 300, -1);
   EXPECT_FALSE(support::samePicture(before.get(), opened.harness.picture().get()));
+}
+
+// --- the pages ---
+
+// Of 640 x 480, where they are smallest.
+TEST(PageChips, TellThePageWhereThePlayerIsFromAllOthersOnAnyFelt) {
+  constexpr std::uint32_t kGold = 0xE8B84B;
+  for (int shown = 0; shown < screens::kPages; ++shown) {
+    const int marked = (shown + 3) % screens::kPages;
+    ScreenHarness harness([&](ui::Ctx& ctx) {
+      ui::drawFelt(ctx, mj::tableThemeForStage(shown), false);
+      screens::pageChips(ctx, shown, marked);
+    });
+    harness.moveTo(-1, -1);
+    const ui::CairoSurface picture = harness.picture();
+    // The middles of the chips' upper edges, and a place inside them that no letter reaches.
+    const auto at = [&](int page, int y) {
+      return support::pixelAt(picture.get(), 12 + page * 62 + 28, y) & 0xFFFFFF;
+    };
+    for (int page = 0; page < screens::kPages; ++page) {
+      EXPECT_EQ(at(page, 65) == kGold, page == marked || page == shown) << "felt " << shown << ", " << page;
+      EXPECT_EQ(at(page, 73) == kGold, page == shown) << "felt " << shown << ", " << page;
+    }
+  }
 }
 
 // --- where things lie ---

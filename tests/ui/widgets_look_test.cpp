@@ -301,6 +301,19 @@ TEST(PageChip, HasBracketsAndABadgeInItsCorners) {
   EXPECT_TRUE(hasColor(badged.get(), kMargin + 117, kMargin + 8, palette::kDarkPlaque));
 }
 
+// A dot alone is lost among the brackets' gold.
+TEST(PageChip, IsRingedWithGoldWhereThePlayerIsAtHome) {
+  const auto badged = paintWidget(56, 40, page(false, true, Pointer::Away, "1–10"));
+  const auto bare = paintWidget(56, 40, page(false, false, Pointer::Away, "1–10"));
+  const auto across = {std::pair{28, 0}, {28, 39}, {0, 20}, {55, 20}};
+  for (const auto& [x, y] : across) {
+    EXPECT_TRUE(hasColor(badged.get(), kMargin + x, kMargin + y, palette::kGold)) << x << ' ' << y;
+    EXPECT_FALSE(hasColor(bare.get(), kMargin + x, kMargin + y, palette::kGold)) << x << ' ' << y;
+  }
+  EXPECT_TRUE(hasColor(badged.get(), kMargin + 5, kMargin + 6, palette::kDarkPlaque)) << "no bracket";
+  EXPECT_FALSE(hasColor(bare.get(), kMargin + 5, kMargin + 6, palette::kDarkPlaque));
+}
+
 TEST(Chip, LooksAsItAlwaysDid) {
   const std::vector<PaintWidget> states = {chip(false), chip(false, Pointer::Over), chip(true),
                                            chip(true, Pointer::Over)};
