@@ -67,7 +67,7 @@ class Gallery : public ui::Screen {
   };
 
   void drawBody(ui::Ctx& ctx, double top);
-  void choosePage(ui::Ctx& ctx);
+  void turnTo(int newPage);
   // Places in the list, by the levels of what stands there.
   std::vector<std::size_t> placesOfPage() const;
   void card(const ui::Ctx& ctx, std::size_t place, const ui::Rect& rect);
@@ -95,14 +95,17 @@ Gallery::Gallery()
 
 void Gallery::update(ui::Ctx& ctx) {
   const bool asking = confirmOpen;
-  const bool left = listFrame(ctx, mj::tableThemeForStage(page), i18n::tr("gallery.headline"), asking,
-                              [&] { drawBody(ctx, kPagedListTop); });
+  std::optional<int> chosen;
+  const bool left = listFrame(ctx, mj::tableThemeForStage(page), i18n::tr("gallery.headline"), asking, [&] {
+    chosen = pageChips(ctx, page, pageOf(progressLevel));
+    drawBody(ctx, kPagedListTop);
+  });
   if (asking) confirmDelete(ctx);
-  if (left) ui::Game::instance().pop();
+  if (left) return ui::Game::instance().pop();
+  if (chosen) turnTo(*chosen);
 }
 
 void Gallery::drawBody(ui::Ctx& ctx, double top) {
-  choosePage(ctx);
   const CardGrid grid = galleryGrid(ctx.w, ctx.h, top);
   const std::vector<std::size_t> places = placesOfPage();
   if (places.empty()) return drawEmptyPage(ctx, grid.view);
@@ -116,11 +119,9 @@ void Gallery::drawBody(ui::Ctx& ctx, double top) {
   drawHint(ctx);
 }
 
-void Gallery::choosePage(ui::Ctx& ctx) {
-  const std::optional<int> chosen = pageChips(ctx, page, pageOf(progressLevel));
-  if (!chosen) return;
-  page = *chosen;
-  lastPage() = *chosen;
+void Gallery::turnTo(int newPage) {
+  page = newPage;
+  lastPage() = newPage;
   scroll = 0;
 }
 

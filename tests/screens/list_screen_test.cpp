@@ -168,11 +168,39 @@ struct OpenedList : Stack {
 };
 
 TEST_P(ListScreens, AreDrawnToTheEndWhenTheyAreLeft) {
-  OpenedList opened(GetParam().kind);
-  const ui::CairoSurface before = opened.harness.picture();
-  opened.harness.key(SDLK_ESCAPE);
-  EXPECT_EQ(Stack::depth(), 1U);
-  EXPECT_TRUE(support::samePicture(before.get(), opened.harness.picture().get()));
+  for (const bool byKey : {true, false}) {
+    OpenedList opened(GetParam().kind);
+    opened.harness.moveTo(30, 30);
+    const ui::CairoSurface before = opened.harness.picture();
+    if (byKey) {
+      opened.harness.key(SDLK_ESCAPE);
+    } else {
+      opened.harness.click(30, 30);
+    }
+    EXPECT_EQ(Stack::depth(), 1U);
+    EXPECT_TRUE(support::samePicture(before.get(), opened.harness.picture().get())) << byKey;
+  }
+}
+
+// No frame has one page's felt and another one's cards.
+TEST(ListScreen, IsDrawnToTheEndWhenAPageIsChosenOrALevelBegun) {
+  constexpr double kChip = 12 + 3 * 102 + 48;
+  for (const ScreenKind kind : {ScreenKind::LevelSelect, ScreenKind::Gallery}) {
+    OpenedList opened(kind);
+    opened.harness.moveTo(kChip, 84);
+    const ui::CairoSurface before = opened.harness.picture();
+    opened.harness.click(kChip, 84);
+    EXPECT_TRUE(support::samePicture(before.get(), opened.harness.picture().get()));
+    opened.harness.frame();
+    EXPECT_FALSE(support::samePicture(before.get(), opened.harness.picture().get())) << "another page";
+  }
+  OpenedList levels(ScreenKind::LevelSelect);
+  levels.harness.click(12 + 48, 84);
+  levels.harness.moveTo(60, 300);
+  const ui::CairoSurface before = levels.harness.picture();
+  levels.harness.click(60, 300);
+  EXPECT_EQ(Stack::depth(), 3U);
+  EXPECT_TRUE(support::samePicture(before.get(), levels.harness.picture().get()));
 }
 
 TEST(ListScreen, AClickInTheFrameInWhichItIsLeftDoesNothing) {
