@@ -295,13 +295,15 @@ GpuClip::GpuClip(const Rect& rect) {
   if (state.renderer == nullptr) return;
   const auto down = [&](double length) { return static_cast<int>(std::floor(length * state.scale)); };
   const auto up = [&](double length) { return static_cast<int>(std::ceil(length * state.scale)); };
+  if (SDL_RenderIsClipEnabled(state.renderer) != SDL_FALSE)
+    SDL_RenderGetClipRect(state.renderer, &found.emplace());
   const SDL_Rect clip = {down(rect.x), down(rect.y), up(rect.w), up(rect.h)};
   // Should it fail the picture sticks out, which harms nothing.
   SDL_RenderSetClipRect(state.renderer, &clip);
 }
 
 GpuClip::~GpuClip() {
-  if (gpuRenderer() != nullptr) SDL_RenderSetClipRect(gpuRenderer(), nullptr);
+  if (gpuRenderer() != nullptr) SDL_RenderSetClipRect(gpuRenderer(), found ? &*found : nullptr);
 }
 
 void profBegin(std::string_view name) {

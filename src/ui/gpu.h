@@ -9,8 +9,10 @@
 #pragma once
 
 #include <SDL_blendmode.h>
+#include <SDL_rect.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -82,13 +84,16 @@ void gpuBlitRotated(SDL_Texture* texture, double cx, double cy, double w, double
                     double alpha);
 
 // While it lives blits are seen in the logical rectangle only, in whole device pixels: the start rounded
-// down, the size up.
+// down, the size up; of two the inner one counts. Afterwards they are cut as they were before.
 class GpuClip {
  public:
   explicit GpuClip(const Rect& rect);
   GpuClip(const GpuClip&) = delete;
   GpuClip& operator=(const GpuClip&) = delete;
   ~GpuClip();
+
+ private:
+  std::optional<SDL_Rect> found;
 };
 
 // The profiler works when the environment variable VESKARA_STATS exists; otherwise these cost a test of a

@@ -491,6 +491,26 @@ Box whiteBox(const GpuWindow& window) {
   return box;
 }
 
+TEST_F(Gpu, AClipWithinAnotherLeavesTheOuterOneAsItWas) {
+  SDL_Texture* white = whitePicture("large", 100, 80);
+  {
+    const ui::GpuClip outer({10, 10, 60, 40});
+    {
+      const ui::GpuClip inner({20, 20, 10, 10});
+      ui::gpuBlit(white, 0, 0, 100, 80, 1);
+      EXPECT_EQ(pixelAt(window.picture().get(), 29, 29), kWhite);
+      EXPECT_EQ(pixelAt(window.picture().get(), 30, 30), kBlack);
+    }
+    ui::gpuBlit(white, 0, 0, 100, 80, 1);
+    EXPECT_EQ(pixelAt(window.picture().get(), 10, 10), kWhite);
+    EXPECT_EQ(pixelAt(window.picture().get(), 69, 49), kWhite);
+    EXPECT_EQ(pixelAt(window.picture().get(), 9, 9), kBlack);
+    EXPECT_EQ(pixelAt(window.picture().get(), 70, 50), kBlack);
+  }
+  ui::gpuBlit(white, 0, 0, 100, 80, 1);
+  EXPECT_EQ(pixelAt(window.picture().get(), 99, 79), kWhite);
+}
+
 TEST_F(GpuBlit, RoundsPlaceAndSizeEachOnItsOwn) {
   ui::gpuSetScale(1.5);
   // 10.3 and 5.4 become 15.45 and 8.1, 2.2 and 3.6 become 3.3 and 5.4; the far edges alone would round up.
