@@ -114,19 +114,24 @@ void useFont(TextCache& cache, const FontKey& key) {
   cache.key = key;
 }
 
-// Shrunk sizes go in steps too small to be seen, so that labels do not need a font each.
-double shrunkSize(double size) {
+// Of a text that has this part of the room it needs. Shrunk sizes go in steps too small to be seen, so that
+// labels do not need a font each; the least one is what it is.
+double shrunkSize(const TextStyle& style, double part) {
   constexpr double kStep = 0.125;
   constexpr double kRounding = 1e-6;  // 0.8 times 20 is to be 16
-  return std::max(std::floor(size / kStep + kRounding) * kStep, kStep);
+  const double least = std::min(style.minScale, 1.0) * style.size;
+  return std::max({std::floor(part * style.size / kStep + kRounding) * kStep, least, kStep});
 }
 
-PangoLayout* layoutFor(cairo_t* cr, std::string_view text, const TextStyle& style, double scale) {
+PangoLayout* layoutFor(cairo_t* cr, std::string_view text, const TextStyle& style, double size) {
   TextCache& cache = textCache();
   useContext(cache, cr);
-  useFont(cache, keyOf(cr, style, scale < 1 ? shrunkSize(scale * style.size) : style.size));
-  pango_layout_set_text(cache.layout.get(), text.data(), static_cast<int>(text.size()));
-  return cache.layout.get();
+  useFont(cache, keyOf(cr, style, size));
+  PangoLayout* layout = cache.layout.get();
+  // A label that was just measured is laid out already; setting its text would have it done again.
+  if (text != pango_layout_get_text(layout))
+    pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
+  return layout;
 }
 
 struct TextSize {
@@ -140,15 +145,12 @@ TextSize sizeOf(PangoLayout* layout) {
   return size;
 }
 
-double fitScale(cairo_t* cr, std::string_view text, const TextStyle& style) {
-  if (style.maxWidth <= 0) return 1;
-  const int width = sizeOf(layoutFor(cr, text, style, 1)).w;
-  if (style.maxWidth >= width || width < 1) return 1;
-  return std::max(style.maxWidth / width, style.minScale);
-}
-
 PangoLayout* fittedLayout(cairo_t* cr, std::string_view text, const TextStyle& style) {
-  return layoutFor(cr, text, style, fitScale(cr, text, style));
+  PangoLayout* layout = layoutFor(cr, text, style, style.size);
+  if (style.maxWidth <= 0) return layout;
+  const int width = sizeOf(layout).w;
+  if (style.maxWidth >= width || width < 1) return layout;
+  return layoutFor(cr, text, style, shrunkSize(style, style.maxWidth / width));
 }
 
 // A size of 0 would put the context into its error state for good.

@@ -324,6 +324,16 @@ TEST(Text, IsNeverShrunkBelowItsLeastScale) {
   EXPECT_TRUE(samePicture(drawnAt(5, kWords, cramped).get(), drawnAt(5, kWords, {.size = 14}).get()));
 }
 
+// 0.6 of 12 pixels is no multiple of an eighth.
+TEST(Text, HasExactlyItsLeastSizeWhereThatLiesBetweenTwoSteps) {
+  for (const double size : {12.0, 13.0, 14.0, 17.0}) {
+    const auto cramped = drawnAt(5, kWords, {.size = size, .maxWidth = 1});
+    EXPECT_TRUE(samePicture(cramped.get(), drawnAt(5, kWords, {.size = 0.6 * size}).get())) << size;
+    const double stepBelow = std::floor(0.6 * size * 8) / 8;
+    EXPECT_FALSE(samePicture(cramped.get(), drawnAt(5, kWords, {.size = stepBelow}).get())) << size;
+  }
+}
+
 // Labels that were shrunk to ever new sizes made the fonts' caches grow without measure.
 TEST(Text, IsShrunkByEighthsOfAPixel) {
   const double width = measured(kWords, {.size = 20}).w;
