@@ -6,9 +6,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <functional>
+#include <utility>
 
 #include "resources/audio.h"
+#include "resources/i18n.h"
 #include "ui/draw.h"
+#include "ui/handles.h"
 #include "ui/palette.h"
 #include "version.h"
 
@@ -61,6 +65,76 @@ void drawPlate(cairo_t* cr, const Rect& rect, const PlateLook& look, double alph
   fillRoundedRect(cr, rect, look.radius, look.fill.color, look.fill.alpha * alpha);
   strokeRoundedRect(cr, rect, look.radius, look.edgeWidth, look.edge.color, look.edge.alpha * alpha);
   if (glowing) fillRoundedRect(cr, rect, look.radius, look.glow.color, look.glow.alpha * alpha);
+}
+
+// --- pictures that are kept ---
+
+// Pixels of a surface.
+struct PixelBox {
+  int left;
+  int top;
+  int right;
+  int bottom;
+};
+
+// Those that this rectangle touches. The context is scaled and moved, but not turned.
+PixelBox pixelsOf(const cairo_matrix_t& matrix, const Rect& rect) {
+  const auto down = [](double place) { return static_cast<int>(std::floor(place)); };
+  const auto up = [](double place) { return static_cast<int>(std::ceil(place)); };
+  return {down(matrix.xx * rect.x + matrix.x0), down(matrix.yy * rect.y + matrix.y0),
+          up(matrix.xx * (rect.x + rect.w) + matrix.x0), up(matrix.yy * (rect.y + rect.h) + matrix.y0)};
+}
+
+// What is costly to draw and the same in every frame, painted once and copied until it is to look different.
+// Cairo copies it, for a texture would lie below the veil.
+class KeptPicture {
+ public:
+  // `look` names what `paint` draws, which lies within `bounds`.
+  void draw(cairo_t* cr, const std::string& look, const Rect& bounds,
+            const std::function<void(cairo_t*)>& paint);
+
+ private:
+  std::string key;  // all that the pixels depend on
+  CairoSurface picture;
+};
+
+std::string keyOf(const std::string& look, const Rect& bounds, const cairo_matrix_t& matrix) {
+  std::string key = look;
+  for (const double number :
+       {bounds.x, bounds.y, bounds.w, bounds.h, matrix.xx, matrix.yy, matrix.x0, matrix.y0})
+    key += '|' + std::to_string(number);
+  return key;
+}
+
+// Null when cairo cannot make it.
+CairoSurface painted(const cairo_matrix_t& matrix, const PixelBox& box,
+                     const std::function<void(cairo_t*)>& paint) {
+  CairoSurface picture(
+      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, box.right - box.left, box.bottom - box.top));
+  if (cairo_surface_status(picture.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  const CairoContext cr(cairo_create(picture.get()));
+  cairo_translate(cr.get(), -box.left, -box.top);
+  cairo_transform(cr.get(), &matrix);
+  paint(cr.get());
+  return cairo_status(cr.get()) == CAIRO_STATUS_SUCCESS ? std::move(picture) : nullptr;
+}
+
+void KeptPicture::draw(cairo_t* cr, const std::string& look, const Rect& bounds,
+                       const std::function<void(cairo_t*)>& paint) {
+  cairo_matrix_t matrix;
+  cairo_get_matrix(cr, &matrix);
+  const PixelBox box = pixelsOf(matrix, bounds);
+  std::string wanted = keyOf(look, bounds, matrix);
+  if (wanted != key) {
+    picture = painted(matrix, box, paint);
+    key = std::move(wanted);
+  }
+  if (!picture) return paint(cr);
+  cairo_save(cr);
+  cairo_identity_matrix(cr);
+  cairo_set_source_surface(cr, picture.get(), box.left, box.top);
+  cairo_paint(cr);
+  cairo_restore(cr);
 }
 
 // --- frames within plates ---
@@ -267,6 +341,12 @@ TextStyle messageStyle(cairo_t* cr, double width, std::string_view message) {
   return style;
 }
 
+constexpr double kShadowDrop = 8;
+constexpr double kShadowBlur = 8;
+
+// Its shadow included.
+Rect panelBounds(const Rect& panel) { return insetRect(panel, -(kShadowDrop + kShadowBlur)); }
+
 void drawDialogTexts(cairo_t* cr, const Rect& panel, std::string_view title, std::string_view message) {
   TextStyle style = fitted(labelStyle(kDialogTitle), panel.w - 40);
   style.align = Align::Center;
@@ -276,12 +356,22 @@ void drawDialogTexts(cairo_t* cr, const Rect& panel, std::string_view title, std
                   messageStyle(cr, width, message));
 }
 
+void drawDialogPanel(cairo_t* cr, const Rect& panel, std::string_view title, std::string_view message) {
+  static auto& kept = *new KeptPicture;  // never destroyed, like the texts' layout
+  std::string look = i18n::currentLanguage();
+  for (const std::string_view text : {title, message}) (look += '|') += text;
+  kept.draw(cr, look, panelBounds(panel), [&](cairo_t* picture) {
+    drawPanel(picture, panel, PanelLook::Green);
+    drawDialogTexts(picture, panel, title, message);
+  });
+}
+
 }  // namespace
 
 void drawPanel(cairo_t* cr, const Rect& panel, PanelLook look) {
   if (isEmpty(panel)) return;
   roundedRectPath(cr, panel, kPanelPlate.radius);
-  softShadowFromPath(cr, 0, 8, 8, palette::kBlack, 0.4);
+  softShadowFromPath(cr, 0, kShadowDrop, kShadowBlur, palette::kBlack, 0.4);
   cairo_new_path(cr);
   drawPlate(cr, panel, look == PanelLook::Dark ? kDarkPanelPlate : kPanelPlate, 1, false);
   drawFrame(cr, panel, kPanelFrame, {palette::kGold, 0.3}, 1);
@@ -401,10 +491,7 @@ int confirmDialog(Ctx& ctx, std::string_view title, std::string_view message, st
   fillRect(ctx.cr, {0, 0, ctx.w, ctx.h}, palette::kVeil, 0.72);
   const double w = std::min(ctx.w - 40, kDialogWidth);
   const Rect panel{(ctx.w - w) / 2, (ctx.h - kDialogHeight) / 2, w, kDialogHeight};
-  if (!isEmpty(panel)) {
-    drawPanel(ctx.cr, panel, PanelLook::Green);
-    drawDialogTexts(ctx.cr, panel, title, message);
-  }
+  if (!isEmpty(panel)) drawDialogPanel(ctx.cr, panel, title, message);
 
   const double buttonW = (w - 60) / 2;
   const double y = panel.y + kDialogButtonsTop;
