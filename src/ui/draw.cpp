@@ -286,8 +286,8 @@ void drawLine(cairo_t* cr, double x0, double y0, double x1, double y1, double li
   cairo_stroke(cr);
 }
 
-// A blur without an image filter: rings of shrinking width, each faint, lie on top of each other. The shape
-// itself is filled with every ring, so the shadow is darkest there and fades outwards.
+// A blur without an image filter: rings of shrinking width, each faint, lie on top of each other, half within
+// the edge and half outside. The shape itself is filled with every ring, so the shadow fades outwards.
 void softShadowFromPath(cairo_t* cr, double dx, double dy, double blur, std::uint32_t color, double alpha) {
   const CairoPath path(cairo_copy_path(cr));
   // A copy that failed would break the context it is appended to; a shadow is no loss.

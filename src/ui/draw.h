@@ -52,8 +52,9 @@ void strokeCircle(cairo_t* cr, double cx, double cy, double r, double lineWidth,
 void drawLine(cairo_t* cr, double x0, double y0, double x1, double y1, double lineWidth, std::uint32_t color,
               double alpha);
 
-// Paints the shadow of the current path, moved by (dx, dy) and spreading `blur` beyond its edge; `alpha` is
-// the opacity in its middle, about. The path is still there afterwards, to be filled.
+// Paints the shadow of the current path, moved by (dx, dy) and spreading `blur` beyond its edge. In its
+// middle it is a little fainter than `alpha` (0.33 for 0.4); it is darkest just within the edge (0.55), where
+// the rings of the blur lie on it. The path is still there afterwards, to be filled.
 void softShadowFromPath(cairo_t* cr, double dx, double dy, double blur, std::uint32_t color, double alpha);
 
 // The size of the text's box as drawText would draw it, shrinking included, in whole pixels. An empty text is

@@ -24,8 +24,9 @@ struct Drift {
   double dy;
 };
 
-// At its smallest it reaches 0.055 windows beyond each edge, more than it moves: no edge of it comes into
-// view.
+// At its smallest the picture reaches 0.055 windows beyond each edge of the window, more than it moves, so
+// that tiles cut off at its own edges are never seen so. A board that ends within the picture, its tiles
+// being whole pixels wide, may be seen to end.
 Drift driftAt(double time, double w, double h) {
   return {.zoom = 1.14 + 0.03 * std::sin(0.09 * time),
           .dx = 0.045 * w * std::sin(0.11 * time),

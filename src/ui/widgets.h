@@ -1,11 +1,11 @@
 // widgets.h: the controls that all screens are made of. Each function is called once a frame: it draws the
 // control and says at once what the player did with it; values and scroll offsets live with the caller. Knows
-// no screen, no settings and no language: labels come as they are to be read. Units: logical pixels.
+// no screen, no settings and no texts: labels come as they are to be read. Units: logical pixels.
 //
 // What can be clicked is clicked when it is not disabled, the frame has a click that nobody took, and that
 // lies in the control's rectangle. It then takes the click, sounds, and returns true; so of two that overlap,
-// the one called first. Under the pointer a control only looks different. A rectangle without area draws
-// nothing and is never clicked.
+// the one called first. Under the pointer a control at most looks different; a golden chip and a switch do
+// not. A rectangle without area draws nothing and is never clicked.
 #pragma once
 
 #include <optional>
@@ -25,8 +25,8 @@ struct PlaqueOpts {
   double fontSize = 18;
 };
 
-// Labels of all but the header's and the chips are shrunk to the width there is, to 0.6 of their size at
-// most.
+// Labels are shrunk to the width there is, to 0.6 of their size at most, but for those of headerButton and
+// chip, which are as wide as they are.
 bool plaqueButton(Ctx& ctx, const Rect& rect, std::string_view label, const PlaqueOpts& opts);
 bool headerButton(Ctx& ctx, const Rect& rect, std::string_view label, bool disabled);
 bool backButton(Ctx& ctx, const Rect& rect);
