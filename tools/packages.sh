@@ -8,8 +8,9 @@ game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev li
 headless_packages="xvfb maim xdotool"
 # What the tests and benchmarks need beside these. One version of clang-format and clang-tidy, for each lays out and
 # finds something else; Debian 12 and 13 both have it.
-check_packages="git locales python3 strace clang libclang-rt-dev clang-format-19 clang-tidy-19 cppcheck libgtest-dev
-  libgmock-dev libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev libxtst-dev"
+check_packages="git locales python3 python3-pil strace clang libclang-rt-dev clang-format-19 clang-tidy-19 cppcheck
+  libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev
+  libxtst-dev"
 # What makes packages of the game, and what the tests of these need beside it.
 package_packages="dpkg-dev file patchelf"
 check_packages+=" $package_packages appstream desktop-file-utils fakeroot flatpak-builder librsvg2-bin lintian

@@ -13,8 +13,8 @@ namespace mj {
 inline constexpr const char* kWanMark = "萬";
 
 struct FaceInfo {
-  int suit = 0;  // 0 dots, 1 bamboos, 2 characters, 3 winds, 4 dragons, 5 flowers, 6 seasons
-  int rank = 0;  // dots, bamboos, characters 1…9; winds ESWN 0…3; dragons RGW 0…2; flowers, seasons 0…3
+  int suit = 0;       // 0 dots, 1 bamboos, 2 characters, 3 winds, 4 dragons, 5 flowers, 6 seasons
+  int rank = 0;       // dots, bamboos, characters 1…9; winds ESWN 0…3; dragons RGW 0…2; flowers, seasons 0…3
   std::string glyph;  // UTF-8; empty where the face is drawn without text
 
   bool operator==(const FaceInfo&) const = default;

@@ -219,9 +219,8 @@ class Licenses : public ui::Screen {
 
   static void drawCard(const ui::Ctx& ctx, const ui::Rect& card, const Component& component) {
     const std::string key = std::string("licence|") + component.name + "|" + i18n::currentLanguage();
-    ui::gpuPicture(ctx.cr, key, card, [&](cairo_t* cr, double w, double h) {
-      paintCard(cr, {0, 0, w, h}, component);
-    });
+    ui::gpuPicture(ctx.cr, key, card,
+                   [&](cairo_t* cr, double w, double h) { paintCard(cr, {0, 0, w, h}, component); });
   }
 
   double scroll = 0;

@@ -146,9 +146,8 @@ void LevelSelect::cards(ui::Ctx& ctx) {
 }
 
 void LevelSelect::card(ui::Ctx& ctx, const ui::Rect& rect, int i) {
-  ui::gpuPicture(ctx.cr, cardKey(i), rect, [&](cairo_t* cr, double w, double h) {
-    paintCard(cr, {0, 0, w, h}, i);
-  });
+  ui::gpuPicture(ctx.cr, cardKey(i), rect,
+                 [&](cairo_t* cr, double w, double h) { paintCard(cr, {0, 0, w, h}, i); });
   if (!isLocked(i)) lightCard(ctx, rect);
 
   if (!ctx.takeClick(rect)) return;

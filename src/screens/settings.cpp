@@ -27,9 +27,9 @@ constexpr ui::TextStyle kNumber = {.size = 15, .color = ui::palette::kMutedText,
 
 struct Volume {
   const char* label;
-  double store::Settings::*value;
+  double store::Settings::* value;
   void (*apply)(double);
-  VolumeRow SettingsLayout::*row;
+  VolumeRow SettingsLayout::* row;
 };
 constexpr std::array<Volume, 2> kVolumes = {{
     {"settings.musicVolume", &store::Settings::musicVolume, audio::setMusicVolume, &SettingsLayout::music},

@@ -41,7 +41,8 @@ class FileChange {
 
 // Booleans, and numbers: integers are exact up to 2^53, which as milliseconds is 285,000 years.
 template <class Number>
-requires std::is_arithmetic_v<Number> js::Value valueOf(Number n) {
+  requires std::is_arithmetic_v<Number>
+js::Value valueOf(Number n) {
   js::Value v;
   if constexpr (std::is_same_v<Number, bool>) {
     v.kind = js::Value::Bool;

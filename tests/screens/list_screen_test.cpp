@@ -272,9 +272,8 @@ TEST(CardGrid, IsAsHighAsItsRows) {
 // --- the plate ---
 
 TEST(Card, HasItsOutlineWithinItsRectangle) {
-  const ui::CairoSurface picture = support::makePicture(60, 40, [](cairo_t* cr) {
-    screens::drawCardPlate(cr, {10, 10, 40, 20});
-  });
+  const ui::CairoSurface picture =
+      support::makePicture(60, 40, [](cairo_t* cr) { screens::drawCardPlate(cr, {10, 10, 40, 20}); });
   EXPECT_EQ(support::pixelAt(picture.get(), 30, 9), 0U);
   EXPECT_EQ(support::pixelAt(picture.get(), 30, 10), 0xFF235F47);
   EXPECT_EQ(support::pixelAt(picture.get(), 30, 11), 0xFF16523C);

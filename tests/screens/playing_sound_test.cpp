@@ -253,7 +253,9 @@ TEST(LandingSound, IsSilentInAPause) {
 
 TEST(ResumedGame, BeginsSilently) {
   const support::DataHome data;
-  { const Sitting left(test::kFirstLevel, test::Files::Kept); }
+  {
+    const Sitting left(test::kFirstLevel, test::Files::Kept);
+  }
   EXPECT_THAT(soundsOf([] {
                 Sitting sitting(test::kFirstLevel, test::Files::Kept);
                 sitting.harness.run(20);

@@ -62,7 +62,7 @@ class SettingsScreen : public testing::Test {
     rect.y += screens::settingsTop(layout(), view()) - scroll;
     return rect;
   }
-  ui::Rect slider(screens::VolumeRow screens::SettingsLayout::*row) const {
+  ui::Rect slider(screens::VolumeRow screens::SettingsLayout::* row) const {
     return shown((layout().*row).slider);
   }
   void click(const ui::Rect& rect) { clickAt(middle(shown(rect))); }
@@ -239,9 +239,9 @@ TEST_F(SettingsScreen, AnotherLanguageHasItsTitlesPaintedAnew) {
 
 struct VolumeCase {
   const char* name;
-  screens::VolumeRow screens::SettingsLayout::*row;
-  double store::Settings::*value;
-  double support::SoundState::*heard;
+  screens::VolumeRow screens::SettingsLayout::* row;
+  double store::Settings::* value;
+  double support::SoundState::* heard;
 };
 
 void PrintTo(const VolumeCase& param, std::ostream* out) { *out << param.name; }

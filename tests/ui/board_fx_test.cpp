@@ -330,9 +330,8 @@ TEST_P(Bursts, LookAsTheyAlwaysDid) {
     cx += 140;
   }
   const Frame frame{.w = 980, .h = 300, .time = 2};
-  const auto picture = paintScene(GetParam(), frame, [&](ui::Ctx& ctx) {
-    ui::drawBursts(ctx, &fx, {0, 0, 980, 300}, {});
-  });
+  const auto picture =
+      paintScene(GetParam(), frame, [&](ui::Ctx& ctx) { ui::drawBursts(ctx, &fx, {0, 0, 980, 300}, {}); });
   EXPECT_TRUE(looksLike(picture.get(), "bursts_" + test::nameOf(GetParam())));
 }
 

@@ -263,8 +263,7 @@ TEST_F(Gpu, SaysOnceThatItCannotBlendPremultiplied) {
 }
 
 TEST_F(Gpu, GivesRenderTargetsTheSameBlending) {
-  SDL_Texture* target = ui::gpuRenderTarget(
-      "t", 4, 4, [](void*) {}, nullptr, false);
+  SDL_Texture* target = ui::gpuRenderTarget("t", 4, 4, [](void*) {}, nullptr, false);
   SDL_BlendMode mode = SDL_BLENDMODE_NONE;
   ASSERT_EQ(SDL_GetTextureBlendMode(target, &mode), 0);
   EXPECT_EQ(mode, SDL_BLENDMODE_BLEND);
@@ -407,8 +406,7 @@ TEST_F(GpuTarget, IsPaintedAgainOnlyWhenAsked) {
 TEST_F(GpuTarget, IsClearedBeforeItIsPaintedAgain) {
   TargetJob job = {whitePicture()};
   ui::gpuRenderTarget("t", 8, 8, paintTargetJob, &job, false);
-  SDL_Texture* target = ui::gpuRenderTarget(
-      "t", 8, 8, [](void*) {}, nullptr, true);
+  SDL_Texture* target = ui::gpuRenderTarget("t", 8, 8, [](void*) {}, nullptr, true);
   ui::gpuBlit(target, 10, 10, 8, 8, 1);
   EXPECT_EQ(pixelAt(window.picture().get(), 13, 13), kBlack);
 }
@@ -458,8 +456,7 @@ TEST_F(GpuTarget, SurvivesAnEvictionDuringItsPainting) {
     isPainted("new");
     ui::gpuBlit(whitePicture(), 0, 0, 8, 8, 1);
   };
-  ui::gpuRenderTarget(
-      "t", 8, 8, [](void*) {}, nullptr, false);
+  ui::gpuRenderTarget("t", 8, 8, [](void*) {}, nullptr, false);
   ui::gpuBeginFrame();
   paintedOf(0, 400);
   SDL_Texture* target = ui::gpuRenderTarget("t", 8, 8, paintNewPictures, nullptr, true);

@@ -53,9 +53,7 @@ ui::CairoSurface onFelt(int w, int h, const std::function<void(cairo_t*)>& paint
 ui::CairoSurface tile(double w, const std::string& face, const ui::TileVisual& visual) {
   const int margin = 8;
   return onFelt(static_cast<int>(w) + 2 * margin, static_cast<int>(heightOf(w)) + 2 * margin,
-                [&](cairo_t* cr) {
-                  ui::drawTile(cr, {margin, margin, w, heightOf(w)}, face, visual);
-                });
+                [&](cairo_t* cr) { ui::drawTile(cr, {margin, margin, w, heightOf(w)}, face, visual); });
 }
 
 // The face's picture alone, on the cream of a tile's face.
@@ -261,9 +259,8 @@ TEST_F(Tile, WithoutAFaceIsBlank) {
 }
 
 TEST_F(Tile, IsGoldenWhenSelected) {
-  const auto picked = onFelt(100, 134, [](cairo_t* cr) {
-    ui::drawTileBase(cr, {0, 0, 100, 134}, "", {.selected = true});
-  });
+  const auto picked =
+      onFelt(100, 134, [](cairo_t* cr) { ui::drawTileBase(cr, {0, 0, 100, 134}, "", {.selected = true}); });
   EXPECT_EQ(pixelAt(picked.get(), 45, 62), 0xFFFFE49BU);
   EXPECT_EQ(pixelAt(picked.get(), 95, 67), 0xFFE0A93AU);
 }
@@ -274,9 +271,8 @@ TEST_F(Tile, PictureFadesAsOneLayer) {
   constexpr int kH = 134;
   const auto blank = onFelt(kW, kH, [](cairo_t* cr) { ui::drawStaticTile(cr, {0, 0, kW, kH}, "", 0.5); });
   for (const char* face : {"dot5", "bam7", "flower2", "wan4"}) {
-    const auto faded = onFelt(kW, kH, [&](cairo_t* cr) {
-      ui::drawStaticTile(cr, {0, 0, kW, kH}, face, 0.5);
-    });
+    const auto faded =
+        onFelt(kW, kH, [&](cairo_t* cr) { ui::drawStaticTile(cr, {0, 0, kW, kH}, face, 0.5); });
     const auto layer = makePicture(kW, kH, [&](cairo_t* cr) { ui::drawTileFace(cr, {0, 0, 90, 124}, face); });
     const auto expected = makePicture(kW, kH, [&](cairo_t* cr) {
       cairo_set_source_surface(cr, blank.get(), 0, 0);
@@ -391,9 +387,8 @@ TEST_F(TileTexture, IsNullWithoutARenderer) {
 TEST_F(TileTexture, ShowsWhatCairoPaintsButForTheCorners) {
   for (const bool selected : {false, true}) {
     for (const std::string& face : allFaces()) {
-      const auto painted = onFelt(56, 75, [&](cairo_t* cr) {
-        ui::drawTileBase(cr, {0, 0, 56, 75}, face, {.selected = selected});
-      });
+      const auto painted = onFelt(
+          56, 75, [&](cairo_t* cr) { ui::drawTileBase(cr, {0, 0, 56, 75}, face, {.selected = selected}); });
       const auto copied = paintScene(Path::Textures, {.w = 56, .h = 75}, [&](ui::Ctx&) {
         ui::gpuBlit(ui::tileTexture(face, 56, 75, selected), 0, 0, 56, 75, 1);
       });

@@ -1,11 +1,13 @@
 #include "window/controls.h"
 
 #include <cstdint>
+#include <cstring>
 #include <limits>
 
 #include "resources/i18n.h"
 #include "screens/gallery_layout.h"
 #include "screens/list_screen.h"
+#include "support/own_process.h"
 #include "support/picture.h"
 
 namespace window {
@@ -41,13 +43,19 @@ bool askBy(const Game& game, const std::function<void()>& act) {
 ui::Rect settingsControl(const Game& game,
                          const std::function<ui::Rect(const screens::SettingsLayout&)>& control,
                          const std::string& language) {
-  i18n::setLanguage(language);
   const Size size = game.size();
-  const ui::CairoSurface paper = support::makePicture(1, 1);
-  const ui::CairoContext cr(cairo_create(paper.get()));
-  const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), size.w);
-  ui::Rect rect = control(layout);
-  rect.y += screens::settingsTop(layout, screens::listView(size.w, size.h));
+  ui::Rect rect;
+  // Texts are measured, and whoever forks later to draw some must not have done so itself.
+  const std::string bytes = support::inOwnProcess([&] {
+    i18n::setLanguage(language);
+    const ui::CairoSurface paper = support::makePicture(1, 1);
+    const ui::CairoContext cr(cairo_create(paper.get()));
+    const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), size.w);
+    rect = control(layout);
+    rect.y += screens::settingsTop(layout, screens::listView(size.w, size.h));
+    return std::string(reinterpret_cast<const char*>(&rect), sizeof rect);
+  });
+  if (bytes.size() == sizeof rect) std::memcpy(&rect, bytes.data(), sizeof rect);
   return rect;
 }
 

@@ -194,8 +194,8 @@ TEST(DamagedFiles, LoseNoMoreThanWhatIsDamaged) {
 
 // --- files that cannot be written or read ---
 
-// The program plays a fresh game on: a pair can be taken. It names these files as not written, and no others, and
-// ends well.
+// The program plays a fresh game on: a pair can be taken. It names these files as not written, and no others,
+// and ends well.
 void expectPlaysAFreshGame(const Home& home, const std::vector<std::string>& files,
                            const Environment& changes = {}) {
   Desktop desktop;
