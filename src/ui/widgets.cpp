@@ -56,7 +56,7 @@ constexpr PlateLook kDarkPanelPlate{16, {palette::kDarkPlaque, 1}, {palette::kGo
 constexpr double kHeldAlpha = 0.78;  // of a plaque that is being pressed
 
 // Also of one whose numbers are none.
-bool isEmpty(const Rect& rect) { return !(rect.w > 0 && rect.h > 0); }
+bool isEmpty(const Rect& rect) { return !(rect.w > 0) || !(rect.h > 0); }
 
 double middleX(const Rect& rect) { return rect.x + rect.w / 2; }
 double middleY(const Rect& rect) { return rect.y + rect.h / 2; }

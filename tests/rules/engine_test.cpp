@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <random>
+#include <tuple>
 
 #include "rules/boards.h"
 #include "rules/levels.h"
@@ -55,9 +56,9 @@ std::vector<int> freeOutside(const GameState& game, const std::vector<char>& pil
     if (pile[static_cast<std::size_t>(id)] == 0) ids.push_back(id);
   }
   const auto rank = [&game](int id) {
-    return std::pair(-game.slots[static_cast<std::size_t>(id)].z, -fromCentre(game.slots, id));
+    return std::tuple(-game.slots[static_cast<std::size_t>(id)].z, -fromCentre(game.slots, id), id);
   };
-  std::stable_sort(ids.begin(), ids.end(), [&rank](int a, int b) { return rank(a) < rank(b); });
+  std::sort(ids.begin(), ids.end(), [&rank](int a, int b) { return rank(a) < rank(b); });
   return ids;
 }
 

@@ -24,7 +24,7 @@ class FileReads {
   ~FileReads() { close(queue); }
 
   // Since it was asked last.
-  int count() {
+  int count() const {
     int opened = 0;
     std::array<inotify_event, 64> events;
     for (ssize_t got = 0; (got = read(queue, events.data(), sizeof events)) > 0;) {
