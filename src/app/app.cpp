@@ -57,6 +57,11 @@ void Game::replace(const GameState& descriptor) { pendingRequest = {Operation::R
 void Game::resetTo(const GameState& descriptor) { pendingRequest = {Operation::Reset, descriptor}; }
 
 void Game::update(Ctx& ctx) {
+  if (beginsScreen()) {
+    forgetEarlierButtons(ctx.in);
+  } else {
+    keepOwnButtons(ctx.in);
+  }
   ensureScreen();
   if (screen) screen->update(ctx);
   if (pendingRequest.operation == Operation::None) return;
@@ -69,6 +74,29 @@ void Game::ensureScreen() {
   if (screen && builtVersion == stackVersion) return;
   screen = makeScreen(stack.back());
   builtVersion = stackVersion;
+}
+
+// What arrived before the first frame was meant for the screen that could be seen then. Screens put their
+// controls in the same places: the release of what ended the demo would begin a new game, and so would the
+// second of two clicks on "Exit".
+void Game::forgetEarlierButtons(Input& in) {
+  hold = in.down ? Hold::Earlier : Hold::None;
+  clicksAreOwn = false;
+  in.dropButtons();
+}
+
+void Game::keepOwnButtons(Input& in) {
+  const bool heardOfPress = hold == Hold::Own || (hold == Hold::None && in.pressed);
+  if (!in.down) {
+    hold = Hold::None;
+  } else if (hold != Hold::Own) {
+    hold = in.pressed ? Hold::Own : Hold::Earlier;
+  }
+  in.down = hold == Hold::Own;
+  if (!in.clicked) return;
+  clicksAreOwn = clicksAreOwn || (heardOfPress && !in.doubleClicked);
+  in.clicked = heardOfPress && clicksAreOwn;
+  in.doubleClicked = in.clicked && in.doubleClicked;
 }
 
 void Game::carryOut(const Request& request) {

@@ -30,8 +30,12 @@ class Game {
   // Leaves this descriptor as the only one.
   void resetTo(const GameState& descriptor);
 
-  // One frame: builds the top screen if need be, updates it, carries out its request.
+  // One frame: builds the top screen if need be, updates it, carries out its request. A screen hears of a
+  // mouse button only what began on it: not of one that was down before its first frame, nor of its release,
+  // nor of clicks that follow one on an earlier screen as fast as the second of a double click.
   void update(Ctx& ctx);
+  // Whether the next frame will be the first of its screen.
+  bool beginsScreen() const { return !screen; }
 
   // The descriptors, bottom first; never empty.
   const std::vector<GameState>& descriptors() const { return stack; }
@@ -43,7 +47,12 @@ class Game {
     GameState descriptor;
   };
 
+  // Whose the left button is that is held.
+  enum class Hold { None, Earlier, Own };
+
   void ensureScreen();
+  void forgetEarlierButtons(Input& in);
+  void keepOwnButtons(Input& in);
   void carryOut(const Request& request);
 
   std::vector<GameState> stack;
@@ -51,6 +60,8 @@ class Game {
   unsigned builtVersion = 0xFFFFFFFF;
   unsigned stackVersion = 0;
   Request pendingRequest;
+  Hold hold = Hold::None;
+  bool clicksAreOwn = false;  // the last click was this screen's, so one that follows fast is so, too
 };
 
 }  // namespace ui

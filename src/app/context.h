@@ -38,6 +38,8 @@ struct Input {
   bool ctrl = false;
   bool shift = false;
 
+  // Forgets all that the mouse's buttons did.
+  void dropButtons() { down = pressed = clicked = doubleClicked = rightClicked = false; }
   bool hasKey(int code) const { return std::find(keys.begin(), keys.end(), code) != keys.end(); }
   bool hasFreshKey(int code) const {
     return std::find(freshKeys.begin(), freshKeys.end(), code) != freshKeys.end();

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/fake_screens.h"
+#include "support/data_home.h"
 
 namespace {
 
@@ -190,9 +191,187 @@ TEST_F(ScreenStack, EndsWithItsScreen) {
   EXPECT_THAT(events(), ElementsAre("Splash destroyed"));
 }
 
+// --- the mouse's buttons across a change ---
+
+// A player's hand on the stack of screens: each of these is a frame of its own.
+class Buttons : public ScreenStack {
+ protected:
+  Buttons() {
+    change();
+    screenSees();
+  }
+
+  // What the live screen sees of this input.
+  ui::Input screenSees(const ui::Input& in = {}) {
+    ui::Input seen;
+    ctx.in = in;
+    fake::script().onUpdate = [&seen](const ui::Ctx& frameCtx) { seen = frameCtx.in; };
+    game.update(ctx);
+    return seen;
+  }
+  // The live screen asks for another, which has its first frame in the next one.
+  void change(const ui::Input& in = {}) {
+    ctx.in = in;
+    fake::script().onUpdate = [this](ui::Ctx&) { game.replace(kPlaying); };
+    game.update(ctx);
+  }
+
+  static ui::Input held() { return with({.down = true}); }
+  static ui::Input press() { return with({.down = true, .pressed = true}); }
+  static ui::Input release() { return with({.clicked = true}); }
+  static ui::Input fastRelease() { return with({.clicked = true, .doubleClicked = true}); }
+  static ui::Input click() { return with({.pressed = true, .clicked = true}); }
+  static ui::Input fastClick() { return with({.pressed = true, .clicked = true, .doubleClicked = true}); }
+
+ private:
+  struct Flags {
+    bool down = false;
+    bool pressed = false;
+    bool clicked = false;
+    bool doubleClicked = false;
+  };
+  static ui::Input with(const Flags& flags) {
+    ui::Input in;
+    in.down = flags.down;
+    in.pressed = flags.pressed;
+    in.clicked = flags.clicked;
+    in.doubleClicked = flags.doubleClicked;
+    return in;
+  }
+};
+
+bool isQuiet(const ui::Input& in) {
+  return !in.down && !in.pressed && !in.clicked && !in.doubleClicked && !in.rightClicked;
+}
+
+TEST_F(Buttons, ReleaseOfAButtonPressedOnAnEarlierScreenIsNotHeardOf) {
+  change(press());
+  EXPECT_TRUE(isQuiet(screenSees(held())));
+  EXPECT_TRUE(isQuiet(screenSees(held())));
+  EXPECT_TRUE(isQuiet(screenSees(release())));
+}
+
+TEST_F(Buttons, ReleaseInTheFirstFrameIsNotHeardOf) {
+  change(press());
+  EXPECT_TRUE(isQuiet(screenSees(release())));
+}
+
+TEST_F(Buttons, EveryChangeOfTheStackCounts) {
+  const std::function<void()> changes[] = {[this] { game.push(kSolved); }, [this] { game.pop(); },
+                                           [this] { game.replace(kSolved); },
+                                           [this] { game.resetTo(kSolved); }, [this] { game.pop(); }};
+  for (const auto& ask : changes) {
+    screenSees();
+    screenSees(press());
+    frame(ask);
+    EXPECT_TRUE(isQuiet(screenSees(held())));
+    EXPECT_TRUE(isQuiet(screenSees(release())));
+  }
+  EXPECT_EQ(game.descriptors().size(), 1U) << "the last one was built anew";
+}
+
+TEST_F(Buttons, ButtonStaysForeignOverSeveralScreens) {
+  change(press());
+  change(held());
+  change(held());
+  screenSees(held());
+  EXPECT_TRUE(isQuiet(screenSees(held())));
+  EXPECT_TRUE(isQuiet(screenSees(release())));
+}
+
+TEST_F(Buttons, WhatArrivesBeforeTheFirstFrameIsNotHeardOf) {
+  for (const ui::Input& in : {press(), release(), click(), fastClick()}) {
+    change();
+    EXPECT_TRUE(isQuiet(screenSees(in)));
+    screenSees(release());
+  }
+  change();
+  ui::Input right;
+  right.rightClicked = true;
+  EXPECT_TRUE(isQuiet(screenSees(right)));
+}
+
+TEST_F(Buttons, PressBeforeTheFirstFrameIsNotHeardOfLaterEither) {
+  change();
+  screenSees(press());
+  EXPECT_TRUE(isQuiet(screenSees(held())));
+  EXPECT_TRUE(isQuiet(screenSees(release())));
+}
+
+TEST_F(Buttons, ReleaseWithoutAPressIsNotHeardOf) { EXPECT_TRUE(isQuiet(screenSees(release()))); }
+
+TEST_F(Buttons, OtherInputOfTheFirstFrameIsHeardOf) {
+  change();
+  ui::Input in = click();
+  in.mx = 30;
+  in.wheel = 2;
+  in.keys = {27};
+  const ui::Input seen = screenSees(in);
+  EXPECT_EQ(seen.mx, 30);
+  EXPECT_EQ(seen.wheel, 2);
+  EXPECT_THAT(seen.keys, ElementsAre(27));
+}
+
+TEST_F(Buttons, PressOnTheNewScreenCountsAsEver) {
+  change(click());
+  screenSees();
+  EXPECT_TRUE(screenSees(press()).pressed);
+  EXPECT_TRUE(screenSees(held()).down);
+  const ui::Input seen = screenSees(release());
+  EXPECT_TRUE(seen.clicked);
+  EXPECT_FALSE(seen.down);
+}
+
+TEST_F(Buttons, NewPressInTheFrameOfTheOldReleaseCounts) {
+  change(press());
+  screenSees(held());
+  ui::Input in = press();
+  in.clicked = true;
+  const ui::Input seen = screenSees(in);
+  EXPECT_FALSE(seen.clicked) << "that was the old one";
+  EXPECT_TRUE(seen.pressed && seen.down);
+  EXPECT_TRUE(screenSees(release()).clicked);
+}
+
+TEST_F(Buttons, SecondClickOfADoubleClickThatChangedTheScreenWorksNothing) {
+  screenSees(press());
+  change(release());
+  screenSees();
+  EXPECT_FALSE(screenSees(press()).clicked);
+  const ui::Input seen = screenSees(fastRelease());
+  EXPECT_FALSE(seen.clicked || seen.doubleClicked);
+}
+
+TEST_F(Buttons, SecondClickAfterAPressThatChangedTheScreenWorksNothing) {
+  change(press());
+  screenSees(release());
+  screenSees();
+  EXPECT_FALSE(screenSees(fastClick()).clicked);
+}
+
+TEST_F(Buttons, ClicksThatFollowAsFastBelongToTheSameRun) {
+  change(click());
+  screenSees();
+  for (int i = 0; i < 5; ++i) EXPECT_FALSE(screenSees(fastClick()).clicked);
+  EXPECT_TRUE(screenSees(click()).clicked);
+}
+
+TEST_F(Buttons, SlowerClickWorks) {
+  change(click());
+  screenSees();
+  EXPECT_TRUE(screenSees(click()).clicked);
+}
+
+TEST_F(Buttons, DoubleClickOnOneScreenIsHeardOf) {
+  screenSees(click());
+  const ui::Input seen = screenSees(fastClick());
+  EXPECT_TRUE(seen.clicked && seen.doubleClicked);
+}
+
 TEST(ProgramStack, IsOneForTheProcess) { EXPECT_EQ(&ui::Game::instance(), &ui::Game::instance()); }
 
 TEST(ProgramSettings, AreChangedInPlace) {
+  const support::DataHome data;
   ui::Game::settings().windowW = 1234;
   EXPECT_EQ(ui::Game::settings().windowW, 1234);
   ui::Game::settings() = {};

@@ -226,7 +226,7 @@ struct Watched : Stack {
 TEST(Attract, EndsAtOnceWithAnyInput) {
   using Hand = std::function<void(support::ScreenHarness&)>;
   for (const Hand& hand : std::initializer_list<Hand>{
-           [](auto& harness) { harness.press(300, 200); }, [](auto& harness) { harness.release(300, 200); },
+           [](auto& harness) { harness.press(300, 200); }, [](auto& harness) { harness.click(300, 200); },
            [](auto& harness) { harness.rightClick(300, 200); },
            [](auto& harness) { harness.key(SDLK_ESCAPE); }, [](auto& harness) { harness.key(SDLK_LSHIFT); },
            [](auto& harness) { harness.key(SDLK_F11); }, [](auto& harness) { harness.wheel(300, 200, 1); },
