@@ -47,6 +47,7 @@ struct Stage {
     SDL_RenderClear(renderer.get());
     draw();
     cr.reset();
+    canvas.flush();
     canvas.upload();
     SDL_RenderPresent(renderer.get());
     return processorTime() - begun;

@@ -24,8 +24,9 @@ CairoContext FrameCanvas::begin(double scale) {
   return cr;
 }
 
+void FrameCanvas::flush() { cairo_surface_flush(surface.get()); }
+
 void FrameCanvas::upload() {
-  cairo_surface_flush(surface.get());
   const unsigned char* pixels = cairo_image_surface_get_data(surface.get());
   // Either is missing only when memory is short: the textures of this frame still appear.
   if (!texture || pixels == nullptr) return;

@@ -16,9 +16,11 @@ class FrameCanvas {
   // without it, and the next frame tries again.
   void resize(int w, int h);
   // Clears the surface to transparent. The context draws on it in units of `scale` device pixels; it must be
-  // gone before upload().
+  // gone before flush().
   CairoContext begin(double scale);
-  // Lays the surface over what the renderer holds.
+  // Ends the drawing with cairo.
+  void flush();
+  // Lays the flushed surface over what the renderer holds.
   void upload();
 
  private:

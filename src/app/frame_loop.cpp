@@ -14,6 +14,8 @@ namespace {
 
 // Animations do not jump after a stall.
 constexpr double kMaxFrameTime = 0.1;
+// So soon the loop hears of a signal while nothing else happens.
+constexpr int kAwayWaitMs = 100;
 // While the player drags the window its geometry is written no more often.
 constexpr double kGeometrySaveInterval = 2;
 
@@ -31,31 +33,52 @@ FrameLoop::FrameLoop(SDL_Window* shownIn, SDL_Renderer* drawnBy, double (*clock)
       now(clock),
       events(Game::settings()),
       canvas(drawnBy),
-      appliedFullscreen(Game::settings().fullscreen),
-      lastFrameTime(clock()) {
-  if (std::getenv("VESKARA_STATS") != nullptr) stats.emplace(lastFrameTime);
+      appliedFullscreen(Game::settings().fullscreen) {
+  ctx.time = now();
+  if (std::getenv("VESKARA_STATS") != nullptr) stats.emplace(ctx.time);
 }
 
 bool FrameLoop::pass() {
   drainEvents();
   applyFullscreen();
   readMouse();
-
-  int pixelW = 0;
-  int pixelH = 0;
-  SDL_GetRendererOutputSize(renderer, &pixelW, &pixelH);
-  if (pixelW <= 0 || pixelH <= 0) return !events.quitRequested();
-
-  drawFrame(pixelW, pixelH);
+  measure();
+  if (isAway()) {
+    waitAway();
+  } else {
+    drawFrame();
+  }
   saveGeometry();
   return !events.quitRequested() && !ctx.quit && !terminationRequested();
 }
 
-void FrameLoop::drainEvents() {
+void FrameLoop::measure() {
+  pixelW = 0;
+  pixelH = 0;
+  SDL_GetRendererOutputSize(renderer, &pixelW, &pixelH);
+}
+
+// Under X11 a minimised window keeps its size, and would be drawn for nobody.
+bool FrameLoop::isAway() const {
+  constexpr Uint32 kUnseen = SDL_WINDOW_MINIMIZED | SDL_WINDOW_HIDDEN;
+  return (SDL_GetWindowFlags(window) & kUnseen) != 0 || pixelW <= 0 || pixelH <= 0;
+}
+
+void FrameLoop::waitAway() {
   events.beginFrame(ctx);
   SDL_Event event;
-  while (SDL_PollEvent(&event) != 0) events.handle(event, SDL_GetWindowFlags(window), now(), ctx);
+  if (SDL_WaitEventTimeout(&event, kAwayWaitMs) != 0) handle(event);
+  awayTime = now() - ctx.time;
+}
+
+void FrameLoop::drainEvents() {
+  SDL_Event event;
+  while (SDL_PollEvent(&event) != 0) handle(event);
   if (events.takeFullscreenToggle()) Game::persistSettings();
+}
+
+void FrameLoop::handle(const SDL_Event& event) {
+  events.handle(event, SDL_GetWindowFlags(window), now(), ctx);
 }
 
 void FrameLoop::applyFullscreen() {
@@ -72,42 +95,56 @@ void FrameLoop::readMouse() {
   events.readMouse(x, y, buttons, SDL_GetModState(), ctx);
 }
 
-void FrameLoop::drawFrame(int pixelW, int pixelH) {
+void FrameLoop::drawFrame() {
   const double scale = pixelScale(window, pixelW);
   canvas.resize(pixelW, pixelH);
   CairoContext cr = canvas.begin(scale);
   ctx.cr = cr.get();
   ctx.w = pixelW / scale;
   ctx.h = pixelH / scale;
-  ctx.time = now();
-  ctx.dt = std::min(ctx.time - lastFrameTime, kMaxFrameTime);
-  lastFrameTime = ctx.time;
+  const double time = now() - awayTime;
+  ctx.dt = std::min(time - ctx.time, kMaxFrameTime);
+  ctx.time = time;
 
   const double begun = now();
   gpuSetScale(scale);
   gpuBeginFrame();
   SDL_SetRenderDrawColor(renderer, 0, 0, 0, SDL_ALPHA_OPAQUE);
   SDL_RenderClear(renderer);
-  Game::instance().update(ctx);
+  updateScreen();
   ctx.cr = nullptr;
   cr.reset();
+  canvas.flush();
 
   const double drawn = now();
   canvas.upload();
   SDL_RenderPresent(renderer);
+  if (stats) report(drawn - begun, now() - drawn);
+}
 
-  if (!stats) return;
+// Begins the input of the next frame, too.
+void FrameLoop::updateScreen() {
+  const bool first = Game::instance().beginsScreen();
+  Game::instance().update(ctx);
+  events.beginFrame(ctx);
+  if (!first) return;
+  // A first frame may take long. What was clicked meanwhile was meant for what could still be seen.
+  drainEvents();
+  ctx.in.dropButtons();
+}
+
+void FrameLoop::report(double updateTime, double uploadTime) {
   const double shown = now();
-  stats->add(drawn - begun, shown - drawn);
+  stats->add(updateTime, uploadTime);
   if (!stats->due(shown)) return;
   std::fputs(stats->report(shown, gpuDrawCalls(), pixelW, pixelH, profReport()).c_str(), stderr);
 }
 
 void FrameLoop::saveGeometry() {
-  if (!events.geometryDirty() || ctx.time - lastGeometrySave <= kGeometrySaveInterval) return;
+  if (!events.geometryDirty() || now() - lastGeometrySave <= kGeometrySaveInterval) return;
   Game::persistSettings();
   events.geometrySaved();
-  lastGeometrySave = ctx.time;
+  lastGeometrySave = now();
 }
 
 }  // namespace ui

@@ -1,5 +1,5 @@
-// frame_loop.h: the program's single-threaded loop: events in, the screen stack's frame, pixels out. Never
-// sleeps: a renderer with vsync sets the pace.
+// frame_loop.h: the program's single-threaded loop: events in, the screen stack's frame, pixels out. While
+// the window can be seen it never sleeps: a renderer with vsync sets the pace.
 #pragma once
 
 #include <optional>
@@ -17,15 +17,22 @@ class FrameLoop {
   // once.
   FrameLoop(SDL_Window* shownIn, SDL_Renderer* drawnBy, double (*clock)());
 
-  // One pass. False when it was the last: the window was closed, Ctrl+Q, a screen or a signal said so. A
-  // window without drawable size draws nothing and runs no screen.
+  // One pass. False when it was the last: the window was closed, Ctrl+Q, a screen or a signal said so. While
+  // the window is away, minimised or hidden or without drawable size, a pass draws nothing, runs no screen
+  // and waits a moment for events; the screens' time stands still.
   bool pass();
 
  private:
   void drainEvents();
+  void handle(const SDL_Event& event);
   void applyFullscreen();
   void readMouse();
-  void drawFrame(int pixelW, int pixelH);
+  void measure();
+  bool isAway() const;
+  void waitAway();
+  void drawFrame();
+  void updateScreen();
+  void report(double updateTime, double uploadTime);
   void saveGeometry();
 
   SDL_Window* window;
@@ -35,7 +42,9 @@ class FrameLoop {
   FrameCanvas canvas;
   Ctx ctx;  // lives across frames so that its `quit` does
   bool appliedFullscreen;
-  double lastFrameTime;
+  int pixelW = 0;
+  int pixelH = 0;
+  double awayTime = 0;  // by which the screens' time is behind the clock
   double lastGeometrySave = 0;
   std::optional<FrameStats> stats;  // when VESKARA_STATS is set
 };

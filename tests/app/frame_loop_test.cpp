@@ -1,5 +1,6 @@
 #include "app/frame_loop.h"
 
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -23,6 +24,8 @@ using testing::IsEmpty;
 // What the loop takes for the time.
 double fixedTime = 0;
 double fixedClock() { return fixedTime; }
+// What it takes to flush a surface.
+double flushTime = 0;
 
 constexpr int kW = 320;
 constexpr int kH = 240;
@@ -40,6 +43,18 @@ bool startVideo() {
   setenv("SDL_VIDEODRIVER", "dummy", 1);
   return SDL_Init(SDL_INIT_VIDEO) == 0;
 }
+
+}  // namespace
+
+// In place of cairo's own in this program.
+void cairo_surface_flush(cairo_surface_t* surface) {
+  static auto* const flush =
+      reinterpret_cast<decltype(cairo_surface_flush)*>(dlsym(RTLD_NEXT, "cairo_surface_flush"));
+  fixedTime += flushTime;
+  flush(surface);
+}
+
+namespace {
 
 class FrameLoopTest : public testing::Test {
  protected:
@@ -253,9 +268,10 @@ TEST_F(FrameLoopTest, EndsAfterTheFrameOfATerminationSignal) {
   EXPECT_EXIT(passAfterSignal(), testing::ExitedWithCode(0), "");
 }
 
-TEST_F(FrameLoopTest, WithoutDrawableSizeRunsNoScreenButStillEndsWhenClosed) {
-  // No renderer tells no size, as a minimised window does.
-  ui::FrameLoop loop(window.get(), nullptr, fixedClock);
+// Hidden windows stand for minimised ones, which this video driver does not know.
+TEST_F(FrameLoopTest, HiddenWindowRunsNoScreenButStillEndsWhenClosed) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_HideWindow(window.get());
   bool ran = false;
   const auto note = [&ran](ui::Ctx&) { ran = true; };
   EXPECT_TRUE(pass(loop, note));
@@ -264,6 +280,95 @@ TEST_F(FrameLoopTest, WithoutDrawableSizeRunsNoScreenButStillEndsWhenClosed) {
   SDL_PushEvent(&quit);
   EXPECT_FALSE(pass(loop, note));
   EXPECT_FALSE(ran);
+}
+
+TEST_F(FrameLoopTest, WindowClosedWhileTheLoopWaitsEndsItInThatPass) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_HideWindow(window.get());
+  pass(loop);
+  SDL_AddTimer(
+      1,
+      [](Uint32, void*) -> Uint32 {
+        SDL_Event quit = {};
+        quit.type = SDL_QUIT;
+        SDL_PushEvent(&quit);
+        return 0;
+      },
+      nullptr);
+  bool goesOn = true;
+  for (int i = 0; i < 100 && goesOn; ++i) goesOn = pass(loop);
+  EXPECT_FALSE(goesOn);
+}
+
+TEST_F(FrameLoopTest, HiddenWindowEndsOnASignal) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_HideWindow(window.get());
+  const auto passAfterSignal = [&] {
+    ui::installTerminationHandler(nullptr);
+    raise(SIGTERM);
+    std::_Exit(pass(loop) ? 1 : 0);
+  };
+  EXPECT_EXIT(passAfterSignal(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(FrameLoopTest, HiddenWindowCostsNoProcessor) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_HideWindow(window.get());
+  for (int i = 0; i < 3; ++i) pass(loop);  // what hiding tells of
+  const Uint64 before = SDL_GetTicks64();
+  for (int i = 0; i < 3; ++i) pass(loop);
+  EXPECT_GE(SDL_GetTicks64() - before, 150U);
+}
+
+TEST_F(FrameLoopTest, TimeOfTheScreensStandsWhileTheWindowIsHidden) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  fixedTime = 101;
+  pass(loop);
+  SDL_HideWindow(window.get());
+  for (const double time : {110, 120, 3700}) {
+    fixedTime = time;
+    pass(loop);
+  }
+  SDL_ShowWindow(window.get());
+  fixedTime = 3700.0625;
+  const ui::Ctx frame = frameOf(loop);
+  EXPECT_EQ(frame.time, 101.0625);
+  EXPECT_EQ(frame.dt, 0.0625);
+}
+
+TEST_F(FrameLoopTest, KeysTypedAtAHiddenWindowAreForgotten) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  SDL_HideWindow(window.get());
+  SDL_Event key = keyDown(SDLK_h, SDL_SCANCODE_H);
+  SDL_PushEvent(&key);
+  pass(loop);
+  SDL_ShowWindow(window.get());
+  EXPECT_THAT(frameOf(loop).in.keys, IsEmpty());
+}
+
+// --- what is done to a screen that cannot be seen yet ---
+
+SDL_Event buttonEvent(Uint32 type) {
+  SDL_Event event = {};
+  event.type = type;
+  event.button.button = SDL_BUTTON_LEFT;
+  return event;
+}
+
+TEST_F(FrameLoopTest, ClickWhileAScreensFirstFrameIsDrawnIsNotHeardOf) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  pass(loop, [](ui::Ctx&) { ui::Game::instance().resetTo({}); });
+  pass(loop, [](ui::Ctx&) {
+    for (const Uint32 type : {SDL_MOUSEBUTTONDOWN, SDL_MOUSEBUTTONUP}) {
+      SDL_Event event = buttonEvent(type);
+      SDL_PushEvent(&event);
+    }
+    SDL_Event key = keyDown(SDLK_h, SDL_SCANCODE_H);
+    SDL_PushEvent(&key);
+  });
+  const ui::Ctx frame = frameOf(loop);
+  EXPECT_FALSE(frame.in.pressed || frame.in.clicked);
+  EXPECT_THAT(frame.in.keys, ElementsAre(SDLK_h)) << "keys are";
 }
 
 TEST_F(FrameLoopTest, F11MakesTheWindowFullScreenAndBackWithoutForgettingItsSize) {
@@ -353,6 +458,18 @@ TEST_F(FrameLoopTest, WritesAStatisticsLineEachSecondWhenAskedTo) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "[stats]   3 fps   CPU   0.0 ms   GPU   0.0 ms   1 Kopien  320x240 \n"
             "[stats]   2 fps   CPU   0.0 ms   GPU   0.0 ms   1 Kopien  320x240 \n");
+}
+
+TEST_F(FrameLoopTest, FlushingWhatCairoDrewIsTimeOfTheUpdate) {
+  setenv("VESKARA_STATS", "", 1);
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  unsetenv("VESKARA_STATS");
+  fixedTime = 101;
+  testing::internal::CaptureStderr();
+  flushTime = 0.0625;
+  pass(loop);
+  flushTime = 0;
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("CPU  62.5 ms   GPU   0.0 ms"));
 }
 
 TEST_F(FrameLoopTest, IsSilentWithoutStatistics) {

@@ -37,6 +37,7 @@ TEST(FrameCanvas, LiesOverWhatTheRendererHolds) {
   canvas.resize(8, 4);
   fill(canvas.begin(1).get(), 0, 0, 4, 4);
   window.clear(0xFF0000);
+  canvas.flush();
   canvas.upload();
   const ui::CairoSurface picture = window.picture();
   EXPECT_EQ(pixelAt(picture.get(), 3, 3), kBlue);
@@ -48,9 +49,11 @@ TEST(FrameCanvas, BeginsEachFrameTransparent) {
   ui::FrameCanvas canvas(window.renderer());
   canvas.resize(8, 4);
   fill(canvas.begin(1).get(), 0, 0, 8, 4);
+  canvas.flush();
   canvas.upload();
   canvas.begin(1);
   window.clear(0xFF0000);
+  canvas.flush();
   canvas.upload();
   EXPECT_EQ(pixelAt(window.picture().get(), 2, 2), kRed);
 }
@@ -61,6 +64,7 @@ TEST(FrameCanvas, IsDrawnOnInLogicalPixels) {
   canvas.resize(8, 4);
   fill(canvas.begin(2).get(), 1, 0, 1, 1);
   window.clear(0xFF0000);
+  canvas.flush();
   canvas.upload();
   const ui::CairoSurface picture = window.picture();
   EXPECT_EQ(pixelAt(picture.get(), 1, 0), kRed);
@@ -96,10 +100,12 @@ TEST(FrameCanvas, WithoutTextureLeavesTheTexturesOfTheFrame) {
   window.clear(0xFF0000);
   canvas.resize(1000000, 1);  // more than cairo and SDL can make
   fill(canvas.begin(1).get(), 0, 0, 8, 4);
+  canvas.flush();
   canvas.upload();
   EXPECT_EQ(pixelAt(window.picture().get(), 2, 2), kRed);
   canvas.resize(8, 4);
   fill(canvas.begin(1).get(), 0, 0, 8, 4);
+  canvas.flush();
   canvas.upload();
   EXPECT_EQ(pixelAt(window.picture().get(), 2, 2), kBlue);
 }

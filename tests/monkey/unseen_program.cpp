@@ -72,13 +72,13 @@ void SDL_GetWindowSize(SDL_Window* window, int* w, int* h) {
   if (h != nullptr) *h = static_cast<int>(std::lround(pixelH / seen().scale));
 }
 
-int SDL_GetRendererOutputSize(SDL_Renderer* renderer, int* w, int* h) {
-  static auto* const ask = original<decltype(SDL_GetRendererOutputSize)>("SDL_GetRendererOutputSize");
-  if (!seen().minimised) return ask(renderer, w, h);
-  *w = 0;
-  *h = 0;
-  return 0;
+Uint32 SDL_GetWindowFlags(SDL_Window* window) {
+  static auto* const ask = original<decltype(SDL_GetWindowFlags)>("SDL_GetWindowFlags");
+  return ask(window) | (seen().minimised ? Uint32{SDL_WINDOW_MINIMIZED} : 0U);
 }
+
+// Nobody else sends it any: there is nothing to wait for.
+int SDL_WaitEventTimeout(SDL_Event* event, int /*timeout*/) { return SDL_PollEvent(event); }
 
 int SDL_RenderCopy(SDL_Renderer* renderer, SDL_Texture* texture, const SDL_Rect* from, const SDL_Rect* to) {
   static auto* const copy = original<decltype(SDL_RenderCopy)>("SDL_RenderCopy");

@@ -49,7 +49,7 @@ class UnseenProgram {
   void resize(WindowSize logical);
   // Device pixels per logical one.
   void setScale(double pixels);
-  // A window that is minimised has nothing to draw on.
+  // As under X11, where a minimised window keeps its size.
   void setMinimised(bool minimised);
 
   WindowSize size() const;

@@ -99,6 +99,7 @@ void Sitting::paint(const std::string& path) {
   ui::FrameCanvas canvas(renderer);
   canvas.resize(w, h);
   showFrame(kLongestFrame, canvas.begin(window.scale).get());
+  canvas.flush();
   canvas.upload();
   done = done && savePicture(renderer, w, h, path);
   SDL_SetRenderTarget(renderer, nullptr);
