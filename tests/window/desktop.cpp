@@ -359,6 +359,12 @@ void Game::minimise() const {
   waitFor([this, display] { return !isViewable(display, window); });
 }
 
+void Game::restore() const {
+  Display* display = desktop.connection->display;
+  tell(display, desktop.connection->root(), SubstructureRedirectMask | SubstructureNotifyMask, window,
+       "_NET_ACTIVE_WINDOW", {2, CurrentTime, 0, 0});
+}
+
 void Game::close() const {
   Display* display = desktop.connection->display;
   tell(display, window, NoEventMask, window, "WM_PROTOCOLS",

@@ -135,6 +135,8 @@ class Game {
   // The buttons of the title bar: each asks the window manager, or the program itself, and does not wait.
   void setMaximised(bool maximised) const;
   void minimise() const;
+  // Brings a minimised window back, and does not wait.
+  void restore() const;
   void close() const;
 
  private:

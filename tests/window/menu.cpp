@@ -1,7 +1,9 @@
 #include "window/menu.h"
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
+#include <thread>
 
 #include "support/picture.h"
 #include "ui/palette.h"
@@ -45,7 +47,7 @@ bool continueFromMenu(const Game& game) {
 bool chooseFromMenu(const Game& game, MenuEntry entry) {
   // A window that changes its size while the program starts may have moved the plaque away under the click.
   std::optional<Size> clicked;
-  return waitFor([&] {
+  const bool gone = waitFor([&] {
     const ui::CairoSurface picture = game.picture();
     if (!picture) return false;
     if (!isMenuShownIn(picture.get())) return clicked.has_value();
@@ -54,6 +56,10 @@ bool chooseFromMenu(const Game& game, MenuEntry entry) {
     clicked = size;
     return false;
   });
+  // A click that follows as fast as the second of a double click would count as one.
+  constexpr std::chrono::milliseconds kDoubleClick{300};
+  std::this_thread::sleep_for(kDoubleClick);
+  return gone;
 }
 
 }  // namespace window
