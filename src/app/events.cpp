@@ -9,13 +9,34 @@ constexpr double kDoubleClickTime = 0.3;
 constexpr Uint32 kNotWindowed =
     SDL_WINDOW_FULLSCREEN | SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MINIMIZED | SDL_WINDOW_MAXIMIZED;
 
+// Whether a key of the layout in use carries it without Shift: SDL tells no more of what is on the keys.
+bool carries(SDL_Keycode code) { return SDL_GetScancodeFromKey(code) != SDL_SCANCODE_UNKNOWN; }
+
+// Greek and Hebrew have punctuation on some letters' keys, so that one key alone tells nothing.
+bool hasLatinLetters() {
+  for (SDL_Keycode letter = SDLK_a; letter <= SDLK_z; ++letter)
+    if (carries(letter)) return true;
+  return false;
+}
+
+// Where + has no key of its own: in its place on a Latin keyboard, and above what is printed below it on
+// Hungarian, Turkish and Japanese ones.
+bool isPlus(const SDL_Keysym& key) {
+  if (key.scancode == SDL_SCANCODE_EQUALS) return key.sym != SDLK_MINUS;
+  if ((key.mod & KMOD_SHIFT) == 0) return false;
+  return key.scancode == SDL_SCANCODE_3 || key.scancode == SDL_SCANCODE_4 ||
+         key.scancode == SDL_SCANCODE_SEMICOLON;
+}
+
 }  // namespace
 
 int keyCode(const SDL_Keysym& key) {
-  const bool latin = key.sym < 0x80 || (key.sym & SDLK_SCANCODE_MASK) != 0;
+  if ((key.sym & SDLK_SCANCODE_MASK) != 0) return key.sym;
   const bool letterKey = SDL_SCANCODE_A <= key.scancode && key.scancode <= SDL_SCANCODE_Z;
-  if (latin || !letterKey) return key.sym;
-  return SDLK_a + (key.scancode - SDL_SCANCODE_A);
+  if (letterKey && !hasLatinLetters()) return SDLK_a + (key.scancode - SDL_SCANCODE_A);
+  if (key.scancode == SDL_SCANCODE_0 && !carries(SDLK_0)) return SDLK_0;
+  if (!carries(SDLK_PLUS) && !carries(SDLK_EQUALS) && isPlus(key)) return SDLK_PLUS;
+  return key.sym;
 }
 
 void EventReader::beginFrame(Ctx& ctx) {

@@ -11,8 +11,9 @@
 
 namespace ui {
 
-// The key code that a key press stands for. Letters of a layout without Latin letters act as the letter that
-// the same key carries on a Latin one.
+// The key code that a key press stands for on the layout in use. Where that carries no Latin letter at all,
+// the letters' keys act as on a Latin keyboard; where it carries no 0, or neither + nor =, without Shift, the
+// keys of these do.
 int keyCode(const SDL_Keysym& key);
 
 class EventReader {

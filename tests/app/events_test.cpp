@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace {
 
 using testing::ElementsAre;
@@ -39,9 +41,25 @@ SDL_Event wheelEvent(int x, int y) {
   return event;
 }
 
+// What the keys of the layout in use carry without Shift.
+const std::u32string kLatin = U"abcdefghijklmnopqrstuvwxyz0123456789-=;'/";
+std::u32string layout = kLatin;
+
+}  // namespace
+
+// In place of SDL's own in this program; it matters only whether there is such a key.
+SDL_Scancode SDL_GetScancodeFromKey(SDL_Keycode code) {
+  const bool carried = layout.find(static_cast<char32_t>(code)) != std::u32string::npos;
+  return carried ? SDL_SCANCODE_A : SDL_SCANCODE_UNKNOWN;
+}
+
+namespace {
+
 // Feeds one frame after the other.
 class Events : public testing::Test {
  protected:
+  ~Events() override { layout = kLatin; }
+
   void take(const SDL_Event& event) { reader.handle(event, windowFlags, now, ctx); }
   void press(SDL_Keycode sym, SDL_Scancode scancode, Uint16 mod = KMOD_NONE) {
     take(keyEvent(SDL_KEYDOWN, sym, scancode, mod));
@@ -52,8 +70,8 @@ class Events : public testing::Test {
     now = time;
     take(buttonEvent(SDL_MOUSEBUTTONUP, SDL_BUTTON_LEFT));
   }
-  int codeOf(SDL_Keycode sym, SDL_Scancode scancode) {
-    return ui::keyCode({.scancode = scancode, .sym = sym, .mod = KMOD_NONE, .unused = 0});
+  int codeOf(SDL_Keycode sym, SDL_Scancode scancode, Uint16 mod = KMOD_NONE) {
+    return ui::keyCode({.scancode = scancode, .sym = sym, .mod = mod, .unused = 0});
   }
 
   store::Settings settings;
@@ -144,30 +162,72 @@ TEST_F(Events, QWithoutCtrlIsAKeyLikeAnyOther) {
   EXPECT_FALSE(reader.quitRequested());
 }
 
+constexpr const char32_t* kCyrillic = U"йцукенгшщзфывапролджячсмить0123456789-=";
+constexpr const char32_t* kGreek = U";ςερτυθιοπασδφγηξκλζχψωβνμ0123456789-=,./'";
+constexpr const char32_t* kHebrew = U"/'קראטוןםפשדגכעיחלךףזסבהנמצתץ0123456789-=.,;";
+constexpr const char32_t* kFrench = U"azertyuiopqsdfghjklmwxcvbn&é\"'(-è_çà)=,;:!";
+constexpr const char32_t* kTurkish = U"qwertyuıopğüasdfghjklşizxcvbnmöç1234567890*-,.";
+constexpr const char32_t* kJapanese = U"abcdefghijklmnopqrstuvwxyz0123456789-^@[;:],./";
+
 TEST_F(Events, CyrillicLettersActAsTheLatinOnesOfTheirKeys) {
+  layout = kCyrillic;
   press(0x0440, SDL_SCANCODE_H);  // р
   press(0x044C, SDL_SCANCODE_M);  // ь
   press(0x0433, SDL_SCANCODE_U);  // г
   EXPECT_THAT(ctx.in.keys, ElementsAre(SDLK_h, SDLK_m, SDLK_u));
 }
 
-TEST_F(Events, CtrlWithTheCyrillicLetterOfTheQKeyEndsTheProgram) {
-  press(0x0439, SDL_SCANCODE_Q, KMOD_LCTRL);  // й
-  EXPECT_TRUE(reader.quitRequested());
+TEST_F(Events, CtrlWithTheQKeyEndsTheProgramOnEveryLayoutWithoutLatinLetters) {
+  struct Layout {
+    const char32_t* keys;
+    SDL_Keycode onQ;
+  };
+  for (const Layout& other : {Layout{kCyrillic, 0x0439}, Layout{kGreek, ';'}, Layout{kHebrew, '/'}}) {
+    layout = other.keys;
+    ui::EventReader fresh(settings);
+    fresh.handle(keyEvent(SDL_KEYDOWN, other.onQ, SDL_SCANCODE_Q, KMOD_LCTRL), 0, 0, ctx);
+    EXPECT_TRUE(fresh.quitRequested());
+  }
   EXPECT_THAT(ctx.in.keys, IsEmpty());
 }
 
 TEST_F(Events, KeysBesideTheLettersKeepTheirCodes) {
   EXPECT_EQ(codeOf(0x00F6, SDL_SCANCODE_SEMICOLON), 0x00F6);  // ö
-  EXPECT_EQ(codeOf(0x0436, SDL_SCANCODE_SEMICOLON), 0x0436);  // ж
-  EXPECT_EQ(codeOf(0x00E0, SDL_SCANCODE_0), 0x00E0);          // à
   EXPECT_EQ(codeOf(SDLK_PLUS, SDL_SCANCODE_RIGHTBRACKET), SDLK_PLUS);
+  layout = kCyrillic;
+  EXPECT_EQ(codeOf(0x0436, SDL_SCANCODE_SEMICOLON), 0x0436);  // ж
 }
 
-TEST_F(Events, LatinLettersKeepTheirCodesWhereverTheyLie) {
+TEST_F(Events, KeysOfALatinLayoutKeepTheirCodesWhereverTheyLie) {
   EXPECT_EQ(codeOf(SDLK_z, SDL_SCANCODE_Y), SDLK_z);
   EXPECT_EQ(codeOf(SDLK_m, SDL_SCANCODE_SEMICOLON), SDLK_m);
   EXPECT_EQ(codeOf(SDLK_q, SDL_SCANCODE_A), SDLK_q);
+  // Dvorak's ' is no q, and Turkish's ı no i.
+  EXPECT_EQ(codeOf(SDLK_QUOTE, SDL_SCANCODE_Q), SDLK_QUOTE);
+  EXPECT_EQ(codeOf(0x0131, SDL_SCANCODE_I), 0x0131);
+}
+
+TEST_F(Events, ZeroThatNeedsShiftIsOnItsKeyWithOrWithoutIt) {
+  layout = kFrench;
+  EXPECT_EQ(codeOf(0x00E0, SDL_SCANCODE_0), SDLK_0);  // à
+  EXPECT_EQ(codeOf(0x00E0, SDL_SCANCODE_0, KMOD_LSHIFT), SDLK_0);
+  EXPECT_EQ(codeOf(SDLK_MINUS, SDL_SCANCODE_6), SDLK_MINUS);
+  EXPECT_EQ(codeOf(SDLK_RIGHTPAREN, SDL_SCANCODE_MINUS), SDLK_RIGHTPAREN);
+}
+
+TEST_F(Events, PlusThatNeedsShiftOnAKeyWithoutEqualsIsFound) {
+  layout = kTurkish;
+  EXPECT_EQ(codeOf(SDLK_4, SDL_SCANCODE_4, KMOD_RSHIFT), SDLK_PLUS);
+  EXPECT_EQ(codeOf(SDLK_4, SDL_SCANCODE_4), SDLK_4);
+  EXPECT_EQ(codeOf(SDLK_MINUS, SDL_SCANCODE_EQUALS), SDLK_MINUS);
+  layout = kJapanese;
+  EXPECT_EQ(codeOf(SDLK_SEMICOLON, SDL_SCANCODE_SEMICOLON, KMOD_LSHIFT), SDLK_PLUS);
+  EXPECT_EQ(codeOf(SDLK_CARET, SDL_SCANCODE_EQUALS), SDLK_PLUS);
+}
+
+TEST_F(Events, ShiftMakesNoPlusWhereAKeyHasIt) {
+  EXPECT_EQ(codeOf(SDLK_4, SDL_SCANCODE_4, KMOD_LSHIFT), SDLK_4);
+  EXPECT_EQ(codeOf(SDLK_SEMICOLON, SDL_SCANCODE_SEMICOLON, KMOD_LSHIFT), SDLK_SEMICOLON);
 }
 
 TEST_F(Events, FunctionKeysKeepTheirCodes) {
