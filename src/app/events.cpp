@@ -9,7 +9,8 @@ constexpr double kDoubleClickTime = 0.3;
 constexpr Uint32 kNotWindowed =
     SDL_WINDOW_FULLSCREEN | SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MINIMIZED | SDL_WINDOW_MAXIMIZED;
 
-// Whether a key of the layout in use carries it without Shift: SDL tells no more of what is on the keys.
+// Whether a key of the layout in use carries it without Shift: SDL tells no more of what is on the keys, and
+// takes a row of them for digits that has none without Shift.
 bool carries(SDL_Keycode code) { return SDL_GetScancodeFromKey(code) != SDL_SCANCODE_UNKNOWN; }
 
 // Greek and Hebrew have punctuation on some letters' keys, so that one key alone tells nothing.
@@ -19,14 +20,25 @@ bool hasLatinLetters() {
   return false;
 }
 
-// Where + has no key of its own: in its place on a Latin keyboard, and above what is printed below it on
-// Hungarian, Turkish and Japanese ones.
 bool isPlus(const SDL_Keysym& key) {
-  if (key.scancode == SDL_SCANCODE_EQUALS) return key.sym != SDLK_MINUS;
-  if ((key.mod & KMOD_SHIFT) == 0) return false;
-  return key.scancode == SDL_SCANCODE_3 || key.scancode == SDL_SCANCODE_4 ||
-         key.scancode == SDL_SCANCODE_SEMICOLON;
+  constexpr SDL_Keycode kCzechLetter = 0x016F;  // u with a ring
+  const bool shift = (key.mod & KMOD_SHIFT) != 0;
+  if (key.scancode == SDL_SCANCODE_1) return !shift && carries(kCzechLetter);
+  if (carries(SDLK_PLUS) || carries(SDLK_EQUALS)) return false;
+  switch (key.scancode) {
+    case SDL_SCANCODE_EQUALS:
+      return key.sym != SDLK_MINUS;
+    case SDL_SCANCODE_3:          // Hungarian
+    case SDL_SCANCODE_4:          // Turkish
+    case SDL_SCANCODE_SEMICOLON:  // Japanese
+      return shift;
+    default:
+      return false;
+  }
 }
+
+// French.
+bool isMinus(const SDL_Keysym& key) { return key.scancode == SDL_SCANCODE_6 && !carries(SDLK_MINUS); }
 
 }  // namespace
 
@@ -34,9 +46,8 @@ int keyCode(const SDL_Keysym& key) {
   if ((key.sym & SDLK_SCANCODE_MASK) != 0) return key.sym;
   const bool letterKey = SDL_SCANCODE_A <= key.scancode && key.scancode <= SDL_SCANCODE_Z;
   if (letterKey && !hasLatinLetters()) return SDLK_a + (key.scancode - SDL_SCANCODE_A);
-  if (key.scancode == SDL_SCANCODE_0 && !carries(SDLK_0)) return SDLK_0;
-  if (!carries(SDLK_PLUS) && !carries(SDLK_EQUALS) && isPlus(key)) return SDLK_PLUS;
-  return key.sym;
+  if (isPlus(key)) return SDLK_PLUS;
+  return isMinus(key) ? SDLK_MINUS : key.sym;
 }
 
 void EventReader::beginFrame(Ctx& ctx) {

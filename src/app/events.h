@@ -12,8 +12,7 @@
 namespace ui {
 
 // The key code that a key press stands for on the layout in use. Where that carries no Latin letter at all,
-// the letters' keys act as on a Latin keyboard; where it carries no 0, or neither + nor =, without Shift, the
-// keys of these do.
+// the letters' keys act as on a Latin keyboard. + and - are found where SDL does not tell that they are.
 int keyCode(const SDL_Keysym& key);
 
 class EventReader {

@@ -149,14 +149,34 @@ void Desktop::waitForWindowManager() {
 }
 
 void Desktop::switchKeyboard(const std::string& layout) {
-  const auto letter = [this] {
-    // A fresh connection, since Xlib remembers the keyboard it once saw.
-    const Connection fresh(name);
-    return XkbKeycodeToKeysym(fresh.display, static_cast<KeyCode>(Key::U), 0, 0);
-  };
   Child tool({"setxkbmap", layout}, environment());
-  if (tool.waitForEnd() != 0 || letter() == XK_u) {
-    throw std::runtime_error("no keyboard " + layout + ": " + tool.errors());
+  if (tool.waitForEnd() != 0) throw std::runtime_error("no keyboard " + layout + ": " + tool.errors());
+}
+
+Desktop::Stroke Desktop::strokeOf(char character) const {
+  // A fresh connection, since Xlib remembers the keyboard it once saw.
+  const Connection fresh(name);
+  int least = 0;
+  int most = 0;
+  XDisplayKeycodes(fresh.display, &least, &most);
+  for (const int level : {0, 1}) {
+    for (int code = least; code <= most; ++code) {
+      // Keysyms begin with ASCII.
+      const KeySym carried = XkbKeycodeToKeysym(fresh.display, static_cast<KeyCode>(code), 0, level);
+      if (carried == static_cast<KeySym>(character)) return {static_cast<Key>(code), level == 1};
+    }
+  }
+  switch (character) {
+    case 'h':
+      return {Key::H, false};
+    case 'm':
+      return {Key::M, false};
+    case 'q':
+      return {Key::Q, false};
+    case 'u':
+      return {Key::U, false};
+    default:
+      throw std::runtime_error(std::string("no key for ") + character);
   }
 }
 
@@ -318,6 +338,21 @@ void Game::type(Key key) const {
 void Game::type(Key modifier, Key key) const {
   desktop.connection->key(modifier, true);
   type(key);
+  desktop.connection->key(modifier, false);
+}
+
+void Game::typeCharacter(char character) const {
+  const Desktop::Stroke stroke = desktop.strokeOf(character);
+  if (stroke.shift) {
+    type(Key::LeftShift, stroke.key);
+  } else {
+    type(stroke.key);
+  }
+}
+
+void Game::typeCharacter(char character, Key modifier) const {
+  desktop.connection->key(modifier, true);
+  typeCharacter(character);
   desktop.connection->key(modifier, false);
 }
 

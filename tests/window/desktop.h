@@ -49,6 +49,7 @@ enum class Key : unsigned {
   U = 30,
   LeftControl = 37,
   H = 43,
+  LeftShift = 50,
   M = 58,
   LeftAlt = 64,
   Space = 65,
@@ -56,7 +57,7 @@ enum class Key : unsigned {
 };
 
 // An X display of that size with a window manager, and a keyboard of that layout, named as setxkbmap names
-// it. Throws std::runtime_error when they do not come up.
+// it, with its variant in brackets. Throws std::runtime_error when they do not come up.
 class Desktop {
  public:
   explicit Desktop(const std::string& keyboard = kLatinKeyboard, Size screen = kSmallScreen);
@@ -87,6 +88,11 @@ class Desktop {
 
   void waitForWindowManager();
   void switchKeyboard(const std::string& layout);
+  struct Stroke {
+    Key key;
+    bool shift;
+  };
+  Stroke strokeOf(char character) const;
 
   support::TempDir home;
   Child server;
@@ -127,6 +133,10 @@ class Game {
   void turnWheel(int direction) const;
   void type(Key key) const;
   void type(Key modifier, Key key) const;
+  // The key that carries this character on the desktop's keyboard, with Shift if it takes that; a letter that
+  // none carries by its place on a Latin keyboard. Throws std::runtime_error when there is none.
+  void typeCharacter(char character) const;
+  void typeCharacter(char character, Key modifier) const;
 
   // Drags the window's lower right corner by so much with the mouse, as the window manager offers it.
   void dragCorner(int dx, int dy) const;

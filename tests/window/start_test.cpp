@@ -127,27 +127,55 @@ TEST(Display, IsUsedWithoutOpenGlToo) {
 
 // --- the keyboard ---
 
-TEST(Keyboard, LettersActByTheirPlaceOnALayoutWithoutLatinOnes) {
-  Session session({.keyboard = "ru"});
+class Keyboard : public testing::TestWithParam<std::string> {};
+INSTANTIATE_TEST_SUITE_P(Layout, Keyboard,
+                         testing::Values("gr", "il", "ru", "ara", "tr", "cz", "fr", "de", "us(dvorak)", "jp",
+                                         "kr", "hu"),
+                         [](const auto& layout) {
+                           return layout.param.substr(0, layout.param.find('(')) == "us" ? "dvorak"
+                                                                                         : layout.param;
+                         });
+
+TEST_P(Keyboard, HasAllKeysOfTheGame) {
+  Session session({.keyboard = GetParam(), .screen = kScreen});
   ASSERT_TRUE(session.showsTable());
   mj::GameState& game = session.table.game;
+  ui::BoardOpts& view = session.table.view;
 
-  session.takePair();
-  session.game.type(Key::U);
-  mj::undo(game);
-  EXPECT_TRUE(session.showsTable());
+  session.game.typeCharacter('+');
+  view.zoom = 1.6;
+  ASSERT_TRUE(session.showsTable()) << "+";
+  session.game.typeCharacter('-');
+  view.zoom = 1;
+  ASSERT_TRUE(session.showsTable()) << "-";
+  session.game.typeCharacter('+');
+  view.zoom = 1.6;
+  ASSERT_TRUE(session.showsTable());
+  session.game.typeCharacter('0');
+  view.zoom = 1;
+  ASSERT_TRUE(session.showsTable()) << "0";
 
-  session.game.type(Key::M);
-  mj::shuffleBoard(game);
-  EXPECT_TRUE(session.showsTable());
-
-  const int a = session.table.pair().first;
+  const auto [a, b] = session.table.pair();
   session.tap(a);
   EXPECT_TRUE(session.showsSelected(a));
-  session.game.type(Key::H);  // a hint unselects
+  session.tap(b);
+  mj::applyMatch(game, a, b);
   EXPECT_TRUE(session.showsTable());
+  session.game.typeCharacter('u');
+  mj::undo(game);
+  ASSERT_TRUE(session.showsTable()) << "u";
+  // Not before: until the last tiles have come to rest an aid is not given.
+  session.game.typeCharacter('m');
+  mj::shuffleBoard(game);
+  ASSERT_TRUE(session.showsTable()) << "m";
+  const int free = session.table.pair().first;
+  session.tap(free);
+  EXPECT_TRUE(session.showsSelected(free));
+  session.game.typeCharacter('h');  // a hint unselects
+  ASSERT_TRUE(session.showsTable()) << "h";
 
-  quit(session.game);
+  session.game.typeCharacter('q', Key::LeftControl);
+  EXPECT_TRUE(session.endsWith(0)) << "Ctrl+Q";
 }
 
 // --- the files ---
