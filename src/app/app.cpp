@@ -44,7 +44,8 @@ Game& Game::instance() {
 }
 
 store::Settings& Game::settings() {
-  // Never destroyed: the live screen's destructor may still ask for it while the program ends.
+  // Never destroyed: at exit the live screen's destructor may still write them, even if the stack was made
+  // before them.
   static auto& settings = *new store::Settings(store::loadSettings());
   return settings;
 }

@@ -73,6 +73,10 @@ void EventReader::handle(const SDL_Event& event, Uint32 windowFlags, double now,
     case SDL_MOUSEWHEEL:
       ctx.in.wheel += event.wheel.y;
       break;
+    case SDL_RENDER_TARGETS_RESET:
+    case SDL_RENDER_DEVICE_RESET:
+      picturesLost = true;
+      break;
     case SDL_WINDOWEVENT:
       windowChanged(event.window, windowFlags);
       break;

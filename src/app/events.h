@@ -31,6 +31,8 @@ class EventReader {
   bool quitRequested() const { return quit; }
   // Whether the full-screen switch was turned since the last call.
   bool takeFullscreenToggle() { return std::exchange(fullscreenToggled, false); }
+  // Whether the renderer has lost pictures since the last call.
+  bool takePicturesLost() { return std::exchange(picturesLost, false); }
   // Whether the window's geometry in the settings has changed, until it is told to be saved.
   bool geometryDirty() const { return geometryChanged; }
   void geometrySaved() { geometryChanged = false; }
@@ -43,6 +45,7 @@ class EventReader {
   store::Settings& settings;
   bool quit = false;
   bool fullscreenToggled = false;
+  bool picturesLost = false;
   bool geometryChanged = false;
   double lastLeftRelease = -10;
   double prevMouseX = 0;

@@ -14,6 +14,11 @@ void FrameCanvas::resize(int w, int h) {
   if (texture) SDL_SetTextureBlendMode(texture.get(), gpuBlendMode());
 }
 
+void FrameCanvas::drop() {
+  surface.reset();
+  texture.reset();
+}
+
 CairoContext FrameCanvas::begin(double scale) {
   CairoContext cr(cairo_create(surface.get()));
   cairo_save(cr.get());

@@ -15,6 +15,8 @@ class FrameCanvas {
   // Makes surface and texture anew if the size is another. Should one of them fail, the frame is drawn
   // without it, and the next frame tries again.
   void resize(int w, int h);
+  // Forgets both, for a renderer that has lost its textures.
+  void drop();
   // Clears the surface to transparent. The context draws on it in units of `scale` device pixels; it must be
   // gone before flush().
   CairoContext begin(double scale);

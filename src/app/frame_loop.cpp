@@ -96,6 +96,10 @@ void FrameLoop::readMouse() {
 }
 
 void FrameLoop::drawFrame() {
+  if (events.takePicturesLost()) {
+    gpuDropTextures("", kKeepNone);
+    canvas.drop();
+  }
   const double scale = pixelScale(window, pixelW);
   canvas.resize(pixelW, pixelH);
   CairoContext cr = canvas.begin(scale);

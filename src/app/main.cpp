@@ -158,6 +158,10 @@ int fail(const char* what) {
 
 int play(std::span<const char* const> arguments) {
   SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+  // SDL is made for films and for games that own the screen: it keeps the screen saver away, and asks for
+  // every window to be shown past the compositor.
+  SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
+  SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
   // The name that a sound mixer shows.
   SDL_SetHint(SDL_HINT_APP_NAME, kTitle);
   ui::installTerminationHandler(audio::shutdown);

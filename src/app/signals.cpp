@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <initializer_list>
@@ -13,22 +14,22 @@ namespace {
 constexpr int kEndingSignals[] = {SIGTERM, SIGINT, SIGHUP};
 constexpr unsigned kLastWordsSeconds = 2;
 
-volatile std::sig_atomic_t terminationFlag = 0;
-volatile std::sig_atomic_t endingSignal = 0;
-void (*lastWords)() = nullptr;
+// What a handler may touch: lock-free, whichever thread the signal meets.
+std::atomic<bool> terminationFlag = false;
+std::atomic<int> endingSignal = 0;
+std::atomic<void (*)()> lastWords = nullptr;
+static_assert(decltype(terminationFlag)::is_always_lock_free && decltype(endingSignal)::is_always_lock_free &&
+              decltype(lastWords)::is_always_lock_free);
 
 void endNow(int) { std::_Exit(128 + endingSignal); }
 
 void onTerminationSignal(int sig) {
-  if (terminationFlag == 0) {
-    terminationFlag = 1;
-    return;
-  }
+  if (!terminationFlag.exchange(true)) return;
   endingSignal = sig;
-  if (lastWords != nullptr) {
+  if (void (*const speak)() = lastWords) {
     std::signal(SIGALRM, endNow);
     alarm(kLastWordsSeconds);
-    lastWords();
+    speak();
   }
   endNow(sig);
 }
@@ -48,6 +49,6 @@ void surviveFailedWrites() {
   for (const int sig : {SIGPIPE, SIGXFSZ}) std::signal(sig, onFailedWrite);
 }
 
-bool terminationRequested() { return terminationFlag != 0; }
+bool terminationRequested() { return terminationFlag; }
 
 }  // namespace ui

@@ -353,6 +353,38 @@ TEST_F(FrameLoopTest, KeysTypedAtAHiddenWindowAreForgotten) {
   EXPECT_THAT(frameOf(loop).in.keys, IsEmpty());
 }
 
+TEST_F(FrameLoopTest, LostPicturesArePaintedAnew) {
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  cairo_user_data_key_t key;
+  int mark = 0;
+  int paints = 0;
+  bool marked = false;
+  const auto draw = [&](ui::Ctx& ctx) {
+    ui::gpuBlit(ui::gpuTexture("red", 8, 8, paintWhole, nullptr), 0, 0, kW, kH, 1);
+    ui::gpuRenderTarget(
+        "target", 8, 8, [](void* count) { ++*static_cast<int*>(count); }, &paints, false);
+    paints += ui::gpuPaints();
+    marked = cairo_surface_get_user_data(cairo_get_target(ctx.cr), &key) != nullptr;
+    cairo_surface_set_user_data(cairo_get_target(ctx.cr), &key, &mark, nullptr);
+  };
+  pass(loop, draw);
+  pass(loop, draw);
+  EXPECT_EQ(paints, 2);
+  EXPECT_TRUE(marked);
+  for (const Uint32 type : {SDL_RENDER_TARGETS_RESET, SDL_RENDER_DEVICE_RESET}) {
+    SDL_Event lost = {};
+    lost.type = type;
+    SDL_PushEvent(&lost);
+    paints = 0;
+    pass(loop, draw);
+    EXPECT_EQ(paints, 2);
+    EXPECT_FALSE(marked) << "the frame's own picture";
+    pass(loop, draw);
+    EXPECT_EQ(paints, 2);
+    EXPECT_EQ(pixelAt(shown().get(), 20, 20), 0xFFFF0000);
+  }
+}
+
 // --- what is done to a screen that cannot be seen yet ---
 
 SDL_Event buttonEvent(Uint32 type) {

@@ -270,6 +270,12 @@ bool Game::isMaximised() const {
 
 bool Game::isFullscreen() const { return hasState("_NET_WM_STATE_FULLSCREEN"); }
 
+bool Game::bypassesCompositor() const {
+  const std::vector<long> asked =
+      property<long>(desktop.connection->display, window, "_NET_WM_BYPASS_COMPOSITOR");
+  return !asked.empty() && asked[0] == 1;
+}
+
 ui::CairoSurface Game::picture() const {
   const Size now = size();
   XImage* image = XGetImage(desktop.connection->display, window, 0, 0, static_cast<unsigned>(now.w),

@@ -120,6 +120,8 @@ class Game {
   Point position() const;  // of the inside, on the screen
   bool isMaximised() const;
   bool isFullscreen() const;
+  // Whether it asks the window manager to be shown past the compositor.
+  bool bypassesCompositor() const;
   // What the window shows now; null when it cannot be read, as while it changes its size.
   ui::CairoSurface picture() const;
 

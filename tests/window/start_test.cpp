@@ -4,11 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "window/player_files.h"
 #include "window/session.h"
+#include "window/witness.h"
 
 namespace {
 
@@ -122,6 +125,27 @@ TEST(Display, IsUsedWithoutOpenGlToo) {
               StartsWith("[video] Treiber x11, Renderer software (Software!), "));
   EXPECT_TRUE(waitFor([&] {
     return session.game.process().errors() == "[gpu] kein vormultipliziertes Mischen — nehme das normale\n";
+  }));
+}
+
+// --- the desktop around it ---
+
+TEST(Desktop, IsNotAskedToBypassItsCompositor) {
+  const Session session({.toTable = false});
+  EXPECT_FALSE(session.game.bypassesCompositor());
+}
+
+TEST(Desktop, MayShowItsScreenSaver) {
+  window::Desktop desktop;
+  const support::TempDir scratch;
+  Environment environment = window::preloading(desktop, VESKARA_WITNESS);
+  environment[window::kWitnessVariable] = scratch.path("witness");
+  const window::Game game(desktop, {}, environment);
+  EXPECT_TRUE(waitFor([&] {
+    window::Testimony testimony;
+    std::ifstream(scratch.path("witness"), std::ios::binary)
+        .read(reinterpret_cast<char*>(&testimony), sizeof testimony);
+    return testimony.screenSaver;
   }));
 }
 

@@ -72,6 +72,7 @@ extern "C" int SDL_GetRendererOutputSize(SDL_Renderer* renderer, int* w, int* h)
   const double time = now();
   testimony().played += std::min(time - last, kLongestFrame);
   last = time;
+  testimony().screenSaver = SDL_IsScreenSaverEnabled() == SDL_TRUE;
   return ask(renderer, w, h);
 }
 

@@ -14,7 +14,8 @@ inline constexpr const char* kRaiseVariable = "VESKARA_TEST_RAISE";
 struct Testimony {
   double played = 0;  // the game's time: of a slow frame no more counts than a tenth of a second
   double playedAtSave = 0;
-  int saves = 0;  // times that save.json was put in place
+  int saves = 0;             // times that save.json was put in place
+  bool screenSaver = false;  // it may come
 };
 
 }  // namespace window
