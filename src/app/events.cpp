@@ -5,6 +5,8 @@ namespace ui {
 namespace {
 
 constexpr double kDoubleClickTime = 0.3;
+// Seconds that a window manager may need to put a window where it was.
+constexpr double kReturnTime = 0.5;
 // While the window is in one of these states its size is not the one to come back to.
 constexpr Uint32 kNotWindowed =
     SDL_WINDOW_FULLSCREEN | SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MINIMIZED | SDL_WINDOW_MAXIMIZED;
@@ -78,7 +80,7 @@ void EventReader::handle(const SDL_Event& event, Uint32 windowFlags, double now,
       picturesLost = true;
       break;
     case SDL_WINDOWEVENT:
-      windowChanged(event.window, windowFlags);
+      windowChanged(event.window, windowFlags, now);
       break;
     default:
       break;
@@ -118,7 +120,14 @@ void EventReader::leftReleased(double now, Ctx& ctx) {
   lastLeftRelease = now;
 }
 
-void EventReader::windowChanged(const SDL_WindowEvent& event, Uint32 windowFlags) {
+void EventReader::windowReturns(double now) { returnEnd = now + kReturnTime; }
+
+void EventReader::restored(double now) {
+  if (std::exchange(minimised, false)) windowReturns(now);
+  if (!settings.fullscreen && !isReturning(now)) settings.maximized = false;
+}
+
+void EventReader::windowChanged(const SDL_WindowEvent& event, Uint32 windowFlags, double now) {
   const bool windowed = !settings.fullscreen && (windowFlags & kNotWindowed) == 0;
   switch (event.event) {
     case SDL_WINDOWEVENT_SIZE_CHANGED:
@@ -132,9 +141,14 @@ void EventReader::windowChanged(const SDL_WindowEvent& event, Uint32 windowFlags
       settings.windowY = event.data2;
       break;
     case SDL_WINDOWEVENT_MAXIMIZED:
-    case SDL_WINDOWEVENT_RESTORED:
-      settings.maximized = event.event == SDL_WINDOWEVENT_MAXIMIZED;
+      settings.maximized = true;
       break;
+    case SDL_WINDOWEVENT_RESTORED:
+      restored(now);
+      break;
+    case SDL_WINDOWEVENT_MINIMIZED:
+      minimised = true;
+      return;
     default:
       return;
   }

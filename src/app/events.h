@@ -33,6 +33,10 @@ class EventReader {
   bool takeFullscreenToggle() { return std::exchange(fullscreenToggled, false); }
   // Whether the renderer has lost pictures since the last call.
   bool takePicturesLost() { return std::exchange(picturesLost, false); }
+  // The window comes back from the full screen, or goes there. Until it stands there again, as after it was
+  // minimised, too, "restored" does not mean that the player made a maximised window smaller.
+  void windowReturns(double now);
+  bool isReturning(double now) const { return now < returnEnd; }
   // Whether the window's geometry in the settings has changed, until it is told to be saved.
   bool geometryDirty() const { return geometryChanged; }
   void geometrySaved() { geometryChanged = false; }
@@ -40,13 +44,16 @@ class EventReader {
  private:
   void keyDown(const SDL_KeyboardEvent& event, Ctx& ctx);
   void leftReleased(double now, Ctx& ctx);
-  void windowChanged(const SDL_WindowEvent& event, Uint32 windowFlags);
+  void windowChanged(const SDL_WindowEvent& event, Uint32 windowFlags, double now);
+  void restored(double now);
 
   store::Settings& settings;
   bool quit = false;
   bool fullscreenToggled = false;
   bool picturesLost = false;
   bool geometryChanged = false;
+  bool minimised = false;
+  double returnEnd = -1;
   double lastLeftRelease = -10;
   double prevMouseX = 0;
   double prevMouseY = 0;

@@ -41,6 +41,7 @@ FrameLoop::FrameLoop(SDL_Window* shownIn, SDL_Renderer* drawnBy, double (*clock)
 bool FrameLoop::pass() {
   drainEvents();
   applyFullscreen();
+  keepMaximised();
   readMouse();
   measure();
   if (isAway()) {
@@ -85,7 +86,16 @@ void FrameLoop::applyFullscreen() {
   const bool wanted = Game::settings().fullscreen;
   if (wanted == appliedFullscreen) return;
   SDL_SetWindowFullscreen(window, wanted ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+  events.windowReturns(now());
   appliedFullscreen = wanted;
+}
+
+// SDL brings no maximised window back as such.
+void FrameLoop::keepMaximised() {
+  constexpr Uint32 kElsewhere = SDL_WINDOW_MINIMIZED | SDL_WINDOW_HIDDEN | SDL_WINDOW_FULLSCREEN;
+  const bool standsThere = (SDL_GetWindowFlags(window) & kElsewhere) == 0;
+  if (!events.isReturning(now()) || !standsThere || !Game::settings().maximized) return;
+  SDL_MaximizeWindow(window);  // does nothing to one that is
 }
 
 void FrameLoop::readMouse() {

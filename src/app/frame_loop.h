@@ -26,6 +26,7 @@ class FrameLoop {
   void drainEvents();
   void handle(const SDL_Event& event);
   void applyFullscreen();
+  void keepMaximised();
   void readMouse();
   void measure();
   bool isAway() const;

@@ -387,6 +387,31 @@ TEST_F(Events, MaximisedStateIsRememberedWhateverTheWindowsState) {
   }
 }
 
+TEST_F(Events, MaximisedWindowThatWasMinimisedIsStillMaximised) {
+  settings.maximized = true;
+  take(windowEvent(SDL_WINDOWEVENT_MINIMIZED));
+  now = 3600;
+  // As SDL tells it under X11.
+  for (const Uint8 what : {SDL_WINDOWEVENT_RESTORED, SDL_WINDOWEVENT_MAXIMIZED, SDL_WINDOWEVENT_RESTORED})
+    take(windowEvent(what));
+  EXPECT_TRUE(settings.maximized);
+  EXPECT_TRUE(reader.isReturning(now));
+  now = 3601;
+  EXPECT_FALSE(reader.isReturning(now));
+  take(windowEvent(SDL_WINDOWEVENT_RESTORED));
+  EXPECT_FALSE(settings.maximized) << "that was the player";
+}
+
+TEST_F(Events, MaximisedWindowIsStillMaximisedBehindTheFullScreen) {
+  settings.maximized = true;
+  settings.fullscreen = true;
+  take(windowEvent(SDL_WINDOWEVENT_RESTORED));
+  settings.fullscreen = false;
+  reader.windowReturns(now);
+  take(windowEvent(SDL_WINDOWEVENT_RESTORED));
+  EXPECT_TRUE(settings.maximized);
+}
+
 TEST_F(Events, GeometryIsDirtyFromAChangeUntilItIsSaved) {
   EXPECT_FALSE(reader.geometryDirty());
   for (const Uint8 what : {SDL_WINDOWEVENT_SIZE_CHANGED, SDL_WINDOWEVENT_MOVED, SDL_WINDOWEVENT_MAXIMIZED,

@@ -130,6 +130,41 @@ TEST(Display, IsUsedWithoutOpenGlToo) {
 
 // --- the desktop around it ---
 
+TEST(Desktop, MaximisedWindowIsMaximisedAgainAfterFullScreen) {
+  Session session({.screen = kScreen, .toTable = false});
+  ASSERT_TRUE(session.showsMenu());
+  session.game.setMaximised(true);
+  const auto fills = [&] { return session.game.isMaximised() && session.game.size().w == kScreen.w; };
+  ASSERT_TRUE(waitFor(fills));
+  const Size size = session.game.size();
+  for (int i = 0; i < 2; ++i) {
+    session.game.type(Key::F11);
+    ASSERT_TRUE(waitFor([&] { return session.game.isFullscreen() && session.game.size() == kScreen; }));
+    session.game.type(Key::F11);
+    ASSERT_TRUE(waitFor([&] { return !session.game.isFullscreen() && session.game.size() == size; }));
+    ASSERT_TRUE(waitFor(fills));
+  }
+  quit(session.game);
+  const window::Members saved = window::membersOf(session.desktop.dataPath("settings.json"));
+  EXPECT_EQ(saved.at(".maximized"), "true");
+  EXPECT_EQ(saved.at(".windowW"), std::to_string(kFirstWindow.w));
+  EXPECT_EQ(saved.at(".windowH"), std::to_string(kFirstWindow.h));
+}
+
+TEST(Desktop, MaximisedWindowIsMaximisedAgainAfterItWasMinimised) {
+  Session session({.screen = kScreen, .toTable = false});
+  ASSERT_TRUE(session.showsMenu());
+  session.game.setMaximised(true);
+  const auto fills = [&] { return session.game.isMaximised() && session.game.size().w == kScreen.w; };
+  ASSERT_TRUE(waitFor(fills));
+  session.game.minimise();
+  session.game.restore();
+  ASSERT_TRUE(waitFor(fills));
+  EXPECT_TRUE(session.showsMenu());
+  quit(session.game);
+  EXPECT_EQ(window::membersOf(session.desktop.dataPath("settings.json")).at(".maximized"), "true");
+}
+
 TEST(Desktop, IsNotAskedToBypassItsCompositor) {
   const Session session({.toTable = false});
   EXPECT_FALSE(session.game.bypassesCompositor());
