@@ -7,6 +7,9 @@
 namespace ui {
 namespace {
 
+// Seconds. Who goes on clicking as fast as that by then has seen the new screen.
+constexpr double kLongestRun = 1;
+
 // Null for a kind that has no screen; the window then stays empty.
 std::unique_ptr<Screen> makeScreen(const GameState& descriptor) {
   switch (descriptor.kind) {
@@ -59,9 +62,9 @@ void Game::resetTo(const GameState& descriptor) { pendingRequest = {Operation::R
 
 void Game::update(Ctx& ctx) {
   if (beginsScreen()) {
-    forgetEarlierButtons(ctx.in);
+    forgetEarlierButtons(ctx);
   } else {
-    keepOwnButtons(ctx.in);
+    keepOwnButtons(ctx);
   }
   ensureScreen();
   if (screen) screen->update(ctx);
@@ -80,13 +83,15 @@ void Game::ensureScreen() {
 // What arrived before the first frame was meant for the screen that could be seen then. Screens put their
 // controls in the same places: the release of what ended the demo would begin a new game, and so would the
 // second of two clicks on "Exit".
-void Game::forgetEarlierButtons(Input& in) {
-  hold = in.down ? Hold::Earlier : Hold::None;
+void Game::forgetEarlierButtons(Ctx& ctx) {
+  shownSince = ctx.time;
+  hold = ctx.in.down ? Hold::Earlier : Hold::None;
   clicksAreOwn = false;
-  in.dropButtons();
+  ctx.in.dropButtons();
 }
 
-void Game::keepOwnButtons(Input& in) {
+void Game::keepOwnButtons(Ctx& ctx) {
+  Input& in = ctx.in;
   const bool heardOfPress = hold == Hold::Own || (hold == Hold::None && in.pressed);
   if (!in.down) {
     hold = Hold::None;
@@ -95,7 +100,8 @@ void Game::keepOwnButtons(Input& in) {
   }
   in.down = hold == Hold::Own;
   if (!in.clicked) return;
-  clicksAreOwn = clicksAreOwn || (heardOfPress && !in.doubleClicked);
+  const bool follows = in.doubleClicked && ctx.time - shownSince < kLongestRun;
+  clicksAreOwn = clicksAreOwn || (heardOfPress && !follows);
   in.clicked = heardOfPress && clicksAreOwn;
   in.doubleClicked = in.clicked && in.doubleClicked;
 }

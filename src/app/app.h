@@ -32,7 +32,8 @@ class Game {
 
   // One frame: builds the top screen if need be, updates it, carries out its request. A screen hears of a
   // mouse button only what began on it: not of one that was down before its first frame, nor of its release,
-  // nor of clicks that follow one on an earlier screen as fast as the second of a double click.
+  // nor, in its first second, of clicks that follow one on an earlier screen as fast as the second of a
+  // double click.
   void update(Ctx& ctx);
   // Whether the next frame will be the first of its screen.
   bool beginsScreen() const { return !screen; }
@@ -51,8 +52,8 @@ class Game {
   enum class Hold { None, Earlier, Own };
 
   void ensureScreen();
-  void forgetEarlierButtons(Input& in);
-  void keepOwnButtons(Input& in);
+  void forgetEarlierButtons(Ctx& ctx);
+  void keepOwnButtons(Ctx& ctx);
   void carryOut(const Request& request);
 
   std::vector<GameState> stack;
@@ -61,6 +62,7 @@ class Game {
   unsigned stackVersion = 0;
   Request pendingRequest;
   Hold hold = Hold::None;
+  double shownSince = 0;      // the screen; in the context's time
   bool clicksAreOwn = false;  // the last click was this screen's, so one that follows fast is so, too
 };
 

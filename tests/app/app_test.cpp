@@ -356,6 +356,18 @@ TEST_F(Buttons, ClicksThatFollowAsFastBelongToTheSameRun) {
   EXPECT_TRUE(screenSees(click()).clicked);
 }
 
+TEST_F(Buttons, ImpatientClicksWorkASecondAfterTheScreenCameUp) {
+  change(click());
+  screenSees();
+  const double shown = ctx.time;
+  for (const double age : {0.2, 0.4, 0.6, 0.8, 0.99}) {
+    ctx.time = shown + age;
+    EXPECT_FALSE(screenSees(fastClick()).clicked) << age;
+  }
+  ctx.time = shown + 1.1;
+  EXPECT_TRUE(screenSees(fastClick()).clicked);
+}
+
 TEST_F(Buttons, SlowerClickWorks) {
   change(click());
   screenSees();

@@ -25,6 +25,7 @@ using ui::ScreenKind;
 
 constexpr double kUsualFrame = 1.0 / 60;
 constexpr const char* kAutoplay = "VESKARA_AUTOPLAY";
+constexpr int kHandFrames = 15;           // until the second click of a double click, at most
 constexpr int kLongGame = 300;            // frames in which the largest board is played to its end
 constexpr std::size_t kDeepestStack = 3;  // menu, level select or about, and one more
 
@@ -102,9 +103,34 @@ void Monkey::changeMood() {
 }
 
 void Monkey::pass(double dt) {
+  keepPromise();
   ++seen[static_cast<std::size_t>(UnseenProgram::screen())];
-  if (!program.pass(dt)) program.restart();
+  const ui::GameState before = ui::Game::instance().descriptors().back();
+  const bool goesOn = program.pass(dt);
+  accountForGame(before);
+  if (!goesOn) program.restart();
   EXPECT_LE(ui::Game::instance().descriptors().size(), kDeepestStack);
+}
+
+// The saved game goes by a win, by a new game or a level that was meant, and otherwise only becomes the one
+// that is played.
+void Monkey::accountForGame(const ui::GameState& before) {
+  const store::SavedGame now = store::loadGame();
+  const store::SavedGame last = std::exchange(saved, now);
+  const ui::GameState& after = ui::Game::instance().descriptors().back();
+  const bool begins = before.kind != ScreenKind::Playing && after.kind == ScreenKind::Playing;
+  EXPECT_TRUE(!begins || program.heardMeantClick())
+      << "a level was begun by no click of screen " << static_cast<int>(before.kind);
+  if (!last.valid || (now.valid && now.level == last.level && now.seed == last.seed)) return;
+  // A new game, a level's card, or the answer that resets the progress.
+  const bool chosen = (before.kind == ScreenKind::Menu || before.kind == ScreenKind::LevelSelect ||
+                       before.kind == ScreenKind::Settings) &&
+                      program.heardMeantClick();
+  const bool won = before.kind == ScreenKind::Solved || after.kind == ScreenKind::Solved;
+  const bool played =
+      before.kind == ScreenKind::Playing && now.valid && now.level == before.level && now.seed == before.deal;
+  EXPECT_TRUE(chosen || won || played)
+      << "the game of level " << last.level << " went from screen " << static_cast<int>(before.kind);
 }
 
 // --- moods ---
@@ -112,11 +138,11 @@ void Monkey::pass(double dt) {
 void Monkey::beWild() {
   static constexpr Act kActs[] = {
       {30, &Monkey::wander},     {12, &Monkey::clickSomewhere}, {5, &Monkey::pressSomewhere},
-      {5, &Monkey::letGo},       {4, &Monkey::doubleClick},     {5, &Monkey::otherButton},
-      {4, &Monkey::startDrag},   {6, &Monkey::turnWheel},       {10, &Monkey::knownKey},
-      {6, &Monkey::strangeKey},  {3, &Monkey::holdModifiers},   {1, &Monkey::otherSize},
-      {1, &Monkey::otherScale},  {2, &Monkey::loseFocus},       {1, &Monkey::minimise},
-      {3, &Monkey::letTimePass}, {1, &Monkey::everythingAtOnce}};
+      {5, &Monkey::letGo},       {8, &Monkey::doubleClick},     {4, &Monkey::pressAcross},
+      {5, &Monkey::otherButton}, {4, &Monkey::startDrag},       {6, &Monkey::turnWheel},
+      {10, &Monkey::knownKey},   {6, &Monkey::strangeKey},      {3, &Monkey::holdModifiers},
+      {1, &Monkey::otherSize},   {1, &Monkey::otherScale},      {2, &Monkey::loseFocus},
+      {1, &Monkey::minimise},    {3, &Monkey::letTimePass},     {1, &Monkey::everythingAtOnce}};
   static const int kAllWeights = [] {
     int sum = 0;
     for (const Act& act : kActs) sum += act.weight;
@@ -140,6 +166,7 @@ void Monkey::seeSights() {
     Spot spot = known.empty() || oneIn(8) ? anywhere() : oneOf(known);
     if (oneIn(6)) spot.button = SDL_BUTTON_RIGHT;
     click(spot);
+    if (oneIn(3)) promise = {spot, true, 1 + below(kHandFrames)};
   } else if (oneIn(12)) {
     turnWheel();
   } else if (oneIn(60)) {
@@ -207,13 +234,34 @@ void Monkey::pressSomewhere() {
 
 void Monkey::letGo() {
   drag.reset();
+  promise.reset();
   program.button(SDL_BUTTON_LEFT, false);
 }
 
+// As fast as a hand, or faster.
 void Monkey::doubleClick() {
-  const Spot spot = anywhere();
+  const std::vector<Spot> known = sights();
+  const Spot spot = known.empty() || oneIn(2) ? anywhere() : oneOf(known);
   click(spot);
-  click(spot);
+  if (oneIn(4)) return click(spot);
+  promise = {spot, true, 1 + below(kHandFrames)};
+}
+
+// Goes to another screen with the button held.
+void Monkey::pressAcross() {
+  const std::vector<Spot> known = sights();
+  point(known.empty() || oneIn(2) ? anywhere() : oneOf(known));
+  program.button(SDL_BUTTON_LEFT, true);
+  program.key(SDLK_ESCAPE);
+  promise = {anywhere(), false, 1 + below(kHandFrames)};
+}
+
+void Monkey::keepPromise() {
+  if (!promise || --promise->frames > 0) return;
+  point(promise->spot);
+  if (promise->press) program.button(SDL_BUTTON_LEFT, true);
+  program.button(SDL_BUTTON_LEFT, false);
+  promise.reset();
 }
 
 void Monkey::otherButton() {

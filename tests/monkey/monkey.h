@@ -1,6 +1,7 @@
 // monkey.h: somebody who does with the program whatever can be done with mouse, keys and window, without
-// sense most of the time, and with just enough of it at others to get to every screen. What it does follows
-// from its seed and from the screens it comes to.
+// sense most of the time, and with just enough of it at others to get to every screen. It knows what it
+// meant: a saved game that goes otherwise is a failure. What it does follows from its seed and from the
+// screens it comes to.
 #pragma once
 
 #include <array>
@@ -13,6 +14,7 @@
 
 #include "app/context.h"
 #include "monkey/unseen_program.h"
+#include "storage/storage.h"
 
 namespace test {
 
@@ -53,6 +55,7 @@ class Monkey {
 
   void changeMood();
   void pass(double dt);
+  void accountForGame(const ui::GameState& before);
 
   void beWild();
   void seeSights();
@@ -64,6 +67,7 @@ class Monkey {
   void pressSomewhere();
   void letGo();
   void doubleClick();
+  void pressAcross();
   void otherButton();
   void startDrag();
   void turnWheel();
@@ -79,6 +83,7 @@ class Monkey {
   void endProgram();
 
   void moveDragged();
+  void keepPromise();
   void point(const Spot& spot);
   void click(const Spot& spot);
   // Places in the controls of the screen that is open; none where it has none.
@@ -101,6 +106,14 @@ class Monkey {
   int moodLeft = 0;  // frames
   double frameTime = 1.0 / 60;
   std::optional<Drag> drag;
+  // A click, or the end of one, that comes so many frames later.
+  struct Promise {
+    Spot spot;
+    bool press;
+    int frames;
+  };
+  std::optional<Promise> promise;
+  store::SavedGame saved;  // as the program left it after the last frame
   bool minimised = false;
 };
 

@@ -7,6 +7,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "app/app.h"
 #include "resources/audio.h"
@@ -181,7 +182,30 @@ void UnseenProgram::restart() {
 bool UnseenProgram::pass(double dt) {
   seen().now += dt;
   ++seen().frame;
-  return loop->pass();
+  judgeClicks();
+  const bool goesOn = loop->pass();
+  // A screen that is still to be built has had no frame.
+  framesOfScreen = ui::Game::instance().beginsScreen() ? 0 : framesOfScreen + 1;
+  if (framesOfScreen == 1) shownAt = seen().now;
+  return goesOn;
+}
+
+void UnseenProgram::judgeClicks() {
+  constexpr double kDoubleClick = 0.3;
+  constexpr double kLongestRun = 1;
+  if (framesOfScreen == 0) pressedHere = clickedHere = false;
+  meantClick = false;
+  for (const bool down : std::exchange(leftButton, {})) {
+    if (down) {
+      pressedHere = framesOfScreen > 0;
+      continue;
+    }
+    const bool follows = seen().now - std::exchange(lastRelease, seen().now) < kDoubleClick &&
+                         seen().now - shownAt < kLongestRun;
+    const bool whole = std::exchange(pressedHere, false);
+    clickedHere = clickedHere || (whole && !follows);
+    meantClick = meantClick || (whole && clickedHere);
+  }
 }
 
 ui::ScreenKind UnseenProgram::screen() { return ui::Game::instance().descriptors().back().kind; }
@@ -193,6 +217,9 @@ void UnseenProgram::moveMouse(int x, int y) {
 
 void UnseenProgram::button(Uint8 which, bool down) {
   const Uint32 mask = SDL_BUTTON(which);
+  const bool isDown = (seen().buttons & mask) != 0;
+  if (isDown == down) return;  // no mouse tells that twice
+  if (which == SDL_BUTTON_LEFT) leftButton.push_back(down);
   seen().buttons = down ? seen().buttons | mask : seen().buttons & ~mask;
   SDL_Event event = {};
   event.type = down ? SDL_MOUSEBUTTONDOWN : SDL_MOUSEBUTTONUP;

@@ -6,6 +6,7 @@
 #include <SDL.h>
 
 #include <optional>
+#include <vector>
 
 #include "app/context.h"
 #include "app/frame_loop.h"
@@ -34,6 +35,9 @@ class UnseenProgram {
   void restart();
 
   static ui::ScreenKind screen();
+  // Whether the last pass heard of a click that was meant for its screen: pressed and released on it after
+  // its first frame, and not as fast after one on another screen as the second of a double click.
+  bool heardMeantClick() const { return meantClick; }
 
   // What the next frame hears of.
   void moveMouse(int x, int y);
@@ -58,11 +62,20 @@ class UnseenProgram {
   void start();
   void end();
   void resizePixels();
+  void judgeClicks();
 
   ui::SdlWindow window;
   ui::SdlRenderer renderer;
   std::optional<ui::FrameLoop> loop;
   WindowSize logicalSize;
+
+  std::vector<bool> leftButton;  // what it has done since the last pass: down or up
+  int framesOfScreen = 0;
+  double shownAt = 0;
+  bool pressedHere = false;
+  bool clickedHere = false;  // the last click was meant for this screen
+  double lastRelease = -10;
+  bool meantClick = false;
 };
 
 // Textures that the program has made and not destroyed yet, and the bytes of their pixels.
