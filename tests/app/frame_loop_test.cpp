@@ -361,8 +361,7 @@ TEST_F(FrameLoopTest, LostPicturesArePaintedAnew) {
   bool marked = false;
   const auto draw = [&](ui::Ctx& ctx) {
     ui::gpuBlit(ui::gpuTexture("red", 8, 8, paintWhole, nullptr), 0, 0, kW, kH, 1);
-    ui::gpuRenderTarget(
-        "target", 8, 8, [](void* count) { ++*static_cast<int*>(count); }, &paints, false);
+    ui::gpuRenderTarget("target", 8, 8, [](void* count) { ++*static_cast<int*>(count); }, &paints, false);
     paints += ui::gpuPaints();
     marked = cairo_surface_get_user_data(cairo_get_target(ctx.cr), &key) != nullptr;
     cairo_surface_set_user_data(cairo_get_target(ctx.cr), &key, &mark, nullptr);
