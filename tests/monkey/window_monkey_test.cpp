@@ -68,6 +68,7 @@ class WindowMonkey {
   void otherButton() { clickWith(2 + static_cast<unsigned>(below(2))); }
   void doubleClick();
   void drag();
+  void pressAcross();
   void turnWheel();
   void knownKey() { type(kKnownKeys[below(static_cast<int>(std::size(kKnownKeys)))]); }
   void anyKey();
@@ -100,11 +101,11 @@ void WindowMonkey::start() {
 
 void WindowMonkey::act() {
   static constexpr Act kActs[] = {
-      {300, &WindowMonkey::wander},     {250, &WindowMonkey::click},  {40, &WindowMonkey::otherButton},
-      {40, &WindowMonkey::doubleClick}, {40, &WindowMonkey::drag},    {60, &WindowMonkey::turnWheel},
-      {60, &WindowMonkey::knownKey},    {60, &WindowMonkey::anyKey},  {6, &WindowMonkey::resize},
-      {6, &WindowMonkey::moveWindow},   {6, &WindowMonkey::maximise}, {3, &WindowMonkey::minimise},
-      {3, &WindowMonkey::loseFocus},    {2, &WindowMonkey::quit}};
+      {300, &WindowMonkey::wander},     {250, &WindowMonkey::click},    {40, &WindowMonkey::otherButton},
+      {40, &WindowMonkey::doubleClick}, {40, &WindowMonkey::drag},      {20, &WindowMonkey::pressAcross},
+      {60, &WindowMonkey::turnWheel},   {60, &WindowMonkey::knownKey},  {60, &WindowMonkey::anyKey},
+      {6, &WindowMonkey::resize},       {6, &WindowMonkey::moveWindow}, {6, &WindowMonkey::maximise},
+      {3, &WindowMonkey::minimise},     {3, &WindowMonkey::loseFocus},  {2, &WindowMonkey::quit}};
   static const int kAllWeights = [] {
     int sum = 0;
     for (const Act& act : kActs) sum += act.weight;
@@ -131,8 +132,10 @@ void WindowMonkey::expectGoodEnd() {
   EXPECT_EQ(status, 0) << "after " << actCount << " acts: " << game->process().errors();
 }
 
+// As fast as a hand, or faster.
 void WindowMonkey::doubleClick() {
   click();
+  std::this_thread::sleep_for(std::chrono::milliseconds(below(200)));
   hand.button(1, true);
   hand.button(1, false);
 }
@@ -147,6 +150,16 @@ void WindowMonkey::drag() {
   wander();
   hand.button(1, true);
   for (int steps = below(6); steps > 0; --steps) wander();
+  hand.button(1, false);
+}
+
+// Goes to another screen with the button held.
+void WindowMonkey::pressAcross() {
+  wander();
+  hand.button(1, true);
+  type(kEscape);
+  std::this_thread::sleep_for(std::chrono::milliseconds(below(200)));
+  wander();
   hand.button(1, false);
 }
 
