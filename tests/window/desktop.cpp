@@ -148,7 +148,7 @@ void Desktop::waitForWindowManager() {
   if (!showing) throw std::runtime_error("openbox does not start: " + windowManager.errors());
 }
 
-void Desktop::switchKeyboard(const std::string& layout) {
+void Desktop::switchKeyboard(const std::string& layout) const {
   Child tool({"setxkbmap", layout}, environment());
   if (tool.waitForEnd() != 0) throw std::runtime_error("no keyboard " + layout + ": " + tool.errors());
 }

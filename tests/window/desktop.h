@@ -87,7 +87,7 @@ class Desktop {
   struct Connection;
 
   void waitForWindowManager();
-  void switchKeyboard(const std::string& layout);
+  void switchKeyboard(const std::string& layout) const;
   struct Stroke {
     Key key;
     bool shift;
