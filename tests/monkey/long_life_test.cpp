@@ -133,6 +133,7 @@ class Player {
     require(program.pass(dt), "the program ended");
   }
   void click(const ui::Rect& rect) {
+    pass(1);  // whoever clicks has seen the screen
     program.moveMouse(static_cast<int>(rect.x + rect.w / 2), static_cast<int>(rect.y + rect.h / 2));
     program.button(SDL_BUTTON_LEFT, true);
     program.button(SDL_BUTTON_LEFT, false);
