@@ -61,6 +61,7 @@ void Game::replace(const GameState& descriptor) { pendingRequest = {Operation::R
 void Game::resetTo(const GameState& descriptor) { pendingRequest = {Operation::Reset, descriptor}; }
 
 void Game::update(Ctx& ctx) {
+  const bool buttonsWork = ctx.in.hasButtons();
   if (beginsScreen()) {
     forgetEarlierButtons(ctx);
   } else {
@@ -72,6 +73,7 @@ void Game::update(Ctx& ctx) {
   carryOut(std::exchange(pendingRequest, {}));
   ++stackVersion;
   screen.reset();
+  foreignRun = foreignRun || buttonsWork;
 }
 
 void Game::ensureScreen() {
@@ -86,7 +88,7 @@ void Game::ensureScreen() {
 void Game::forgetEarlierButtons(Ctx& ctx) {
   shownSince = ctx.time;
   hold = ctx.in.down ? Hold::Earlier : Hold::None;
-  clicksAreOwn = false;
+  foreignRun = foreignRun || ctx.in.hasButtons();
   ctx.in.dropButtons();
 }
 
@@ -101,9 +103,8 @@ void Game::keepOwnButtons(Ctx& ctx) {
   in.down = hold == Hold::Own;
   if (!in.clicked) return;
   const bool follows = in.doubleClicked && ctx.time - shownSince < kLongestRun;
-  clicksAreOwn = clicksAreOwn || (heardOfPress && !follows);
-  in.clicked = heardOfPress && clicksAreOwn;
-  in.doubleClicked = in.clicked && in.doubleClicked;
+  foreignRun = !heardOfPress || (foreignRun && follows);
+  if (foreignRun) in.clicked = in.doubleClicked = false;
 }
 
 void Game::carryOut(const Request& request) {

@@ -62,8 +62,8 @@ class Game {
   unsigned stackVersion = 0;
   Request pendingRequest;
   Hold hold = Hold::None;
-  double shownSince = 0;      // the screen; in the context's time
-  bool clicksAreOwn = false;  // the last click was this screen's, so one that follows fast is so, too
+  double shownSince = 0;    // the screen; in the context's time
+  bool foreignRun = false;  // the last click was not this screen's, and one that follows fast belongs to it
 };
 
 }  // namespace ui

@@ -38,6 +38,7 @@ struct Input {
   bool ctrl = false;
   bool shift = false;
 
+  bool hasButtons() const { return down || pressed || clicked || rightClicked; }
   // Forgets all that the mouse's buttons did.
   void dropButtons() { down = pressed = clicked = doubleClicked = rightClicked = false; }
   bool hasKey(int code) const { return std::find(keys.begin(), keys.end(), code) != keys.end(); }

@@ -356,6 +356,20 @@ TEST_F(Buttons, ClicksThatFollowAsFastBelongToTheSameRun) {
   EXPECT_TRUE(screenSees(click()).clicked);
 }
 
+TEST_F(Buttons, FastClickAfterOneThatLedNowhereWorks) {
+  screenSees(click());
+  change();  // by a key
+  screenSees();
+  EXPECT_TRUE(screenSees(fastClick()).clicked);
+}
+
+TEST_F(Buttons, FastClicksAcrossTwoChangesWorkNothing) {
+  change(click());
+  change();
+  screenSees();
+  EXPECT_FALSE(screenSees(fastClick()).clicked);
+}
+
 TEST_F(Buttons, ImpatientClicksWorkASecondAfterTheScreenCameUp) {
   change(click());
   screenSees();

@@ -182,18 +182,20 @@ void UnseenProgram::restart() {
 bool UnseenProgram::pass(double dt) {
   seen().now += dt;
   ++seen().frame;
+  const bool works = !leftButton.empty() || seen().buttons != 0;
   judgeClicks();
   const bool goesOn = loop->pass();
   // A screen that is still to be built has had no frame.
   framesOfScreen = ui::Game::instance().beginsScreen() ? 0 : framesOfScreen + 1;
   if (framesOfScreen == 1) shownAt = seen().now;
+  if (framesOfScreen == 0) pressedHere = false;
+  if (framesOfScreen == 0 && works) foreignRun = true;
   return goesOn;
 }
 
 void UnseenProgram::judgeClicks() {
   constexpr double kDoubleClick = 0.3;
   constexpr double kLongestRun = 1;
-  if (framesOfScreen == 0) pressedHere = clickedHere = false;
   meantClick = false;
   for (const bool down : std::exchange(leftButton, {})) {
     if (down) {
@@ -202,9 +204,8 @@ void UnseenProgram::judgeClicks() {
     }
     const bool follows = seen().now - std::exchange(lastRelease, seen().now) < kDoubleClick &&
                          seen().now - shownAt < kLongestRun;
-    const bool whole = std::exchange(pressedHere, false);
-    clickedHere = clickedHere || (whole && !follows);
-    meantClick = meantClick || (whole && clickedHere);
+    foreignRun = !std::exchange(pressedHere, false) || (foreignRun && follows);
+    meantClick = meantClick || !foreignRun;
   }
 }
 

@@ -73,7 +73,7 @@ class UnseenProgram {
   int framesOfScreen = 0;
   double shownAt = 0;
   bool pressedHere = false;
-  bool clickedHere = false;  // the last click was meant for this screen
+  bool foreignRun = false;  // the last click was not meant for this screen
   double lastRelease = -10;
   bool meantClick = false;
 };

@@ -7,7 +7,7 @@ namespace {
 void update(ui::Ctx& ctx) {
   ui::Game& game = ui::Game::instance();
   const ui::Input& in = ctx.in;
-  if (game.beginsScreen() && (in.down || in.pressed || in.clicked || in.rightClicked)) {
+  if (game.beginsScreen() && in.hasButtons()) {
     const ui::Input hand = in;
     ctx.in.dropButtons();
     game.update(ctx);
