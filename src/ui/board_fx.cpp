@@ -182,7 +182,7 @@ class BurstPainter {
     const double fullRadius = (0.1 + 0.035 * (i % 3)) * w;
     const double radius = fullRadius * (1.1 - 0.5 * r) * 0.5;
     const double alpha = std::min(1.0, 1.6 * (1 - r));
-    const std::uint32_t color = kParticleColors[i % std::size(kParticleColors)];
+    const std::uint32_t color = kParticleColors[static_cast<std::size_t>(i) % std::size(kParticleColors)];
     if (!textures) {
       fillCircle(cr, x, y, radius, color, alpha);
       return;

@@ -265,7 +265,7 @@ TEST(Slider, TakesNotANumberForZero) {
 TEST(Slider, FollowsItsDragFarBesideItself) {
   for (const auto& [dragX, expected] : {std::pair{150.0, 0.25}, {-4000.0, 0.0}, {4000.0, 1.0}}) {
     double result = -1;
-    ScreenHarness harness([&](ui::Ctx& ctx) { result = ui::slider(ctx, kTrack, 0.7, dragX); });
+    ScreenHarness harness([&, place = dragX](ui::Ctx& ctx) { result = ui::slider(ctx, kTrack, 0.7, place); });
     harness.press(10, 400);
     EXPECT_EQ(result, expected) << dragX;
   }
