@@ -1,8 +1,7 @@
 #include "app/app.h"
 
+#include <cassert>
 #include <utility>
-
-#include "screens/screens.h"
 
 namespace ui {
 namespace {
@@ -10,41 +9,16 @@ namespace {
 // Seconds. Who goes on clicking as fast as that by then has seen the new screen.
 constexpr double kLongestRun = 1;
 
-// Null for a kind that has no screen; the window then stays empty.
-std::unique_ptr<Screen> makeScreen(const GameState& descriptor) {
-  switch (descriptor.kind) {
-    case ScreenKind::Splash:
-      return screens::makeSplash();
-    case ScreenKind::Menu:
-      return screens::makeMenu();
-    case ScreenKind::LevelSelect:
-      return screens::makeLevelSelect();
-    case ScreenKind::Playing:
-      return screens::makePlaying(descriptor);
-    case ScreenKind::Solved:
-      return screens::makeSolved(descriptor);
-    case ScreenKind::Gallery:
-      return screens::makeGallery();
-    case ScreenKind::Settings:
-      return screens::makeSettings();
-    case ScreenKind::About:
-      return screens::makeAbout();
-    case ScreenKind::Licenses:
-      return screens::makeLicenses();
-    case ScreenKind::Attract:
-      return screens::makeAttract();
-  }
-  return nullptr;
-}
-
 }  // namespace
 
-Game::Game() : stack(1) {}
+Game::Game(ScreenFactory factory) : makeScreen(factory), stack(1) {}
 
 Game& Game::instance() {
-  static Game game;
+  static Game game(nullptr);
   return game;
 }
+
+void Game::setFactory(ScreenFactory factory) { makeScreen = factory; }
 
 store::Settings& Game::settings() {
   // Never destroyed: at exit the live screen's destructor may still write them, even if the stack was made
@@ -78,6 +52,7 @@ void Game::update(Ctx& ctx) {
 
 void Game::ensureScreen() {
   if (screen && builtVersion == stackVersion) return;
+  assert(makeScreen != nullptr);
   screen = makeScreen(stack.back());
   builtVersion = stackVersion;
 }

@@ -1,22 +1,28 @@
 // app.h: the stack of screens. Only the top one lives; it is built from its descriptor and thrown away at
-// every change of the stack. Knows the screens by their factories alone. Main thread only.
+// every change of the stack. Knows no particular screen: who starts the program hands over what makes them.
+// Main thread only.
 #pragma once
 
 #include <memory>
 #include <vector>
 
-#include "app/context.h"
 #include "storage/storage.h"
+#include "ui/context.h"
 
 namespace ui {
+
+// Returns a new screen in its initial state, or null for a kind that has none; the window then stays empty.
+using ScreenFactory = std::unique_ptr<Screen> (*)(const GameState& descriptor);
 
 class Game {
  public:
   // Begins with the splash screen's descriptor as the only one.
-  Game();
+  explicit Game(ScreenFactory factory);
 
-  // The program's own stack, built on first use and destroyed at exit, its live screen with it.
+  // The program's own stack, built on first use and destroyed at exit, its live screen with it. It is given
+  // its factory before its first frame.
   static Game& instance();
+  void setFactory(ScreenFactory factory);
   // The player's preferences, read from disk on first use, to be changed in place. They outlive every screen.
   static store::Settings& settings();
   // Writes them to disk.
@@ -56,6 +62,7 @@ class Game {
   void keepOwnButtons(Ctx& ctx);
   void carryOut(const Request& request);
 
+  ScreenFactory makeScreen;
   std::vector<GameState> stack;
   std::unique_ptr<Screen> screen;
   unsigned builtVersion = 0xFFFFFFFF;

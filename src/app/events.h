@@ -6,8 +6,8 @@
 
 #include <utility>
 
-#include "app/context.h"
 #include "storage/storage.h"
+#include "ui/context.h"
 
 namespace ui {
 

@@ -4,10 +4,10 @@
 
 #include <optional>
 
-#include "app/context.h"
 #include "app/events.h"
 #include "app/frame.h"
 #include "app/stats.h"
+#include "ui/context.h"
 
 namespace ui {
 

@@ -17,8 +17,6 @@ namespace assets {
 
 namespace {
 
-constexpr const char* kGlyphFont = "QuenlockMahjongGlyphs.ttf";
-
 // Never destroyed: the mixer's thread may still play from these bytes while the process ends.
 std::map<std::string, std::string>& cache() {
   static auto& blobs = *new std::map<std::string, std::string>;

@@ -6,6 +6,8 @@
 
 namespace assets {
 
+inline constexpr const char* kGlyphFont = "QuenlockMahjongGlyphs.ttf";
+
 // Whether a file of exactly this name, case included, is built in.
 bool has(const std::string& name);
 
@@ -15,7 +17,7 @@ bool has(const std::string& name);
 const std::string& blob(const std::string& name);
 
 // Writes the glyph font to veskara/fonts in the user's cache directory, where fontconfig can load it, and
-// gives back that directory. A file of the right size is left alone. A failure costs a line on standard
+// returns that directory. A file of the right size is left alone. A failure costs a line on standard
 // error.
 std::string materializeFonts();
 

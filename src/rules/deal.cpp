@@ -1,7 +1,6 @@
 #include "rules/deal.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <map>
 #include <unordered_set>
 
@@ -21,11 +20,10 @@ std::vector<Neighbours> neighboursOf(const std::vector<Slot>& slots) {
   std::vector<Neighbours> all(slots.size());
   for (std::size_t i = 0; i < slots.size(); ++i) {
     for (std::size_t j = 0; j < slots.size(); ++j) {
-      if (i == j || std::abs(slots[i].y - slots[j].y) > 1) continue;
-      const int dx = slots[j].x - slots[i].x;
-      if (slots[j].z == slots[i].z + 1 && std::abs(dx) <= 1) all[i].above.push_back(j);
-      if (slots[j].z == slots[i].z && dx == -2) all[i].left.push_back(j);
-      if (slots[j].z == slots[i].z && dx == 2) all[i].right.push_back(j);
+      const Side side = sideOf(slots[i], slots[j]);
+      if (side == Side::Above) all[i].above.push_back(j);
+      if (side == Side::Left) all[i].left.push_back(j);
+      if (side == Side::Right) all[i].right.push_back(j);
     }
   }
   return all;

@@ -153,18 +153,25 @@ std::vector<Slot> buildShapedHeap(HeapShape shape, int count, double spread) {
   return slots;
 }
 
+Side sideOf(const Slot& tile, const Slot& other) {
+  if (std::abs(other.y - tile.y) > 1) return Side::None;
+  const int dx = other.x - tile.x;
+  if (other.z == tile.z + 1 && std::abs(dx) <= 1) return Side::Above;
+  if (other.z != tile.z || std::abs(dx) != 2) return Side::None;
+  return dx < 0 ? Side::Left : Side::Right;
+}
+
 bool isFreeAmong(const std::vector<Slot>& slots, const std::vector<char>& present, int i) {
   assert(i >= 0 && static_cast<std::size_t>(i) < slots.size());
   const Slot& tile = slots[static_cast<std::size_t>(i)];
   bool left = false;
   bool right = false;
   for (const Slot& other : slots) {
-    if (other.id == i || present[static_cast<std::size_t>(other.id)] == 0) continue;
-    if (std::abs(tile.y - other.y) > 1) continue;
-    if (other.z == tile.z + 1 && std::abs(tile.x - other.x) <= 1) return false;
-    if (other.z != tile.z) continue;
-    left = left || other.x == tile.x - 2;
-    right = right || other.x == tile.x + 2;
+    if (present[static_cast<std::size_t>(other.id)] == 0) continue;
+    const Side side = sideOf(tile, other);
+    if (side == Side::Above) return false;
+    left = left || side == Side::Left;
+    right = right || side == Side::Right;
   }
   return !left || !right;
 }

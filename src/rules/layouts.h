@@ -50,9 +50,14 @@ struct Bounds {
 // gives as many as there are. A `count` below 1 gives none.
 std::vector<Slot> buildShapedHeap(HeapShape shape, int count, double spread);
 
+// What may keep a tile from being free: a tile on it, be it but a quarter, or one right beside it, be it but
+// half. A tile is free while nothing lies on it and its left or its right side is open.
+enum class Side { None, Above, Left, Right };
+// Where `other` hinders `tile`; None for the slot itself.
+Side sideOf(const Slot& tile, const Slot& other);
+
 // Whether the tile of slot `i` could be taken, were the tiles with a non-zero flag in `present` (by slot id)
-// on the table: nothing lies on it, and its left or its right side is open. Its own flag is not looked at. An
-// index outside the layout aborts.
+// on the table. Its own flag is not looked at. An index outside the layout aborts.
 bool isFreeAmong(const std::vector<Slot>& slots, const std::vector<char>& present, int i);
 
 // All zero for an empty layout.

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::array<std::string_view, 3> kNumberSuits = {"dot", "bam", "wan"};
 constexpr std::array<std::string_view, 4> kDirections = {"E", "S", "W", "N"};
-constexpr std::array<std::string_view, 3> kDragons = {"Red", "Green", "White"};
+constexpr std::array<std::string_view, 3> kDragonNames = {"Red", "Green", "White"};
 
 constexpr std::array<const char*, 9> kWanNumerals = {"一", "二", "三", "四", "五", "六", "七", "八", "九"};
 constexpr std::array<const char*, 4> kWindGlyphs = {"東", "南", "西", "北"};
@@ -32,12 +32,12 @@ int tailNumber(const std::string& s, std::size_t pos) {
 FaceInfo wanInfo(const std::string& face) {
   const int rank = tailNumber(face, 3);
   const bool known = rank >= 1 && rank <= 9;
-  return {2, rank, known ? kWanNumerals[static_cast<std::size_t>(rank - 1)] : ""};
+  return {kCharacters, rank, known ? kWanNumerals[static_cast<std::size_t>(rank - 1)] : ""};
 }
 
 // Winds and dragons: the word after the four letters of the prefix gives rank and glyph.
 template <std::size_t N>
-FaceInfo wordInfo(int suit, std::string_view word, const std::array<std::string_view, N>& words,
+FaceInfo wordInfo(Suit suit, std::string_view word, const std::array<std::string_view, N>& words,
                   const std::array<const char*, N>& glyphs) {
   const auto found = static_cast<std::size_t>(std::find(words.begin(), words.end(), word) - words.begin());
   if (found == N) return {suit, 0, ""};
@@ -53,7 +53,7 @@ std::vector<FacePair> allPairs() {
     for (int number = 1; number <= 9; ++number) addTwice(std::string(suit) + std::to_string(number));
   }
   for (const std::string_view direction : kDirections) addTwice("wind" + std::string(direction));
-  for (const std::string_view dragon : kDragons) addTwice("drag" + std::string(dragon));
+  for (const std::string_view dragon : kDragonNames) addTwice("drag" + std::string(dragon));
   pairs.insert(
       pairs.end(),
       {{"flower1", "flower2"}, {"flower3", "flower4"}, {"season1", "season2"}, {"season3", "season4"}});
@@ -68,15 +68,15 @@ std::string matchKey(const std::string& face) {
 
 FaceInfo faceInfo(const std::string& face) {
   const std::string_view name = face;
-  if (startsWith(name, "dot")) return {0, tailNumber(face, 3), ""};
-  if (startsWith(name, "bam")) return {1, tailNumber(face, 3), ""};
+  if (startsWith(name, "dot")) return {kDots, tailNumber(face, 3), ""};
+  if (startsWith(name, "bam")) return {kBamboos, tailNumber(face, 3), ""};
   if (startsWith(name, "wan")) return wanInfo(face);
-  if (startsWith(name, "wind")) return wordInfo(3, name.substr(4), kDirections, kWindGlyphs);
-  if (startsWith(name, "drag")) return wordInfo(4, name.substr(4), kDragons, kDragonGlyphs);
+  if (startsWith(name, "wind")) return wordInfo(kWinds, name.substr(4), kDirections, kWindGlyphs);
+  if (startsWith(name, "drag")) return wordInfo(kDragons, name.substr(4), kDragonNames, kDragonGlyphs);
   // Bonus tiles are numbered from 1 but ranked from 0.
-  if (startsWith(name, "flower")) return {5, tailNumber(face, 6) - 1, ""};
-  if (startsWith(name, "season")) return {6, tailNumber(face, 6) - 1, ""};
-  return {0, 1, ""};
+  if (startsWith(name, "flower")) return {kFlowers, tailNumber(face, 6) - 1, ""};
+  if (startsWith(name, "season")) return {kSeasons, tailNumber(face, 6) - 1, ""};
+  return {kDots, 1, ""};
 }
 
 }  // namespace mj

@@ -12,8 +12,14 @@ namespace mj {
 // Printed under the numeral of every character tile.
 inline constexpr const char* kWanMark = "萬";
 
+enum Suit : int { kDots, kBamboos, kCharacters, kWinds, kDragons, kFlowers, kSeasons };
+
+// Ranks of dragons.
+inline constexpr int kRedDragon = 0;
+inline constexpr int kWhiteDragon = 2;
+
 struct FaceInfo {
-  int suit = 0;       // 0 dots, 1 bamboos, 2 characters, 3 winds, 4 dragons, 5 flowers, 6 seasons
+  int suit = kDots;
   int rank = 0;       // dots, bamboos, characters 1…9; winds ESWN 0…3; dragons RGW 0…2; flowers, seasons 0…3
   std::string glyph;  // UTF-8; empty where the face is drawn without text
 

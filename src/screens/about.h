@@ -5,7 +5,7 @@
 #include <array>
 #include <cstddef>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace screens {
 

@@ -6,10 +6,10 @@
 #include <cstdint>
 #include <optional>
 
-#include "app/context.h"
 #include "rules/engine.h"
 #include "ui/board.h"
 #include "ui/board_fx.h"
+#include "ui/context.h"
 
 namespace screens {
 

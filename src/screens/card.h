@@ -2,7 +2,7 @@
 // pointer, and the rows in which cards lie. Units: logical pixels.
 #pragma once
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace screens {
 

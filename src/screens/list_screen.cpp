@@ -35,7 +35,7 @@ std::string pageName(int page) {
 }
 
 // True when the player goes back.
-bool drawHeader(ui::Ctx& ctx, std::string_view headline) {
+bool header(ui::Ctx& ctx, std::string_view headline) {
   const bool back = ui::backButton(ctx, kBack) || ctx.in.hasKey(SDLK_ESCAPE);
   ui::drawText(
       ctx.cr, kHeadlineX, kHeadlineY, headline,
@@ -49,7 +49,7 @@ bool listFrame(ui::Ctx& ctx, const mj::TableTheme* theme, std::string_view headl
                const std::function<void()>& body) {
   ui::drawFelt(ctx, theme, false);
   const ui::PointerBlock question(ctx, asking);
-  const bool left = drawHeader(ctx, headline) && !asking;
+  const bool left = header(ctx, headline) && !asking;
   const ui::PointerBlock leaving(ctx, left);
   body();
   return left;

@@ -7,8 +7,8 @@
 #include <optional>
 #include <string_view>
 
-#include "app/context.h"
 #include "rules/table_themes.h"
+#include "ui/context.h"
 #include "ui/widgets.h"
 
 namespace screens {

@@ -81,6 +81,8 @@ bool hasInput(const ui::Input& in) {
 
 Menu::Menu(mj::GameState behind) : continued(gameToContinue()), backdrop(std::move(behind)) {}
 
+Menu::~Menu() { ui::forgetMenuBackdrop(); }
+
 void Menu::update(ui::Ctx& ctx) {
   takeTimes(ctx);
   drawTable(ctx);

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "app/context.h"
 #include "rules/engine.h"
 #include "screens/menu_layout.h"
+#include "ui/context.h"
 
 namespace screens {
 
@@ -15,6 +15,7 @@ class Menu : public ui::Screen {
  public:
   // `behind` drifts behind the plaques.
   explicit Menu(mj::GameState behind);
+  ~Menu() override;
 
   void update(ui::Ctx& ctx) override;
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <optional>
 
-#include "app/context.h"
 #include "screens/title_block.h"
+#include "ui/context.h"
 
 namespace screens {
 

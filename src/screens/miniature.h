@@ -6,8 +6,8 @@
 
 #include <vector>
 
-#include "app/context.h"
 #include "rules/layouts.h"
+#include "ui/context.h"
 
 namespace screens {
 

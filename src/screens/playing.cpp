@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <tuple>
 #include <utility>
 
 #include "app/app.h"
@@ -31,7 +32,7 @@ namespace screens {
 namespace {
 
 constexpr double kPendingTime = 0.32;  // a matching pair is seen together before it goes
-constexpr double kWrongTime = 0.48;
+constexpr double kRefusedTime = 0.48;
 constexpr double kHintTime = 1.6;
 constexpr double kWinFadeTime = 0.56;
 constexpr double kWinEnd = 1.1;  // in fade times: the full cover stands for a moment
@@ -58,8 +59,6 @@ double autoplayFromEnvironment() {
   std::from_chars(text, text + std::strlen(text), seconds);
   return seconds > 0.01 ? seconds : kDefaultAutoplay;
 }
-
-bool isDue(const std::optional<double>& due, double now) { return due && now >= *due; }
 
 // A number beside its icon, in the middle of `rect`'s height.
 void drawCounter(const ui::Ctx& ctx, const ui::Rect& rect, ui::ActionIcon icon, int number) {
@@ -122,7 +121,10 @@ void Playing::update(ui::Ctx& ctx) {
     dragBoard(ctx);
     header(ctx);
     drawTiles(ctx);
-    if (!noMoves(ctx)) boardInput(ctx);
+    const std::optional<PanelLayout> panel = stuckPanel(ctx);
+    if (panel) noMoves(ctx, *panel);
+    // The tiles below the panel hear of nothing.
+    if (!panel || !ctx.hover(panel->panel)) boardInput(ctx);
     actionBar(ctx);
   }
   pauseOverlay(ctx);
@@ -134,14 +136,14 @@ void Playing::update(ui::Ctx& ctx) {
 
 void Playing::tapTile(int tile, double now) {
   // Nobody has to wait for the pair to go: it may even be what blocks this tile.
-  if (pendingDue && tile != pendingA && tile != pendingB) removePair(now);
+  if (pending && tile != pending->tiles.first && tile != pending->tiles.second) removePair(now);
   if (won()) return;
   if (!mj::isFree(game, tile)) {
     audio::play(audio::Sfx::Error);
     return;
   }
-  if (wrongDue) forgetRefusal();
-  clearHint();
+  if (refused) forgetRefusal();
+  hint.reset();
   if (tile == game.selected) {
     audio::play(audio::Sfx::Click);
     game.selected = -1;
@@ -150,15 +152,11 @@ void Playing::tapTile(int tile, double now) {
     game.selected = tile;
   } else if (mj::canMatch(game, game.selected, tile)) {
     audio::play(audio::Sfx::Place);
-    pendingA = game.selected;
-    pendingB = tile;
-    pendingDue = now + kPendingTime;
+    pending = {{game.selected, tile}, now + kPendingTime};
     game.selected = tile;
   } else {
     audio::play(audio::Sfx::NoNo);
-    wrongA = game.selected;
-    wrongB = tile;
-    wrongDue = now + kWrongTime;
+    refused = {{game.selected, tile}, now + kRefusedTime};
   }
 }
 
@@ -168,9 +166,9 @@ void Playing::setZoom(double factor) {
 }
 
 void Playing::drawTable(ui::Ctx& ctx) const {
-  ui::profBegin("felt");
+  ui::profBegin("filz");
   ui::drawFelt(ctx, mj::tableThemeForLevel(level), true);
-  ui::profEnd("felt");
+  ui::profEnd("filz");
 }
 
 void Playing::begin(double now) {
@@ -224,16 +222,14 @@ ui::GameState Playing::result() const {
 }
 
 void Playing::endWaits(double now) {
-  if (isDue(pendingDue, now)) removePair(now);
-  if (isDue(wrongDue, now)) forgetRefusal();
-  if (isDue(hintDue, now)) clearHint();
+  if (pending && now >= pending->until) removePair(now);
+  if (refused && now >= refused->until) forgetRefusal();
+  if (hint && now >= hint->until) hint.reset();
 }
 
 // Takes the chosen pair off the table.
 void Playing::removePair(double now) {
-  pendingDue.reset();
-  const int a = std::exchange(pendingA, -1);
-  const int b = std::exchange(pendingB, -1);
+  const auto [a, b] = std::exchange(pending, std::nullopt)->tiles;
   // A shuffle or an undo may have come in between.
   if (!mj::canMatch(game, a, b)) return;
   const ui::BoardGeom geom = ui::boardGeometry(game.slots, layout.board, ui::FitMode::Contain);
@@ -249,9 +245,7 @@ void Playing::removePair(double now) {
 }
 
 void Playing::forgetRefusal() {
-  wrongDue.reset();
-  wrongA = -1;
-  wrongB = -1;
+  refused.reset();
   game.selected = -1;
 }
 
@@ -274,17 +268,12 @@ void Playing::drawHeaderTexts(const ui::Ctx& ctx) const {
 
 void Playing::drawTiles(ui::Ctx& ctx) {
   options = {};
-  options.pickA = pendingA;
-  options.pickB = pendingB;
-  options.mismatchA = wrongA;
-  options.mismatchB = wrongB;
+  if (pending) std::tie(options.pickA, options.pickB) = pending->tiles;
+  if (refused) std::tie(options.mismatchA, options.mismatchB) = refused->tiles;
+  if (hint) options.hintIds = {hint->tiles.first, hint->tiles.second};
   options.zoom = zoom;
   options.panX = panX;
   options.panY = panY;
-  for (const auto& [a, b] : hintPairs) {
-    options.hintIds.push_back(a);
-    options.hintIds.push_back(b);
-  }
   // A pause is no time to study the board.
   if (paused) return;
   ui::profBegin("board");
@@ -293,15 +282,16 @@ void Playing::drawTiles(ui::Ctx& ctx) {
   ui::profEnd("board");
 }
 
-// True when the pointer lies on the panel: the tiles below then hear of nothing.
-bool Playing::noMoves(ui::Ctx& ctx) {
-  if (introActive || paused || won() || !mj::availablePairs(game).empty()) return false;
-  const bool canUndo = !game.history.empty();
-  const PanelLayout panel = noMovesPanel(ctx.w, layout.board, canUndo ? 2 : 1);
+// Where it is said that no pair can be taken; nothing while one can.
+std::optional<PanelLayout> Playing::stuckPanel(const ui::Ctx& ctx) const {
+  if (introActive || paused || won() || !mj::availablePairs(game).empty()) return std::nullopt;
+  return noMovesPanel(ctx.w, layout.board, game.history.empty() ? 1 : 2);
+}
+
+void Playing::noMoves(ui::Ctx& ctx, const PanelLayout& panel) {
   drawPanelWithTitle(ctx, panel, i18n::tr("playing.noMoves"));
-  if (canUndo && ui::plainButton(ctx, panel.first, i18n::tr("playing.undo"), false)) takeBack();
+  if (!game.history.empty() && ui::plainButton(ctx, panel.first, i18n::tr("playing.undo"), false)) takeBack();
   if (ui::plainButton(ctx, panel.second, i18n::tr("playing.shuffle"), false)) shuffle();
-  return ctx.hover(panel.panel);
 }
 
 void Playing::boardInput(ui::Ctx& ctx) {
@@ -393,7 +383,7 @@ void Playing::playKeys(const ui::Input& in, double now) {
 }
 
 void Playing::autoplayStep(double now) {
-  if (autoplay <= 0 || introActive || paused || pendingDue || wrongDue || won()) return;
+  if (autoplay <= 0 || introActive || paused || pending || refused || won()) return;
   if (now - lastAuto <= autoplay) return;
   lastAuto = now;
   const auto [a, b] = mj::findHint(game);
@@ -430,25 +420,19 @@ void Playing::takeHint(double now) {
     return;
   }
   audio::play(audio::Sfx::Hint);
-  hintPairs = {pair};
+  hint = {pair, now + kHintTime};
   game.selected = -1;
   ++game.hints;
-  hintDue = now + kHintTime;
 }
 
 void Playing::shuffle() {
-  clearHint();
+  hint.reset();
   mj::shuffleBoard(game);
 }
 
 void Playing::takeBack() {
-  clearHint();
+  hint.reset();
   mj::undo(game);
-}
-
-void Playing::clearHint() {
-  hintPairs.clear();
-  hintDue.reset();
 }
 
 void Playing::boundPan() {

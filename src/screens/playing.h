@@ -5,13 +5,12 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
-#include "app/context.h"
 #include "rules/engine.h"
 #include "screens/playing_layout.h"
 #include "ui/board.h"
 #include "ui/board_fx.h"
+#include "ui/context.h"
 
 namespace screens {
 
@@ -50,6 +49,12 @@ class Playing : public ui::Screen {
     bool moved;  // far enough to be no tap
   };
 
+  // Two tiles that are shown together until a moment of the frame clock.
+  struct ShownPair {
+    mj::SlotPair tiles;
+    double until;
+  };
+
   void drawTable(ui::Ctx& ctx) const;
   void begin(double now);
   void endIntro(double now);
@@ -61,7 +66,8 @@ class Playing : public ui::Screen {
   void header(ui::Ctx& ctx);
   void drawHeaderTexts(const ui::Ctx& ctx) const;
   void drawTiles(ui::Ctx& ctx);
-  bool noMoves(ui::Ctx& ctx);
+  std::optional<PanelLayout> stuckPanel(const ui::Ctx& ctx) const;
+  void noMoves(ui::Ctx& ctx, const PanelLayout& panel);
   void boardInput(ui::Ctx& ctx);
   void turnWheel(const ui::Input& in);
   void dragBoard(ui::Ctx& ctx);
@@ -76,7 +82,6 @@ class Playing : public ui::Screen {
   void takeHint(double now);
   void shuffle();
   void takeBack();
-  void clearHint();
   void boundPan();
   void leave();
   void save() const;
@@ -102,14 +107,9 @@ class Playing : public ui::Screen {
   std::optional<double> winAt;
   std::optional<double> readyAt;
 
-  int pendingA = -1;  // a matching pair, about to go
-  int pendingB = -1;
-  std::optional<double> pendingDue;
-  int wrongA = -1;  // a refused pair
-  int wrongB = -1;
-  std::optional<double> wrongDue;
-  std::vector<mj::SlotPair> hintPairs;
-  std::optional<double> hintDue;
+  std::optional<ShownPair> pending;  // matches, and is about to go
+  std::optional<ShownPair> refused;
+  std::optional<ShownPair> hint;
 
   double autoplay;  // seconds between moves of its own, 0 for none
   double lastAuto = 0;

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace screens {
 

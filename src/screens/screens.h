@@ -3,9 +3,12 @@
 
 #include <memory>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace screens {
+
+// The screen of the descriptor's kind; null for a kind that has none.
+std::unique_ptr<ui::Screen> make(const ui::GameState& descriptor);
 
 std::unique_ptr<ui::Screen> makeSplash();
 std::unique_ptr<ui::Screen> makeMenu();

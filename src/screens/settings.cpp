@@ -12,7 +12,6 @@
 #include "screens/screens.h"
 #include "screens/settings_layout.h"
 #include "ui/draw.h"
-#include "ui/gpu.h"
 #include "ui/palette.h"
 #include "ui/pointer_block.h"
 #include "ui/widgets.h"
@@ -46,11 +45,6 @@ bool isChosen(const std::string& code, const store::Settings& settings) {
 ui::Rect below(double top, ui::Rect rect) {
   rect.y += top;
   return rect;
-}
-
-// Pictures of titles are kept by their letters alone, and languages draw the same Han character differently.
-void dropTitlePictures() {
-  for (const char* kind : {"glow|", "ttl|"}) ui::gpuDropTextures(kind, ui::kKeepNone);
 }
 
 class Settings : public ui::Screen {
@@ -139,7 +133,6 @@ void Settings::languageRow(ui::Ctx& ctx, double top, store::Settings& settings) 
     if (!ui::chip(ctx, below(top, rect), name, isChosen(code, settings))) continue;
     settings.language = code;
     i18n::setLanguage(code);
-    dropTitlePictures();
     persist();
   }
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "app/context.h"
+#include "ui/context.h"
 #include "ui/draw.h"
 #include "ui/palette.h"
 

@@ -6,6 +6,7 @@
 #include "resources/i18n.h"
 #include "ui/draw.h"
 #include "ui/palette.h"
+#include "ui/tile.h"
 #include "ui/title.h"
 
 namespace screens {
@@ -13,7 +14,6 @@ namespace {
 
 constexpr double kWordLine = 1.25;  // of the glowing word, in letter sizes
 constexpr double kGap = 6;
-constexpr double kTileH = 1.34;  // in tile widths
 
 constexpr const char* kWord = "Quenlock's";
 
@@ -37,7 +37,7 @@ TitleBlock TitleBlock::fitting(double w, double wordSize, double tileW) {
           .tileW = std::min(std::floor((w - 60) / 7.9), tileW)};
 }
 
-double TitleBlock::height() const { return tilesTop(*this) + std::round(kTileH * tileW); }
+double TitleBlock::height() const { return tilesTop(*this) + std::round(ui::kTileAspect * tileW); }
 
 void drawTitleBlock(const ui::Ctx& ctx, const TitleBlock& title, double top, double startTime) {
   ui::drawGlowTitle(ctx, ctx.w / 2, wordTop(ctx, title, top), kWord, title.wordSize);

@@ -2,7 +2,7 @@
 // on tiles, and the tagline below. Knows no screen. Units: logical pixels, seconds.
 #pragma once
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace screens {
 

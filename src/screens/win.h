@@ -1,7 +1,7 @@
 // win.h: writes a win down. Knows no screen.
 #pragma once
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace screens {
 

@@ -55,7 +55,7 @@ std::string freeName(const std::string& path) {
 
 }  // namespace
 
-js::Value readFile(const std::string& name) {
+js::Value readDocument(const std::string& name) {
   const DataLock lock(Access::Read);
   js::Value document;
   read(filePath(name), document);

@@ -16,7 +16,7 @@ namespace store {
 
 // Null when there is no such file, or none that makes sense. A program that was killed between removing the
 // old file and renaming the new one has left the new one under its temporary name; that one is read then.
-js::Value readFile(const std::string& name);
+js::Value readDocument(const std::string& name);
 
 // A file from the reading of its old document to the writing of the new one, while no other program comes in
 // between.
@@ -24,7 +24,7 @@ class FileChange {
  public:
   explicit FileChange(const std::string& fileName);
 
-  // As readFile gives it.
+  // As readDocument gives it.
   const js::Value& old() const { return document; }
   // False on a failure, which is said on standard error. An old file that could not be read is not lost: it
   // is set aside under a name of its own, which is said too.

@@ -45,7 +45,7 @@ LevelBest merged(const LevelBest& old, const LevelBest& result) {
 
 }  // namespace
 
-Progress loadProgress() { return progressOf(readFile(kProgressFile)); }
+Progress loadProgress() { return progressOf(readDocument(kProgressFile)); }
 
 void saveProgress(const Progress& progress) {
   const FileChange file(kProgressFile);
@@ -67,10 +67,10 @@ Progress resetProgress() {
   return start;
 }
 
-LevelBest bestFor(int level) { return bestOf(readFile(kProgressFile), level); }
+LevelBest bestFor(int level) { return bestOf(readDocument(kProgressFile), level); }
 
 Career loadCareer() {
-  const js::Value doc = readFile(kProgressFile);
+  const js::Value doc = readDocument(kProgressFile);
   Career career = {.progress = progressOf(doc), .bests = {}};
   for (int level = 1; level <= kLastLevel; ++level) {
     career.bests[static_cast<std::size_t>(level - 1)] = bestOf(doc, level);
@@ -86,6 +86,11 @@ LevelBest recordBest(int level, const LevelBest& result) {
       {{"stars", valueOf(best.stars)}, {"aids", valueOf(best.aids)}, {"elapsedMs", valueOf(best.elapsedMs)}});
   write(file, progressOf(file.old()), std::move(bests));
   return best;
+}
+
+int computeStars(int aids) {
+  if (aids <= 0) return 3;
+  return aids <= 2 ? 2 : 1;
 }
 
 }  // namespace store

@@ -93,7 +93,7 @@ void saveGame(const SavedGame& saved) {
 }
 
 SavedGame loadGame() {
-  const js::Value file = readFile(kGameFile);
+  const js::Value file = readDocument(kGameFile);
   const js::Value& doc = file[kMember];
   const int level = doc["level"].asInt(0);
   if (level < 1 || level > kLastLevel) return {};

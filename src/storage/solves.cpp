@@ -100,7 +100,7 @@ void removeSolve(const Predicate& isMeant) {
 
 }  // namespace
 
-std::vector<SolveEntry> listSolves() { return solvesOf(readFile(kSolvesFile)); }
+std::vector<SolveEntry> listSolves() { return solvesOf(readDocument(kSolvesFile)); }
 
 void recordSolve(const SolveEntry& entry) {
   const FileChange file(kSolvesFile);

@@ -1,81 +1,13 @@
-// board.h: places a layout's slots in a rectangle, paints them, finds the tile under a pointer.
-// Knows no input and no clock of its own. Units: logical pixels, x right, y down; seconds; layers grow
-// upward.
+// board.h: paints a game's tiles in a rectangle. Knows no input and no clock of its own. Units: logical
+// pixels, x right, y down; seconds.
 #pragma once
 
-#include <vector>
-
-#include "app/context.h"
 #include "rules/engine.h"
+#include "ui/board_fx.h"
+#include "ui/board_geometry.h"
+#include "ui/context.h"
 
 namespace ui {
-
-struct BoardFx;
-
-enum class FitMode {
-  Contain,  // the whole board fits the rectangle
-  Cover,    // the board fills the rectangle and may overflow it in one direction
-};
-
-// Where a layout lies. Higher layers are shifted up and to the left, so that a tile's body reads as
-// thickness.
-struct BoardGeom {
-  double tileW = 0;
-  double tileH = 0;
-  double layerDx = 0;  // leftward shift per layer
-  double layerDy = 0;  // upward shift per layer
-  double originX = 0;  // top left corner of the picture
-  double originY = 0;
-  double offX = 0;  // shift of the highest layer
-  double offY = 0;
-  int minX = 0;  // smallest slot coordinates, in half tiles
-  int minY = 0;
-  int layers = 1;
-
-  // The tile's rectangle before zoom and pan.
-  Rect place(const mj::Slot& slot) const;
-};
-
-// What to show besides the tiles. A slot id of -1 stands for none.
-struct BoardOpts {
-  FitMode fit = FitMode::Contain;
-  std::vector<int> hintIds = {};
-  int pickA = -1;  // shown as selected, besides the game's own selected tile
-  int pickB = -1;
-  int mismatchA = -1;  // shown as just refused
-  int mismatchB = -1;
-  double zoom = 1;  // about the centre of the board's rectangle
-  double panX = 0;  // added after zooming
-  double panY = 0;
-  double alpha = 1;       // of tiles and veils, not of their marks; the texture path's only
-  bool software = false;  // draw with cairo although there is a renderer
-
-  bool operator==(const BoardOpts&) const = default;
-};
-
-// The map from the board's picture to the screen: zoom about the centre of the board's rectangle, then pan.
-struct BoardView {
-  BoardView(const Rect& board, const BoardOpts& opts);
-
-  double screenX(double x) const { return cx + (x - cx) * zoom + panX; }
-  double screenY(double y) const { return cy + (y - cy) * zoom + panY; }
-  double boardX(double x) const { return (x - cx) / zoom + cx - panX / zoom; }
-  double boardY(double y) const { return (y - cy) / zoom + cy - panY / zoom; }
-  Rect toScreen(const Rect& r) const { return {screenX(r.x), screenY(r.y), r.w * zoom, r.h * zoom}; }
-
-  double cx;
-  double cy;
-  double zoom;
-  double panX;
-  double panY;
-};
-
-// Fits a layout into a rectangle with tiles of whole logical pixels, never smaller than 6 x 8. No slots give
-// all zeros and one layer.
-BoardGeom boardGeometry(const std::vector<mj::Slot>& slots, const Rect& rect, FitMode fit);
-
-// Ids of the tiles on the table in the order of painting: by layer, then by y, then by x.
-std::vector<int> paintOrder(const mj::GameState& game);
 
 // Factor by which tile textures are larger than the unzoomed tile, 1 to 3 in halves: zooming does not repaint
 // them every frame.
@@ -84,9 +16,5 @@ double textureQuality(double zoom);
 // Paints the board clipped to `rect`: by cached textures when there is a renderer, else with cairo. With `fx`
 // its fly-in is played, and heard; a tile in flight shows no overlays. Blocked tiles are veiled.
 void drawBoard(Ctx& ctx, const mj::GameState& game, const Rect& rect, const BoardOpts& opts, BoardFx* fx);
-
-// Slot id under (px, py), or -1. Where tiles overlap the one painted last wins; a tile in flight is found at
-// its resting place.
-int hitTestTile(const mj::GameState& game, const Rect& rect, const BoardOpts& opts, double px, double py);
 
 }  // namespace ui

@@ -12,7 +12,6 @@
 #include "rules/deal.h"
 #include "ui/draw.h"
 #include "ui/gpu.h"
-#include "ui/palette.h"
 #include "ui/tile.h"
 
 namespace ui {
@@ -30,8 +29,7 @@ constexpr double kIntroRest = 0.16;  // after the last landing and the gap that 
 constexpr double kSoundGap = 0.05;   // so that a large deal patters and does not roar
 
 constexpr int kSparks = 20;
-constexpr std::uint32_t kParticleColors[] = {palette::kGold, palette::kLightText, 0xC92A2A, palette::kCream,
-                                             0x2C8A63};
+constexpr std::uint32_t kSparkColors[] = {0xE8B84B, 0xF6EFDD, 0xC92A2A, 0xF1D489, 0x2C8A63};
 constexpr std::uint32_t kRingColor = 0xFFE9A8;
 
 std::vector<mj::Slot> presentSlots(const mj::GameState& game) {
@@ -182,7 +180,7 @@ class BurstPainter {
     const double fullRadius = (0.1 + 0.035 * (i % 3)) * w;
     const double radius = fullRadius * (1.1 - 0.5 * r) * 0.5;
     const double alpha = std::min(1.0, 1.6 * (1 - r));
-    const std::uint32_t color = kParticleColors[static_cast<std::size_t>(i) % std::size(kParticleColors)];
+    const std::uint32_t color = kSparkColors[static_cast<std::size_t>(i) % std::size(kSparkColors)];
     if (!textures) {
       fillCircle(cr, x, y, radius, color, alpha);
       return;

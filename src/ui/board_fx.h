@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/board.h"
+#include "ui/board_geometry.h"
 
 namespace ui {
 

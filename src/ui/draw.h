@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace ui {
 

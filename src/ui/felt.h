@@ -2,8 +2,8 @@
 // a window's size and theme, then copied. Knows nothing of what lies on the table. Units: logical pixels.
 #pragma once
 
-#include "app/context.h"
 #include "rules/table_themes.h"
+#include "ui/context.h"
 
 namespace ui {
 

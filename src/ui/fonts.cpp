@@ -16,7 +16,7 @@ bool registerBundledFonts() {
   if (config == nullptr) return false;
   const std::string dir = assets::materializeFonts();
   if (dir.empty()) return false;
-  const std::string file = dir + "/QuenlockMahjongGlyphs.ttf";
+  const std::string file = dir + "/" + assets::kGlyphFont;
   // A pipe that could not be replaced by the font would make fontconfig wait for somebody to write into it.
   std::error_code error;
   const bool isFile = std::filesystem::is_regular_file(file, error);

@@ -16,7 +16,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 struct SDL_Renderer;
 struct SDL_Texture;

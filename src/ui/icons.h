@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace ui {
 

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace ui {
 

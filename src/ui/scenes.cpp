@@ -16,6 +16,7 @@ namespace ui {
 namespace {
 
 constexpr double kBackdropAlpha = 0.4;
+constexpr const char* kBackdropKey = "backdrop";
 
 // Where the backdrop stands: enlarged about the window's centre, then moved.
 struct Drift {
@@ -44,11 +45,8 @@ void paintBackdrop(void* user) {
 }
 
 SDL_Texture* backdropTexture(BackdropJob job) {
-  // What the cached picture shows, for its key names no game: a menu that comes back brings another deal.
-  static mj::GameState painted;
-  const bool redraw = painted != job.game;
-  if (redraw) painted = job.game;
-  return gpuRenderTarget("backdrop", gpuPixels(job.ctx.w), gpuPixels(job.ctx.h), paintBackdrop, &job, redraw);
+  return gpuRenderTarget(kBackdropKey, gpuPixels(job.ctx.w), gpuPixels(job.ctx.h), paintBackdrop, &job,
+                         false);
 }
 
 void drawFadedBoard(Ctx& ctx, const mj::GameState& game, const Drift& drift) {
@@ -100,6 +98,8 @@ void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game) {
   gpuBlit(backdropTexture({ctx, game}), (ctx.w - w) / 2 + drift.dx, (ctx.h - h) / 2 + drift.dy, w, h,
           kBackdropAlpha);
 }
+
+void forgetMenuBackdrop() { gpuDropTextures(kBackdropKey, kKeepNone); }
 
 bool captureBoardPng(const mj::GameState& game, const mj::TableTheme& theme, int size,
                      const std::string& path) {

@@ -5,17 +5,18 @@
 
 #include <string>
 
-#include "app/context.h"
 #include "rules/engine.h"
 #include "rules/table_themes.h"
+#include "ui/context.h"
 
 namespace ui {
 
 // The game's board over the whole window, faded, zooming and drifting slowly by ctx.time. Only tiles are
-// drawn, so that whatever cloth lies below shows through. With a renderer the board is painted when the
-// window's size or the game is another than in the frame before, and copied otherwise; only one board is
-// kept. Where the renderer cannot paint into a texture there is no backdrop.
+// drawn, so that whatever cloth lies below shows through. With a renderer the board is painted once for a
+// size of the window and copied from then on, until it is forgotten: call that when the menu with this game
+// ends. Where the renderer cannot paint into a texture there is no backdrop.
 void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game);
+void forgetMenuBackdrop();
 
 // Writes a PNG of size x size pixels: the theme's cloth, the board as it looks on the table, a thin frame.
 // A file of that name is replaced once the picture is whole: should anything go wrong, or the program die

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdint>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace ui {
 

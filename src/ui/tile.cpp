@@ -39,11 +39,6 @@ constexpr unsigned kBlue = 0x1E3A8A;
 constexpr unsigned kRed = 0xB91C1C;
 constexpr unsigned kGreen = 0x15803D;
 
-// Suits as mj::faceInfo numbers them.
-enum Suit { kDots, kBamboos, kCharacters, kWinds, kDragons, kFlowers, kSeasons };
-constexpr int kRedDragon = 0;
-constexpr int kWhiteDragon = 2;
-
 // Centre of a pip, in fractions of the face's width and height.
 struct Pip {
   double x;
@@ -90,7 +85,7 @@ void drawPips(cairo_t* cr, const Rect& face, const mj::FaceInfo& info) {
   for (const Pip& pip : pipsFor(info.rank)) {
     const double cx = face.x + pip.x * face.w;
     const double cy = face.y + pip.y * face.h;
-    if (info.suit == kDots) {
+    if (info.suit == mj::kDots) {
       drawDot(cr, cx, cy, face.w);
     } else {
       drawStick(cr, cx, cy, face.w, face.h);
@@ -112,12 +107,12 @@ void drawCharacter(cairo_t* cr, const Rect& face, const std::string& numeral) {
 }
 
 void drawDragon(cairo_t* cr, const Rect& face, const mj::FaceInfo& info) {
-  if (info.rank == kWhiteDragon) {
+  if (info.rank == mj::kWhiteDragon) {
     const Rect frame{face.x + face.w / 4, face.y + face.h / 4, face.w / 2, face.h / 2};
     strokeRoundedRect(cr, frame, face.w * 0.08, std::max(2.0, face.w * 0.05), kBlue, 1);
     return;
   }
-  drawGlyph(cr, face, 0.5, 0.5, info.glyph, info.rank == kRedDragon ? kRed : kGreen);
+  drawGlyph(cr, face, 0.5, 0.5, info.glyph, info.rank == mj::kRedDragon ? kRed : kGreen);
 }
 
 // Sizes in face widths.
@@ -267,15 +262,15 @@ void drawTileBlock(cairo_t* cr, const Rect& rect, unsigned body, unsigned face, 
 void drawTileFace(cairo_t* cr, const Rect& faceRect, const std::string& face) {
   const mj::FaceInfo info = mj::faceInfo(face);
   switch (info.suit) {
-    case kCharacters:
+    case mj::kCharacters:
       return drawCharacter(cr, faceRect, info.glyph);
-    case kWinds:
+    case mj::kWinds:
       return drawGlyph(cr, faceRect, 0.5, 0.5, info.glyph, kBlue);
-    case kDragons:
+    case mj::kDragons:
       return drawDragon(cr, faceRect, info);
-    case kFlowers:
+    case mj::kFlowers:
       return drawBlossom(cr, faceRect, kFlower, info.rank);
-    case kSeasons:
+    case mj::kSeasons:
       return drawBlossom(cr, faceRect, kSeason, info.rank);
     default:
       return drawPips(cr, faceRect, info);

@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace ui {
 

@@ -1,7 +1,5 @@
 #include "ui/title.h"
 
-#include <glib.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -17,18 +15,16 @@
 namespace ui {
 namespace {
 
-constexpr std::uint32_t kGold = 0xE8C44D;
+constexpr std::uint32_t kGlowGold = 0xE8C44D;
 constexpr std::uint32_t kGlowHighlight = 0xFFF7DF;
 constexpr std::uint32_t kGlowShadow = 0xB8860B;
 
-// The picture of a glowing letter, in font sizes: room for the letter, and a margin for its halo.
-constexpr double kRoomW = 1.2;
-constexpr double kRoomH = 1.4;
-constexpr double kMargin = 0.7;
+// The picture of a glowing letter, in font sizes: room for the letter and its halo.
+constexpr double kPictureW = 1.2 + 0.7;
+constexpr double kPictureH = 1.4 + 0.7;
 
 constexpr int kHaloPasses = 3;
 constexpr double kHaloStep = 0.035;  // growth from pass to pass
-constexpr double kRimWidth = 0.05;   // of a whole word, in font sizes
 
 constexpr double kWavePeriod = 2.8;
 constexpr double kWaveLead = 2.5;   // letters that the crest runs on beyond the word's ends
@@ -57,29 +53,6 @@ std::size_t charLength(char first) {
   return 1;
 }
 
-// Of a broken piece GLib gives a number beyond all code points, which is neither a mark nor of any script.
-gunichar codePoint(std::string_view piece) {
-  return g_utf8_get_char_validated(piece.data(), static_cast<gssize>(piece.size()));
-}
-
-bool isRightToLeft(std::string_view piece) {
-  const GUnicodeScript script = g_unichar_get_script(codePoint(piece));
-  return script == G_UNICODE_SCRIPT_ARABIC || script == G_UNICODE_SCRIPT_HEBREW;
-}
-
-// The characters with their combining marks: what is drawn as one. A mark at the start stands alone.
-std::vector<std::string_view> letters(std::string_view text) {
-  std::vector<std::string_view> result;
-  for (const std::string_view piece : chars(text)) {
-    if (!result.empty() && g_unichar_ismark(codePoint(piece))) {
-      result.back() = {result.back().data(), result.back().size() + piece.size()};
-    } else {
-      result.push_back(piece);
-    }
-  }
-  return result;
-}
-
 // "sans" bold, as both titles have it.
 TextStyle letterStyle(double size, std::uint32_t color, double alpha) {
   return {.family = "sans", .size = size, .bold = true, .color = color, .alpha = alpha};
@@ -102,16 +75,10 @@ struct GlowWord {
   double h = 0;
 };
 
-std::vector<std::string_view> glowLetters(std::string_view text) {
-  std::vector<std::string_view> pieces = letters(text);
-  if (std::any_of(pieces.begin(), pieces.end(), isRightToLeft)) return {text};
-  return pieces;
-}
-
 GlowWord measureWord(cairo_t* cr, std::string_view text, double size) {
   GlowWord word;
-  const TextStyle style = letterStyle(size, kGold, 1);
-  for (const std::string_view letter : glowLetters(text)) {
+  const TextStyle style = letterStyle(size, kGlowGold, 1);
+  for (const std::string_view letter : chars(text)) {
     double advance = 0;
     double height = 0;
     measureText(cr, letter, style, advance, height);
@@ -122,44 +89,28 @@ GlowWord measureWord(cairo_t* cr, std::string_view text, double size) {
   return word;
 }
 
-// A letter's room is the same for all; a whole word needs what it is wide.
-double roomFor(const GlowLetter& letter, double size) { return std::max(kRoomW * size, letter.advance); }
-
 struct GlowPaint {
   std::uint32_t color;
   std::uint32_t haloColor;
   double haloAlpha;
 };
 
-// A letter's halo is made of larger copies. Those of a whole word would run away sideways: it gets a soft rim
-// instead, as wide as the halo is above and below a letter.
-void drawHalo(cairo_t* cr, double cx, double cy, const GlowLetter& letter, double size,
-              const GlowPaint& paint) {
-  if (letter.advance > kRoomW * size) {
-    textPathCentered(cr, cx, cy, letter.text, letterStyle(size, paint.haloColor, 1));
-    softShadowFromPath(cr, 0, 0, kRimWidth * size, paint.haloColor, kHaloPasses * paint.haloAlpha);
-    cairo_new_path(cr);
-    return;
-  }
+void drawGlowLetter(cairo_t* cr, double cx, double cy, std::string_view letter, double size,
+                    const GlowPaint& paint) {
   for (int pass = kHaloPasses; pass >= 1; --pass) {
     const double grown = size * (1 + kHaloStep * pass);
-    drawTextCentered(cr, cx, cy, letter.text, letterStyle(grown, paint.haloColor, paint.haloAlpha));
+    drawTextCentered(cr, cx, cy, letter, letterStyle(grown, paint.haloColor, paint.haloAlpha));
   }
-}
-
-void drawGlowLetter(cairo_t* cr, double cx, double cy, const GlowLetter& letter, double size,
-                    const GlowPaint& paint) {
-  drawHalo(cr, cx, cy, letter, size, paint);
-  drawTextCentered(cr, cx, cy, letter.text, letterStyle(size, paint.color, 1));
+  drawTextCentered(cr, cx, cy, letter, letterStyle(size, paint.color, 1));
 }
 
 struct GlowJob {
-  const GlowLetter& letter;
+  std::string_view letter;
   double size;
   std::uint32_t color;
 
-  double w() const { return roomFor(letter, size) + kMargin * size; }
-  double h() const { return (kRoomH + kMargin) * size; }
+  double w() const { return kPictureW * size; }
+  double h() const { return kPictureH * size; }
 };
 
 void paintGlowLetter(cairo_t* cr, void* user) {
@@ -177,8 +128,7 @@ std::string hex(std::uint32_t color) {
 std::string quarters(double length) { return std::to_string(static_cast<int>(length * 4)); }
 
 SDL_Texture* glowLetter(GlowJob job) {
-  const std::string key =
-      "glow|" + std::string(job.letter.text) + "|" + quarters(job.size) + "|" + hex(job.color);
+  const std::string key = "glow|" + std::string(job.letter) + "|" + quarters(job.size) + "|" + hex(job.color);
   return gpuTexture(key, gpuPixels(job.w()), gpuPixels(job.h()), paintGlowLetter, &job);
 }
 
@@ -188,8 +138,8 @@ double waveAt(int i, int n, double time) {
   return std::max(0.0, 1 - std::abs(i - crest) / kWaveReach);
 }
 
-void blitGlowLetter(double cx, double cy, const GlowLetter& letter, double size, double growth, double wave) {
-  const GlowJob gold{letter, size, kGold};
+void blitGlowLetter(double cx, double cy, std::string_view letter, double size, double growth, double wave) {
+  const GlowJob gold{letter, size, kGlowGold};
   blitCentered(glowLetter(gold), cx, cy, gold.w() * growth, gold.h() * growth, 1);
   if (wave <= 0.01) return;
   blitCentered(glowLetter({letter, size, kGlowHighlight}), cx, cy, gold.w() * growth, gold.h() * growth,
@@ -329,10 +279,10 @@ void drawGlowTitle(const Ctx& ctx, double cx, double top, std::string_view text,
     const double middleX = x + letter.advance / 2;
     const double middleY = top + word.h / 2 - kWaveLift * wave;
     if (gpuRenderer() != nullptr) {
-      blitGlowLetter(middleX, middleY, letter, size, growth, wave);
+      blitGlowLetter(middleX, middleY, letter.text, size, growth, wave);
     } else {
-      drawGlowLetter(ctx.cr, middleX, middleY, {letter.text, letter.advance * growth}, size * growth,
-                     {mixColor(kGold, wave), mixColor(kGlowShadow, wave), 0.12 + 0.1 * wave});
+      drawGlowLetter(ctx.cr, middleX, middleY, letter.text, size * growth,
+                     {mixColor(kGlowGold, wave), mixColor(kGlowShadow, wave), 0.12 + 0.1 * wave});
     }
     x += letter.advance;
   }
@@ -341,7 +291,7 @@ void drawGlowTitle(const Ctx& ctx, double cx, double top, std::string_view text,
 double drawTileTitle(const Ctx& ctx, double cx, double top, std::string_view text, double tileW,
                      double startTime) {
   const double tileH = std::round(kTileAspect * tileW);
-  const std::vector<std::string_view> word = letters(text);
+  const std::vector<std::string_view> word = chars(text);
   const auto n = static_cast<int>(word.size());
   const double step = kTileStep * tileW;
   for (int i = 0; i < n && tileW > 0; ++i) {
@@ -364,7 +314,7 @@ double drawTileTitle(const Ctx& ctx, double cx, double top, std::string_view tex
 }
 
 double tileTitleWidth(std::string_view text, double tileW) {
-  return static_cast<double>(letters(text).size()) * kTileStep * tileW;
+  return static_cast<double>(chars(text).size()) * kTileStep * tileW;
 }
 
 }  // namespace ui

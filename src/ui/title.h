@@ -11,20 +11,18 @@
 #include <string_view>
 #include <vector>
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace ui {
 
 // The glowing word about cx, its letters' boxes beginning at `top`. The halo reaches about an eighth of
-// `size` beyond the boxes, and the crest of the wave lifts a letter by 2. A text with Arabic or Hebrew
-// letters glows and waves as one: taken apart, its letters would stand in the wrong order and the joined
-// script would fall to pieces.
+// `size` beyond the boxes, and the crest of the wave lifts a letter by 2. The letters go from left to right,
+// each on its own: no text for marks that combine, joined scripts or those from right to left.
 void drawGlowTitle(const Ctx& ctx, double cx, double top, std::string_view text, double size);
 
 // The word on tiles of `tileW` about cx, resting at `top`. The first tile begins to drop 0.15 after
 // `startTime`, each of the others 0.11 after the one before; each takes 0.46 and comes from nine tenths of
-// its height above. Returns the tiles' height, also while there is nothing to see. The letters always go from
-// left to right.
+// its height above. Returns the tiles' height, also while there is nothing to see. The letters go as above.
 double drawTileTitle(const Ctx& ctx, double cx, double top, std::string_view text, double tileW,
                      double startTime);
 double tileTitleWidth(std::string_view text, double tileW);

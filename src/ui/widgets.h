@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/context.h"
+#include "ui/context.h"
 #include "ui/icons.h"
 
 namespace ui {

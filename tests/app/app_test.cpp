@@ -49,7 +49,7 @@ class ScreenStack : public testing::Test {
   static std::vector<std::string> events() { return std::exchange(fake::script().events, {}); }
 
   ui::Ctx ctx;
-  ui::Game game;
+  ui::Game game{fake::make};
 };
 
 TEST_F(ScreenStack, BeginsWithTheSplashScreen) {
@@ -93,7 +93,7 @@ TEST_F(ScreenStack, RequestWaitsForTheEndOfTheUpdate) {
   });
 }
 
-TEST_F(ScreenStack, PlayingAndSolvedAreGivenTheirDescriptor) {
+TEST_F(ScreenStack, MakesEachScreenFromItsDescriptor) {
   frame([this] { game.replace(kPlaying); });
   frame([this] { game.replace(kSolved); });
   EXPECT_EQ(fake::script().descriptor.level, 7);
@@ -183,7 +183,7 @@ TEST_F(ScreenStack, UnknownKindShowsNothingAndTheNextRequestIsStillCarriedOut) {
 
 TEST_F(ScreenStack, EndsWithItsScreen) {
   {
-    ui::Game shortLived;
+    ui::Game shortLived(fake::make);
     fake::script().onUpdate = nullptr;
     shortLived.update(ctx);
     events();

@@ -1,12 +1,14 @@
 #include "app/fake_screens.h"
 
-#include <memory>
+#include <array>
 #include <utility>
-
-#include "screens/screens.h"
 
 namespace fake {
 namespace {
+
+// By kind.
+constexpr std::array kNames = {"Splash",  "Menu",     "LevelSelect", "Playing",  "Solved",
+                               "Gallery", "Settings", "About",       "Licenses", "Attract"};
 
 class FakeScreen : public ui::Screen {
  public:
@@ -35,27 +37,11 @@ Script& script() {
   return instance;
 }
 
+std::unique_ptr<ui::Screen> make(const ui::GameState& descriptor) {
+  const auto kind = static_cast<std::size_t>(descriptor.kind);
+  if (kind >= kNames.size()) return nullptr;
+  script().descriptor = descriptor;
+  return std::make_unique<FakeScreen>(kNames[kind]);
+}
+
 }  // namespace fake
-
-namespace screens {
-
-std::unique_ptr<ui::Screen> makeSplash() { return std::make_unique<fake::FakeScreen>("Splash"); }
-std::unique_ptr<ui::Screen> makeMenu() { return std::make_unique<fake::FakeScreen>("Menu"); }
-std::unique_ptr<ui::Screen> makeLevelSelect() { return std::make_unique<fake::FakeScreen>("LevelSelect"); }
-std::unique_ptr<ui::Screen> makeGallery() { return std::make_unique<fake::FakeScreen>("Gallery"); }
-std::unique_ptr<ui::Screen> makeSettings() { return std::make_unique<fake::FakeScreen>("Settings"); }
-std::unique_ptr<ui::Screen> makeAbout() { return std::make_unique<fake::FakeScreen>("About"); }
-std::unique_ptr<ui::Screen> makeLicenses() { return std::make_unique<fake::FakeScreen>("Licenses"); }
-std::unique_ptr<ui::Screen> makeAttract() { return std::make_unique<fake::FakeScreen>("Attract"); }
-
-std::unique_ptr<ui::Screen> makePlaying(const ui::GameState& descriptor) {
-  fake::script().descriptor = descriptor;
-  return std::make_unique<fake::FakeScreen>("Playing");
-}
-
-std::unique_ptr<ui::Screen> makeSolved(const ui::GameState& descriptor) {
-  fake::script().descriptor = descriptor;
-  return std::make_unique<fake::FakeScreen>("Solved");
-}
-
-}  // namespace screens

@@ -66,6 +66,7 @@ class FrameLoopTest : public testing::Test {
     fake::script() = {};
     fixedTime = 100;
     ui::Game::settings() = {};
+    ui::Game::instance().setFactory(fake::make);
     ui::gpuInit(renderer.get());
     SDL_FlushEvents(SDL_FIRSTEVENT, SDL_LASTEVENT);
   }

@@ -12,9 +12,9 @@
 #include <random>
 #include <vector>
 
-#include "app/context.h"
 #include "monkey/unseen_program.h"
 #include "storage/storage.h"
+#include "ui/context.h"
 
 namespace test {
 

@@ -12,6 +12,7 @@
 #include "app/app.h"
 #include "resources/audio.h"
 #include "resources/i18n.h"
+#include "screens/screens.h"
 #include "storage/storage.h"
 #include "ui/fonts.h"
 #include "ui/gpu.h"
@@ -155,6 +156,7 @@ void UnseenProgram::start() {
   ui::gpuInit(renderer.get());
   store::ensureDataDirs();
   startSound(settings);
+  ui::Game::instance().setFactory(screens::make);
   loop.emplace(window.get(), renderer.get(), testClock);
 }
 

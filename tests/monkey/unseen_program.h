@@ -8,8 +8,8 @@
 #include <optional>
 #include <vector>
 
-#include "app/context.h"
 #include "app/frame_loop.h"
+#include "ui/context.h"
 #include "ui/handles.h"
 
 namespace test {

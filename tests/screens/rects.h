@@ -1,7 +1,7 @@
 // rects.h: how rectangles of a layout lie to each other. Edges whose sums are rounded may differ by `slack`.
 #pragma once
 
-#include "app/context.h"
+#include "ui/context.h"
 
 namespace test {
 

@@ -218,23 +218,6 @@ TEST_F(SettingsScreen, LanguageOfADamagedFileShowsAsEnglish) {
     EXPECT_EQ(isGolden(chip.rect), chip.code == "en") << chip.code;
 }
 
-bool isPainted(const char* key) {
-  bool painted = false;
-  const auto paint = [](cairo_t*, void* user) { *static_cast<bool*>(user) = true; };
-  EXPECT_NE(ui::gpuTexture(key, 4, 4, paint, &painted), nullptr);
-  return painted;
-}
-
-// The same Han character looks different in Chinese and in Japanese.
-TEST_F(SettingsScreen, AnotherLanguageHasItsTitlesPaintedAnew) {
-  for (const char* key : {"glow|骨|160|e8c44d", "ttl|骨|193|000000|1", "other|骨"})
-    EXPECT_TRUE(isPainted(key));
-  clickLanguage("ja");
-  EXPECT_TRUE(isPainted("glow|骨|160|e8c44d"));
-  EXPECT_TRUE(isPainted("ttl|骨|193|000000|1"));
-  EXPECT_FALSE(isPainted("other|骨"));
-}
-
 // --- volumes ---
 
 struct VolumeCase {

@@ -1,5 +1,7 @@
 #include "screens/stack.h"
 
+#include "screens/screens.h"
+
 namespace test {
 namespace {
 
@@ -20,6 +22,7 @@ void update(ui::Ctx& ctx) {
 }  // namespace
 
 Stack::Stack(const ui::GameState& first, int w, int h) : harness(update, w, h, support::Drawing::Textures) {
+  ui::Game::instance().setFactory(screens::make);
   // A screen that is still alive may ask for another in the same frame, and then wins.
   do {
     ui::Game::instance().resetTo(first);

@@ -7,10 +7,10 @@
 #include <functional>
 #include <optional>
 
-#include "app/context.h"
 #include "rules/engine.h"
 #include "support/gpu_window.h"
 #include "ui/board.h"
+#include "ui/context.h"
 #include "ui/handles.h"
 
 namespace support {

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "app/context.h"
+#include "ui/context.h"
 #include "ui/handles.h"
 
 namespace test {

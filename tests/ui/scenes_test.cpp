@@ -197,16 +197,18 @@ TEST_F(BackdropTexture, HasTheWindowsDeviceSize) {
   ui::gpuSetScale(1);
 }
 
-TEST_F(BackdropTexture, ShowsAnotherGameAtOnce) {
+TEST_F(BackdropTexture, ShowsAnotherGameOnceItIsForgotten) {
   mj::GameState fewer = corners();
   fewer.faces[0].clear();
   Menu menu;
   menu.frame(corners());
+  ui::forgetMenuBackdrop();
   EXPECT_EQ(menu.frame(fewer), 4);
   const auto seen = menu.window.picture();
   EXPECT_TRUE(isFelt(seen.get(), 30, 30));
   EXPECT_FALSE(isFelt(seen.get(), 270, 30));
   EXPECT_EQ(menu.frame(fewer), 1);
+  ui::forgetMenuBackdrop();
   EXPECT_EQ(menu.frame(corners()), 5);
   EXPECT_FALSE(isFelt(menu.window.picture().get(), 30, 30));
 }

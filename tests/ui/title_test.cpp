@@ -111,8 +111,6 @@ TEST_P(GlowTitle, LooksAsBefore) {
   EXPECT_TRUE(looksLike(glow(GetParam(), at(0), "Quenlock's", 56).get(), "glow_title_rest_" + path));
   EXPECT_TRUE(
       looksLike(glow(GetParam(), at(crestOn(2, 10)), "Quenlock's", 56).get(), "glow_title_crest_" + path));
-  EXPECT_TRUE(
-      looksLike(glow(GetParam(), at(crestOn(0, 1)), "عمل رائع!", 56).get(), "glow_title_arabic_" + path));
 }
 
 TEST_P(GlowTitle, OfNoTextOrNoSizeIsNothing) {
@@ -175,13 +173,6 @@ TEST(GlowTitleColour, RunsFromGoldToTheHighlight) {
   EXPECT_LE(channelDifference(middleAt(half), 0xFFF3DD96U), 1);
 }
 
-double widthOf(cairo_t* cr, const std::string& text, double size) {
-  double w = 0;
-  double h = 0;
-  ui::measureText(cr, text, {.size = size, .bold = true}, w, h);
-  return w;
-}
-
 TEST_P(GlowTitle, GivesALetterItsOwnWidthWhereverItStands) {
   const auto width = [](const char* text) { return inkOf(glow(GetParam(), at(0), text, 40).get()).w(); };
   EXPECT_NEAR(width("WIIIW") - width("WW"), 3 * (width("II") - width("I")), 1);
@@ -197,16 +188,6 @@ TEST(GlowTitleTextures, AreOneCopyALetterAndASecondWhereTheWaveIs) {
   EXPECT_EQ(copiesOf(crestOn(0, 3) - 1.58 * 2.8 / 8, oho), 4);
 }
 
-TEST(GlowTitleTextures, AreOneForALetterWithItsMarksAndOneForARightToLeftWord) {
-  const auto copies = [](const char* text) {
-    return copiesOf(0, [text](ui::Ctx& ctx) { ui::drawGlowTitle(ctx, 210, 40, text, 40); });
-  };
-  EXPECT_EQ(copies("e\u0301a\u0323\u0302"), 2);
-  EXPECT_EQ(copies("عمل رائع"), 1);
-  EXPECT_EQ(copies("שלום"), 1);
-  EXPECT_EQ(copies("よし！"), 3);
-}
-
 TEST(GlowTitleTextures, AreKeptByLetterSizeAndColour) {
   paintScene(Path::Textures, {.w = 300, .h = 120, .scale = 2}, [](ui::Ctx& ctx) {
     ui::drawGlowTitle(ctx, 150, 20, "A東", 40.3);
@@ -216,15 +197,6 @@ TEST(GlowTitleTextures, AreKeptByLetterSizeAndColour) {
     ctx.time = crestOn(0, 2);
     ui::drawGlowTitle(ctx, 150, 20, "A東", 40.3);
     EXPECT_TRUE(isCached("glow|東|161|fff7df", 154, 170));
-  });
-}
-
-TEST(GlowTitleTextures, AreAsWideAsAWordThatStaysWhole) {
-  paintScene(Path::Textures, {.w = 600, .h = 120}, [](ui::Ctx& ctx) {
-    ui::drawGlowTitle(ctx, 300, 20, "عمل رائع", 40);
-    const int w = static_cast<int>(widthOf(ctx.cr, "عمل رائع", 40)) + 28;  // a margin of 0.7 sizes
-    EXPECT_GT(w, 76 + 40);
-    EXPECT_TRUE(isCached("glow|عمل رائع|160|e8c44d", w, 84));
   });
 }
 
@@ -257,7 +229,7 @@ TEST(GlowTitleTextures, AreNotPaintedAgain) {
 
 // The letter and its halo lie whole inside their picture, the widest of the Latin ones too.
 TEST(GlowTitleTextures, CutNothingOff) {
-  for (const char* text : {"W", "Ắ", "j", "@", "Щ", "東", "عمل رائع", "כל הכבוד!"}) {
+  for (const char* text : {"W", "Ắ", "j", "@", "Щ", "東"}) {
     const Frame frame{.w = 900, .h = 300};
     const Ink copied = inkOf(glow(Path::Textures, frame, text, 100).get());
     const Ink painted = inkOf(glow(Path::Cairo, frame, text, 100).get());
@@ -299,7 +271,6 @@ TEST(TileTitleWidth, CountsOneTileALetter) {
   EXPECT_DOUBLE_EQ(ui::tileTitleWidth("MAHJONG", 50), 7 * 1.12 * 50);
   EXPECT_DOUBLE_EQ(ui::tileTitleWidth("東", 50), 56);
   EXPECT_DOUBLE_EQ(ui::tileTitleWidth("東南é", 50), 168);
-  EXPECT_DOUBLE_EQ(ui::tileTitleWidth("e\u0301a", 50), 112);  // a mark stays with its letter
   EXPECT_EQ(ui::tileTitleWidth("", 50), 0);
 }
 

@@ -8,8 +8,8 @@
 #include <functional>
 #include <vector>
 
-#include "app/context.h"
 #include "ui/board_scenes.h"
+#include "ui/context.h"
 #include "ui/handles.h"
 
 namespace test {

@@ -9,7 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "app/context.h"
 #include "rules/levels.h"
 #include "rules/table_themes.h"
 #include "screens/about.h"
@@ -21,6 +20,7 @@
 #include "support/glyph_font.h"
 #include "support/picture.h"
 #include "ui/board.h"
+#include "ui/context.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
 #include "window/controls.h"

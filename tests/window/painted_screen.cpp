@@ -6,6 +6,7 @@
 
 #include "app/app.h"
 #include "resources/i18n.h"
+#include "screens/screens.h"
 #include "support/picture.h"
 #include "support/temp_dir.h"
 
@@ -45,6 +46,7 @@ ui::CairoSurface paintedScreen(const std::string& dataDir, const ui::GameState& 
     becomeGame(home.path());
     support::ScreenHarness harness([](ui::Ctx& ctx) { ui::Game::instance().update(ctx); }, windowSize.w,
                                    windowSize.h);
+    ui::Game::instance().setFactory(screens::make);
     ui::Game::instance().resetTo(descriptor);
     harness.frame(0);
     harness.moveTo(pointer.x, pointer.y);

@@ -7,8 +7,8 @@
 #include <functional>
 #include <string>
 
-#include "app/context.h"
 #include "support/screen_harness.h"
+#include "ui/context.h"
 #include "ui/handles.h"
 #include "window/desktop.h"
 

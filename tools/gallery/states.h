@@ -5,8 +5,8 @@
 #include <memory>
 #include <span>
 
-#include "app/context.h"
 #include "gallery/studio.h"
+#include "ui/context.h"
 
 namespace gallery {
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "app/context.h"
+#include "ui/context.h"
 #include "ui/handles.h"
 
 namespace gallery {

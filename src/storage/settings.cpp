@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "storage/documents.h"
-#include "storage/paths.h"
 
 namespace store {
 namespace {
@@ -27,23 +26,9 @@ void readVolume(const js::Value& doc, const char* key, double& field) {
 
 }  // namespace
 
-std::string dataDir() {
-  // Never destroyed: asked for at exit too.
-  static const std::string& dir = *new std::string(
-      paths::envOr("XDG_DATA_HOME", paths::envOr("HOME", ".") + "/.local/share") + "/veskara");
-  return dir;
-}
-
-std::string solvesDir() { return dataDir() + "/solves"; }
-
-void ensureDataDirs() {
-  paths::ensureDir(dataDir());
-  paths::ensureDir(solvesDir());
-}
-
 Settings loadSettings() {
   Settings settings;
-  const js::Value doc = readFile(kSettingsFile);
+  const js::Value doc = readDocument(kSettingsFile);
   read(doc, "language", settings.language);
   read(doc, "soundOn", settings.soundOn);
   readVolume(doc, "musicVolume", settings.musicVolume);
@@ -71,11 +56,6 @@ void saveSettings(const Settings& settings) {
                            {"windowY", valueOf(settings.windowY)},
                            {"windowW", valueOf(settings.windowW)},
                            {"windowH", valueOf(settings.windowH)}}));
-}
-
-int computeStars(int aids) {
-  if (aids <= 0) return 3;
-  return aids <= 2 ? 2 : 1;
 }
 
 }  // namespace store

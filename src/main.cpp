@@ -17,6 +17,7 @@
 #include "app/signals.h"
 #include "resources/audio.h"
 #include "resources/i18n.h"
+#include "screens/screens.h"
 #include "ui/fonts.h"
 #include "ui/gpu.h"
 #include "ui/handles.h"
@@ -189,6 +190,7 @@ int play(std::span<const char* const> arguments) {
   store::ensureDataDirs();
   startSound(settings);
 
+  ui::Game::instance().setFactory(screens::make);
   ui::FrameLoop loop(window.get(), renderer.get(), nowSeconds);
   while (loop.pass()) {
   }

@@ -1,6 +1,5 @@
-// context.h: what the frame loop hands to a screen, and what a screen is. A header alone, seen by app, ui and
-// screens. Knows no SDL and no drawing beyond the name of cairo's context.
-// Units: logical pixels, x right, y down; seconds.
+// context.h: what the frame loop hands to a screen, and what a screen is. A header alone. Knows no SDL, and
+// of drawing no more than the name of cairo's context. Units: logical pixels, x right, y down; seconds.
 #pragma once
 
 #include <algorithm>

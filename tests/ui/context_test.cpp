@@ -1,4 +1,4 @@
-#include "app/context.h"
+#include "ui/context.h"
 
 #include <gtest/gtest.h>
 
