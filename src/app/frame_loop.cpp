@@ -1,8 +1,10 @@
 #include "app/frame_loop.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "app/app.h"
 #include "app/signals.h"
@@ -14,8 +16,15 @@ namespace {
 
 // Animations do not jump after a stall.
 constexpr double kMaxFrameTime = 0.1;
-// So soon the loop hears of a signal while nothing else happens.
+// Within so many seconds the loop hears of a signal while nothing else happens.
+constexpr double kLongestWait = 0.2;
 constexpr int kAwayWaitMs = 100;
+constexpr double kUnwatchedFrameTime = 0.1;
+// Of displays that do not tell.
+constexpr int kUsualRate = 60;
+// A renderer with vsync waits for the display by itself, and knows better when: only one that does not keep
+// its word is held back.
+constexpr double kVsyncSlack = 0.8;
 // While the player drags the window its geometry is written no more often.
 constexpr double kGeometrySaveInterval = 2;
 
@@ -23,6 +32,18 @@ double pixelScale(SDL_Window* window, int pixelW) {
   int windowW = 0;
   SDL_GetWindowSize(window, &windowW, nullptr);
   return pixelW > 0 && windowW > 0 ? static_cast<double>(pixelW) / windowW : 1.0;
+}
+
+// Seconds for which the display shows a frame.
+double displayFrameTime(SDL_Window* window) {
+  SDL_DisplayMode mode = {};
+  SDL_GetCurrentDisplayMode(std::max(SDL_GetWindowDisplayIndex(window), 0), &mode);
+  return 1.0 / (mode.refresh_rate > 0 ? mode.refresh_rate : kUsualRate);
+}
+
+bool hasVsync(SDL_Renderer* renderer) {
+  SDL_RendererInfo info = {};
+  return SDL_GetRendererInfo(renderer, &info) == 0 && (info.flags & SDL_RENDERER_PRESENTVSYNC) != 0;
 }
 
 }  // namespace
@@ -33,7 +54,8 @@ FrameLoop::FrameLoop(SDL_Window* shownIn, SDL_Renderer* drawnBy, double (*clock)
       now(clock),
       events(Game::settings()),
       canvas(drawnBy),
-      appliedFullscreen(Game::settings().fullscreen) {
+      appliedFullscreen(Game::settings().fullscreen),
+      frameTime(displayFrameTime(shownIn) * (hasVsync(drawnBy) ? kVsyncSlack : 1)) {
   ctx.time = now();
   if (std::getenv("VESKARA_STATS") != nullptr) stats.emplace(ctx.time);
 }
@@ -46,8 +68,11 @@ bool FrameLoop::pass() {
   measure();
   if (isAway()) {
     waitAway();
+  } else if (isStill()) {
+    waitStill();
   } else {
     drawFrame();
+    rest();
   }
   saveGeometry();
   return !events.quitRequested() && !ctx.quit && !terminationRequested();
@@ -72,6 +97,38 @@ void FrameLoop::waitAway() {
   awayTime = now() - ctx.time;
 }
 
+// The frame after a change is painted too: what a screen learns while it draws may have to be drawn anew.
+bool FrameLoop::isStill() const {
+  const bool sameSize = pixelW == drawnW && pixelH == drawnH;
+  return !stats && settled && !news && sameSize && now() - awayTime < ctx.stillUntil;
+}
+
+void FrameLoop::waitStill() { waitFor(std::min(ctx.stillUntil - (now() - awayTime), kLongestWait)); }
+
+void FrameLoop::rest() {
+  if (stats) return;
+  const double shortest = shortestFrame();
+  due = std::clamp(due + shortest, now(), now() + shortest);
+  // A hand that moves the mouse sends many events; only other ones are worth a frame at once.
+  double left = due - now();
+  while (left > 0 && waitFor(left) == SDL_MOUSEMOTION) left = due - now();
+}
+
+// Waits for an event and takes it. Returns its type, or 0 when none came.
+Uint32 FrameLoop::waitFor(double seconds) {
+  const double begun = now();
+  SDL_Event event = {};
+  const bool came = SDL_WaitEventTimeout(&event, static_cast<int>(std::ceil(seconds * 1000))) != 0;
+  waited += std::min(now() - begun, seconds);
+  if (came) handle(event);
+  return came ? event.type : 0;
+}
+
+double FrameLoop::shortestFrame() const {
+  constexpr Uint32 kWatched = SDL_WINDOW_INPUT_FOCUS | SDL_WINDOW_MOUSE_FOCUS;
+  return (SDL_GetWindowFlags(window) & kWatched) != 0 ? frameTime : kUnwatchedFrameTime;
+}
+
 void FrameLoop::drainEvents() {
   SDL_Event event;
   while (SDL_PollEvent(&event) != 0) handle(event);
@@ -79,6 +136,7 @@ void FrameLoop::drainEvents() {
 }
 
 void FrameLoop::handle(const SDL_Event& event) {
+  news = true;
   events.handle(event, SDL_GetWindowFlags(window), now(), ctx);
 }
 
@@ -117,8 +175,14 @@ void FrameLoop::drawFrame() {
   ctx.w = pixelW / scale;
   ctx.h = pixelH / scale;
   const double time = now() - awayTime;
-  ctx.dt = std::min(time - ctx.time, kMaxFrameTime);
+  // What the loop waited for by itself is no stall.
+  const double rested = std::exchange(waited, 0);
+  ctx.dt = rested + std::min(time - ctx.time - rested, kMaxFrameTime);
   ctx.time = time;
+  ctx.stillUntil = time;
+  settled = !std::exchange(news, false);
+  drawnW = pixelW;
+  drawnH = pixelH;
 
   const double begun = now();
   gpuSetScale(scale);
@@ -140,6 +204,7 @@ void FrameLoop::drawFrame() {
 void FrameLoop::updateScreen() {
   const bool first = Game::instance().beginsScreen();
   Game::instance().update(ctx);
+  if (Game::instance().beginsScreen()) settled = false;
   events.beginFrame(ctx);
   if (!first) return;
   // A first frame may take long. What was clicked meanwhile was meant for what could still be seen.

@@ -52,6 +52,7 @@ bool listFrame(ui::Ctx& ctx, const mj::TableTheme* theme, std::string_view headl
   const bool left = header(ctx, headline) && !asking;
   const ui::PointerBlock leaving(ctx, left);
   body();
+  ctx.stillUntil = ui::kForever;
   return left;
 }
 

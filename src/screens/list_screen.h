@@ -26,7 +26,8 @@ inline constexpr double kFooterRoom = ui::kFooterGap + ui::kFooterHeight + 8;
 // One frame: the felt, the back button and the headline, and `body`. While the screen is `asking` something
 // nothing of it hears of the mouse; the question is drawn by the caller, afterwards. True when the player
 // goes back, by the button or the Escape key, which then do nothing else: the caller pops. The frame is drawn
-// to its end all the same, or its remains would be seen until the next screen's first.
+// to its end all the same, or its remains would be seen until the next screen's first. Nothing in it moves by
+// itself.
 bool listFrame(ui::Ctx& ctx, const mj::TableTheme* theme, std::string_view headline, bool asking,
                const std::function<void()>& body);
 

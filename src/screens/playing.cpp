@@ -132,6 +132,7 @@ void Playing::update(ui::Ctx& ctx) {
   autoplayStep(ctx.time);
   winFade(ctx);
   readyFlash(ctx);
+  ctx.stillUntil = ctx.time + restTime();
 }
 
 void Playing::tapTile(int tile, double now) {
@@ -221,6 +222,23 @@ ui::GameState Playing::result() const {
           .shuffles = game.shuffles};
 }
 
+// A pause may be long: what was played until then is kept at once.
+void Playing::pause() {
+  paused = true;
+  saveClock = 0;
+  save();
+}
+
+// For how long the picture stays: until the clock shows another second or the game is to be saved. Nothing of
+// the board is seen in a pause.
+double Playing::restTime() const {
+  if (introActive || pending || readyAt || won()) return 0;
+  if (paused) return ui::kForever;
+  const bool marked = refused || hint || game.selected >= 0;  // which glows
+  if (marked || !fx.bursts.empty() || autoplay > 0) return 0;
+  return std::min(std::floor(elapsed) + 1 - elapsed, kAutosaveInterval - saveClock);
+}
+
 void Playing::endWaits(double now) {
   if (pending && now >= pending->until) removePair(now);
   if (refused && now >= refused->until) forgetRefusal();
@@ -252,7 +270,7 @@ void Playing::forgetRefusal() {
 void Playing::header(ui::Ctx& ctx) {
   if (ui::backButton(ctx, layout.back)) leave();
   drawHeaderTexts(ctx);
-  if (ui::actionButton(ctx, layout.pause, ui::ActionIcon::Pause, "", won())) paused = true;
+  if (ui::actionButton(ctx, layout.pause, ui::ActionIcon::Pause, "", won())) pause();
 }
 
 void Playing::drawHeaderTexts(const ui::Ctx& ctx) const {
@@ -361,7 +379,11 @@ void Playing::keys(ui::Ctx& ctx) {
   if (won()) return;
   if (ctx.in.hasKey(SDLK_SPACE)) {
     audio::play(audio::Sfx::Click);
-    paused = !paused;
+    if (paused) {
+      paused = false;
+    } else {
+      pause();
+    }
   }
   if (!paused) playKeys(ctx.in, ctx.time);
 }

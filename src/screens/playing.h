@@ -88,6 +88,8 @@ class Playing : public ui::Screen {
   ui::GameState result() const;
   std::int64_t elapsedMs() const { return static_cast<std::int64_t>(1000 * elapsed); }
   bool won() const { return mj::isSolved(game); }
+  void pause();
+  double restTime() const;
   // Whether a hint or a shuffle may be asked for: not before the tiles have flown in.
   bool givesAid() const { return !introActive && !paused && !won(); }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 using cairo_t = struct _cairo;  // NOLINT(bugprone-reserved-identifier): cairo's own name for it
@@ -46,13 +47,19 @@ struct Input {
   }
 };
 
+// For a picture that stays until input comes.
+inline constexpr double kForever = std::numeric_limits<double>::infinity();
+
 // One frame.
 struct Ctx {
   cairo_t* cr = nullptr;  // scaled to logical pixels, cleared to transparent; lies over all texture copies
   double w = 0;
   double h = 0;
   double time = 0;  // since the frame loop began
-  double dt = 0;    // since the previous drawn frame, at most 0.1
+  double dt = 0;    // since the previous drawn frame; of a stall at most 0.1
+  // Until when, in `time`, this picture stays as it is unless input comes: nothing is painted meanwhile. A
+  // screen says so anew in each frame; who says nothing is painted again at once.
+  double stillUntil = 0;
   Input in;
   bool quit = false;        // a screen sets it to end the program after this frame
   bool clickTaken = false;  // one click works one control: the first that asks in drawing order

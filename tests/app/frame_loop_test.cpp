@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <functional>
@@ -28,6 +29,11 @@ double fixedTime = 0;
 double fixedClock() { return fixedTime; }
 // What it takes to flush a surface.
 double flushTime = 0;
+// Whether somebody is at the window: SDL's window without a display is never told.
+bool watched = true;
+// What the loop asked for at most, in milliseconds, and how much of the time each wait takes.
+int longestWait = 0;
+double waitTime = 0;
 
 constexpr int kW = 320;
 constexpr int kH = 240;
@@ -47,6 +53,23 @@ bool startVideo() {
 }
 
 }  // namespace
+
+// In place of SDL's own in this program.
+Uint32 SDL_GetWindowFlags(SDL_Window* window) {
+  static auto* const ask =
+      reinterpret_cast<decltype(SDL_GetWindowFlags)*>(dlsym(RTLD_NEXT, "SDL_GetWindowFlags"));
+  return (ask(window) & ~Uint32{SDL_WINDOW_MOUSE_FOCUS | SDL_WINDOW_INPUT_FOCUS}) |
+         (watched ? Uint32{SDL_WINDOW_INPUT_FOCUS} : 0U);
+}
+
+// Waits no longer than events may need that a test sends from elsewhere.
+int SDL_WaitEventTimeout(SDL_Event* event, int timeout) {
+  static auto* const wait =
+      reinterpret_cast<decltype(SDL_WaitEventTimeout)*>(dlsym(RTLD_NEXT, "SDL_WaitEventTimeout"));
+  longestWait = std::max(longestWait, timeout);
+  fixedTime += waitTime;
+  return wait(event, timeout);
+}
 
 // In place of cairo's own in this program.
 void cairo_surface_flush(cairo_surface_t* surface) {
@@ -383,6 +406,183 @@ TEST_F(FrameLoopTest, LostPicturesArePaintedAnew) {
     EXPECT_EQ(paints, 2);
     EXPECT_EQ(pixelAt(shown().get(), 20, 20), 0xFFFF0000);
   }
+}
+
+// --- a picture that stays ---
+
+class StillPicture : public FrameLoopTest {
+ protected:
+  StillPicture() { longestWait = 0; }
+  ~StillPicture() override {
+    watched = true;
+    waitTime = 0;
+  }
+
+  // Whether the screen runs in the next pass; it says that its picture stays for so long.
+  bool paints(double stays = ui::kForever) {
+    bool ran = false;
+    pass(loop, [&](ui::Ctx& ctx) {
+      ran = true;
+      ctx.stillUntil = ctx.time + stays;
+    });
+    return ran;
+  }
+  // Until all that was told at the start is shown.
+  void settle(double stays = ui::kForever) {
+    for (int i = 0; i < 10 && paints(stays); ++i) continue;
+  }
+
+  ui::FrameLoop loop{window.get(), renderer.get(), fixedClock};
+};
+
+TEST_F(StillPicture, IsNotPaintedAgain) {
+  settle();
+  for (int i = 0; i < 3; ++i) {
+    fixedTime += 1;
+    EXPECT_FALSE(paints());
+  }
+}
+
+TEST_F(StillPicture, IsPaintedAgainAtTheEndOfItsTime) {
+  settle(1);
+  const double painted = fixedTime;
+  for (const double later : {0.2, 0.5, 0.9375}) {
+    fixedTime = painted + later;
+    EXPECT_FALSE(paints(1)) << later;
+  }
+  fixedTime = painted + 1;
+  EXPECT_TRUE(paints(1));
+}
+
+TEST_F(StillPicture, OfAScreenThatSaysNothingIsPaintedAtOnce) {
+  settle();
+  for (int i = 0; i < 3; ++i) {
+    bool ran = false;
+    SDL_WarpMouseInWindow(window.get(), 10 + i, 10);
+    pass(loop, [&ran](ui::Ctx&) { ran = true; });
+    EXPECT_TRUE(ran);
+    ran = false;
+    pass(loop, [&ran](ui::Ctx&) { ran = true; });
+    EXPECT_TRUE(ran);
+  }
+}
+
+TEST_F(StillPicture, ShowsEveryInputInItsOwnFrameAndWhatFollowsFromIt) {
+  SDL_Event wheel = {};
+  wheel.type = SDL_MOUSEWHEEL;
+  wheel.wheel.y = 1;
+  SDL_Event motion = {};
+  motion.type = SDL_MOUSEMOTION;
+  SDL_Event exposed = {};
+  exposed.type = SDL_WINDOWEVENT;
+  exposed.window.event = SDL_WINDOWEVENT_EXPOSED;
+  SDL_Event focus = exposed;
+  focus.window.event = SDL_WINDOWEVENT_FOCUS_LOST;
+  SDL_Event resized = exposed;
+  resized.window.event = SDL_WINDOWEVENT_RESIZED;
+  SDL_Event lost = {};
+  lost.type = SDL_RENDER_TARGETS_RESET;
+  SDL_Event press = {};
+  press.type = SDL_MOUSEBUTTONDOWN;
+  press.button.button = SDL_BUTTON_LEFT;
+  SDL_Event right = press;
+  right.button.button = SDL_BUTTON_RIGHT;
+  SDL_Event release = press;
+  release.type = SDL_MOUSEBUTTONUP;
+  for (SDL_Event event : {keyDown(SDLK_h, SDL_SCANCODE_H), wheel, motion, exposed, focus, resized, lost,
+                          press, release, right}) {
+    settle();
+    ASSERT_FALSE(paints());
+    SDL_PushEvent(&event);
+    EXPECT_TRUE(paints()) << event.type;
+    EXPECT_TRUE(paints()) << event.type;
+    EXPECT_FALSE(paints()) << event.type;
+  }
+}
+
+TEST_F(StillPicture, IsPaintedInAnotherSize) {
+  settle();
+  SDL_SetWindowSize(window.get(), kW + 10, kH + 20);
+  EXPECT_TRUE(paints());
+}
+
+TEST_F(StillPicture, GivesWayToAnotherScreensAtOnce) {
+  settle();
+  SDL_Event key = keyDown(SDLK_h, SDL_SCANCODE_H);
+  SDL_PushEvent(&key);
+  pass(loop, [](ui::Ctx& ctx) {
+    ctx.stillUntil = ui::kForever;
+    ui::Game::instance().resetTo({});
+  });
+  EXPECT_TRUE(paints());
+}
+
+// The play clock would run slow.
+TEST_F(StillPicture, CountsTheWholeWaitAsTimeOfTheNextFrame) {
+  settle(0.5);
+  const double painted = fixedTime;
+  // The loop waits in parts; the clock goes on meanwhile, a tenth in each.
+  waitTime = 0.1;
+  ui::Ctx seen;
+  for (int i = 0; i < 10 && seen.time == 0; ++i) seen = frameOf(loop);
+  EXPECT_GE(seen.dt, 0.5);
+  EXPECT_DOUBLE_EQ(seen.dt, seen.time - painted);
+}
+
+TEST_F(StillPicture, CountsOfAStallATenth) {
+  settle();
+  fixedTime += 5;
+  SDL_Event key = keyDown(SDLK_h, SDL_SCANCODE_H);
+  SDL_PushEvent(&key);
+  EXPECT_EQ(frameOf(loop).dt, 0.1);
+}
+
+TEST_F(StillPicture, EndsOnASignalWithinAQuarterOfASecond) {
+  settle();
+  const auto passAfterSignal = [&] {
+    ui::installTerminationHandler(nullptr);
+    raise(SIGTERM);
+    std::_Exit(loop.pass() ? 1 : 0);
+  };
+  EXPECT_EXIT(passAfterSignal(), testing::ExitedWithCode(0), "");
+  longestWait = 0;
+  loop.pass();
+  EXPECT_GT(longestWait, 0);
+  EXPECT_LT(longestWait, 250);
+}
+
+TEST_F(StillPicture, IsPaintedAllTheSameForStatistics) {
+  setenv("VESKARA_STATS", "1", 1);
+  ui::FrameLoop measured(window.get(), renderer.get(), fixedClock);
+  unsetenv("VESKARA_STATS");
+  longestWait = 0;
+  for (int i = 0; i < 5; ++i) {
+    bool ran = false;
+    pass(measured, [&ran](ui::Ctx& ctx) {
+      ran = true;
+      ctx.stillUntil = ui::kForever;
+    });
+    EXPECT_TRUE(ran);
+  }
+  EXPECT_EQ(longestWait, 0);
+}
+
+// --- the pace ---
+
+TEST_F(StillPicture, ThatMovesIsPacedToTheDisplay) {
+  settle(0);
+  longestWait = 0;
+  EXPECT_TRUE(paints(0));
+  EXPECT_GE(longestWait, 13) << "at 60 a second, a fifth less for a renderer that waits by itself";
+  EXPECT_LE(longestWait, 17);
+}
+
+TEST_F(StillPicture, ThatMovesUnwatchedDoesSoTenTimesASecond) {
+  settle(0);
+  watched = false;
+  longestWait = 0;
+  EXPECT_TRUE(paints(0));
+  EXPECT_EQ(longestWait, 100);
 }
 
 // --- what is done to a screen that cannot be seen yet ---

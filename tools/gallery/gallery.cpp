@@ -51,6 +51,13 @@ struct Plan {
   std::vector<Window> windows;
 };
 
+// The frame of a screen that holds still, as the longest the game knows.
+void save(gallery::Sitting& sitting, const std::string& path) {
+  const ui::CairoSurface picture = sitting.picture(0.1);
+  if (!picture || cairo_surface_write_to_png(picture.get(), path.c_str()) != CAIRO_STATUS_SUCCESS)
+    std::fprintf(stderr, "no picture %s\n", path.c_str());
+}
+
 void paint(const gallery::Studio& studio, const Plan& plan, const std::string& directory,
            const support::TempDir& files) {
   for (const State& state : plan.states) {
@@ -61,7 +68,7 @@ void paint(const gallery::Studio& studio, const Plan& plan, const std::string& d
         std::filesystem::remove_all(files.path("veskara"));
         gallery::Sitting sitting(studio, window, state.make());
         state.reach(sitting);
-        sitting.paint(directory + "/" + state.name + "_" + language + "_" + nameOf(window) + ".png");
+        save(sitting, directory + "/" + state.name + "_" + language + "_" + nameOf(window) + ".png");
       }
     }
   }

@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kLongestFrame = 0.1;
 
-// Textures live for one picture: those of titles are kept by their letters alone, whatever the language.
+// Textures live for one picture: those of one state are none of the next one's.
 struct GpuSession {
   explicit GpuSession(SDL_Renderer* renderer) { ui::gpuInit(renderer); }
   GpuSession(const GpuSession&) = delete;
@@ -20,14 +20,14 @@ struct GpuSession {
   ~GpuSession() { ui::gpuShutdown(); }
 };
 
-bool savePicture(SDL_Renderer* renderer, int w, int h, const std::string& path) {
+ui::CairoSurface shownBy(SDL_Renderer* renderer, int w, int h) {
   // Without an alpha channel: what the renderer leaves there is not seen in a window either.
-  const ui::CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_RGB24, w, h));
+  ui::CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_RGB24, w, h));
   unsigned char* pixels = cairo_image_surface_get_data(picture.get());
   const int stride = cairo_image_surface_get_stride(picture.get());
-  if (SDL_RenderReadPixels(renderer, nullptr, SDL_PIXELFORMAT_ARGB8888, pixels, stride) != 0) return false;
+  if (SDL_RenderReadPixels(renderer, nullptr, SDL_PIXELFORMAT_ARGB8888, pixels, stride) != 0) return nullptr;
   cairo_surface_mark_dirty(picture.get());
-  return cairo_surface_write_to_png(picture.get(), path.c_str()) == CAIRO_STATUS_SUCCESS;
+  return picture;
 }
 
 }  // namespace
@@ -86,24 +86,24 @@ void Sitting::pointAt(double x, double y) {
   frame(0);
 }
 
-void Sitting::paint(const std::string& path) {
+ui::CairoSurface Sitting::picture(double dt) {
   const int w = window.w * window.scale;
   const int h = window.h * window.scale;
   SDL_Renderer* renderer = studio.target();
   const GpuSession session(renderer);
   const ui::SdlTexture shown(
       SDL_CreateTexture(renderer, SDL_PIXELFORMAT_ARGB8888, SDL_TEXTUREACCESS_TARGET, w, h));
-  bool done = SDL_SetRenderTarget(renderer, shown.get()) == 0;
+  if (SDL_SetRenderTarget(renderer, shown.get()) != 0) return nullptr;
   SDL_SetRenderDrawColor(renderer, 0, 0, 0, SDL_ALPHA_OPAQUE);
   SDL_RenderClear(renderer);
   ui::FrameCanvas canvas(renderer);
   canvas.resize(w, h);
-  showFrame(kLongestFrame, canvas.begin(window.scale).get());
+  showFrame(dt, canvas.begin(window.scale).get());
   canvas.flush();
   canvas.upload();
-  done = done && savePicture(renderer, w, h, path);
+  ui::CairoSurface seen = shownBy(renderer, w, h);
   SDL_SetRenderTarget(renderer, nullptr);
-  if (!done) std::fprintf(stderr, "no picture %s\n", path.c_str());
+  return seen;
 }
 
 void Sitting::frame(double dt) { showFrame(dt, ui::CairoContext(cairo_create(unseen.get())).get()); }
@@ -115,6 +115,7 @@ void Sitting::showFrame(double dt, cairo_t* cr) {
   ctx.h = window.h;
   ctx.time += dt;
   ctx.dt = std::min(dt, kLongestFrame);
+  ctx.stillUntil = ctx.time;
   ctx.clickTaken = false;
   screen->update(ctx);
   ctx.cr = nullptr;

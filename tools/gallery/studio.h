@@ -51,8 +51,11 @@ class Sitting {
   ui::Screen& shown() const { return *screen; }
   double time() const { return ctx.time; }
   const Window& size() const { return window; }
+  // Until when the last frame's picture stays, as the screen says.
+  double stillUntil() const { return ctx.stillUntil; }
 
-  void paint(const std::string& path);
+  // One frame, painted, so much later. Opaque, in device pixels; null where the renderer fails.
+  ui::CairoSurface picture(double dt);
 
  private:
   void pointAt(double x, double y);
