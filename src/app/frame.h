@@ -1,7 +1,11 @@
 // frame.h: the picture that a frame's screen draws into, and its way to the window: one cairo surface of the
 // size of the renderer's output, one streaming texture of the same size, both kept until that size changes.
-// Units: device pixels.
+// Most of it is empty in most frames: it is cleared, uploaded and copied in bands, and only where there is or
+// was anything. Units: device pixels.
 #pragma once
+
+#include <cstdint>
+#include <vector>
 
 #include "ui/handles.h"
 
@@ -25,10 +29,32 @@ class FrameCanvas {
   // Lays the flushed surface over what the renderer holds.
   void upload();
 
+  // Rows that are looked at, uploaded and copied together.
+  static constexpr int kBandRows = 32;
+
  private:
+  enum class Band : std::uint8_t {
+    Empty,    // on the surface and in the texture
+    Cleared,  // on the surface, but not yet in the texture
+    Inked,
+  };
+  struct Rows {
+    int first;
+    int count;
+  };
+
+  unsigned char* row(int y) const;
+  bool hasInk(const Rows& rows) const;
+  Rows rowsOf(std::size_t band) const;
+  void clear();
+  void send(const Rows& rows);
+
   SDL_Renderer* renderer;
   CairoSurface surface;
   SdlTexture texture;
+  std::vector<Band> bands;
+  std::vector<std::uint32_t> straight;  // pixels on their way to a renderer that knows no premultiplied ones
+  bool shown = true;                    // what was drawn last has been uploaded, and its bands are known
   int width = 0;
   int height = 0;
 };

@@ -105,12 +105,17 @@ SdlTexture createTexture(const Cache& state, SDL_TextureAccess access, int w, in
   return texture;
 }
 
-// Null when it fails, as above.
+// Null when the renderer cannot make it. The surface's pixels are straight afterwards if the renderer wants
+// them so.
 SdlTexture upload(const Cache& state, cairo_surface_t* surface, int w, int h) {
   SdlTexture texture = createTexture(state, SDL_TEXTUREACCESS_STATIC, w, h);
   if (!texture) return nullptr;
-  const unsigned char* pixels = cairo_image_surface_get_data(surface);
+  unsigned char* pixels = cairo_image_surface_get_data(surface);
   const int stride = cairo_image_surface_get_stride(surface);
+  if (!gpuIsPremultiplied()) {
+    const auto count = static_cast<std::size_t>(stride / 4) * static_cast<std::size_t>(h);
+    unpremultiply({reinterpret_cast<std::uint32_t*>(pixels), count});
+  }
   if (SDL_UpdateTexture(texture.get(), nullptr, pixels, stride) != 0) return nullptr;
   return texture;
 }
@@ -134,10 +139,11 @@ SDL_Texture* repaint(Cache& state, const std::string& key, void (*paint)(void*),
   return store(state, key, std::move(node.mapped()));
 }
 
-// The pixels are premultiplied, so fading needs the colour modulated as well as the alpha.
+// Premultiplied pixels need the colour modulated as well as the alpha to fade.
 bool setOpacity(SDL_Texture* texture, double alpha) {
   const auto a = static_cast<Uint8>(std::floor(std::clamp(alpha, 0.0, 1.0) * 255 + 0.5));
-  return SDL_SetTextureAlphaMod(texture, a) == 0 && SDL_SetTextureColorMod(texture, a, a, a) == 0;
+  if (SDL_SetTextureAlphaMod(texture, a) != 0) return false;
+  return !gpuIsPremultiplied() || SDL_SetTextureColorMod(texture, a, a, a) == 0;
 }
 
 struct PictureJob {
@@ -204,6 +210,21 @@ void gpuShutdown() {
 }
 
 SDL_BlendMode gpuBlendMode() { return cache().blendMode; }
+
+bool gpuIsPremultiplied() { return cache().blendMode != SDL_BLENDMODE_BLEND; }
+
+void unpremultiply(std::span<std::uint32_t> pixels) {
+  for (std::uint32_t& pixel : pixels) {
+    const std::uint32_t alpha = pixel >> 24;
+    if (alpha == 0 || alpha == 255) continue;
+    std::uint32_t straight = alpha << 24;
+    for (const unsigned shift : {0U, 8U, 16U}) {
+      const std::uint32_t channel = pixel >> shift & 0xFFU;
+      straight |= std::min((channel * 255 + alpha / 2) / alpha, std::uint32_t{255}) << shift;
+    }
+    pixel = straight;
+  }
+}
 
 SDL_Renderer* gpuRenderer() { return cache().renderer; }
 

@@ -11,8 +11,10 @@
 #include <SDL_blendmode.h>
 #include <SDL_rect.h>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -25,14 +27,17 @@ namespace ui {
 
 // Begins to work with the renderer, which must outlive the cache or be followed by gpuShutdown. Whatever was
 // cached for an earlier one is dropped. Textures are blended as premultiplied; where the renderer cannot, one
-// line on standard error says so and they are blended normally (half transparent edges then come out a little
-// dark).
+// line on standard error says so, and they are uploaded with straight alpha and blended normally.
 void gpuInit(SDL_Renderer* renderer);
 // Destroys all textures and forgets the renderer: call it while the renderer still lives.
 void gpuShutdown();
 SDL_Renderer* gpuRenderer();
 // The blend mode that gpuInit chose, for premultiplied textures outside the cache.
 SDL_BlendMode gpuBlendMode();
+// Whether textures hold premultiplied pixels, as cairo's do. Otherwise they are turned into straight ones on
+// their way: a colour is divided by its opacity, the transparent ones stay 0.
+bool gpuIsPremultiplied();
+void unpremultiply(std::span<std::uint32_t> pixels);
 
 // Starts a frame: both counts are back at 0, and what is used from now on counts as younger.
 void gpuBeginFrame();
@@ -57,9 +62,9 @@ int gpuPixels(double logicalLength);
 // than 400 in the cache first drops the third that was not used for longest.
 SDL_Texture* gpuTexture(const std::string& key, int w, int h, void (*paint)(cairo_t*, void*), void* user);
 
-// The same for a picture that the renderer itself paints: during `paint` blits go into the texture. A picture
-// that is there already is painted again only if `redraw` says so, and grows old like any other even when it
-// is used.
+// The same for a picture that the renderer itself paints: during `paint` blits go into the texture, which
+// holds premultiplied pixels whatever the others hold. A picture that is there already is painted again only
+// if `redraw` says so, and grows old like any other even when it is used.
 SDL_Texture* gpuRenderTarget(const std::string& key, int w, int h, void (*paint)(void*), void* user,
                              bool redraw);
 

@@ -44,9 +44,19 @@ void paintBackdrop(void* user) {
   drawBoard(job.ctx, job.game, {0, 0, job.ctx.w, job.ctx.h}, {.fit = FitMode::Cover}, nullptr);
 }
 
+void drawBackdrop(cairo_t* cr, void* user) {
+  const auto& job = *static_cast<const BackdropJob*>(user);
+  Ctx ctx;
+  ctx.cr = cr;
+  drawBoard(ctx, job.game, {0, 0, job.ctx.w, job.ctx.h}, {.fit = FitMode::Cover, .software = true}, nullptr);
+}
+
 SDL_Texture* backdropTexture(BackdropJob job) {
-  return gpuRenderTarget(kBackdropKey, gpuPixels(job.ctx.w), gpuPixels(job.ctx.h), paintBackdrop, &job,
-                         false);
+  const int w = gpuPixels(job.ctx.w);
+  const int h = gpuPixels(job.ctx.h);
+  // What a renderer with straight alpha paints into a texture it could not blend rightly itself.
+  if (!gpuIsPremultiplied()) return gpuTexture(kBackdropKey, w, h, drawBackdrop, &job);
+  return gpuRenderTarget(kBackdropKey, w, h, paintBackdrop, &job, false);
 }
 
 void drawFadedBoard(Ctx& ctx, const mj::GameState& game, const Drift& drift) {

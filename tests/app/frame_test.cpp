@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <vector>
+
 #include "support/gpu_window.h"
 #include "support/picture.h"
 
@@ -56,6 +59,49 @@ TEST(FrameCanvas, BeginsEachFrameTransparent) {
   canvas.flush();
   canvas.upload();
   EXPECT_EQ(pixelAt(window.picture().get(), 2, 2), kRed);
+}
+
+// As clearing, uploading and copying all of it would show.
+TEST(FrameCanvas, ShowsWhateverWasDrawnAndNothingOfTheFramesBefore) {
+  constexpr int kPictureW = 90;
+  constexpr int kPictureH = 10 * ui::FrameCanvas::kBandRows + 7;
+  const support::GpuWindow window(kPictureW, kPictureH);
+  ui::FrameCanvas canvas(window.renderer());
+  canvas.resize(kPictureW, kPictureH);
+  std::mt19937 random(7);
+  const auto below = [&random](int end) {
+    return static_cast<double>(random() % static_cast<unsigned>(end));
+  };
+  for (int frame = 0; frame < 300; ++frame) {
+    struct Shape {
+      double x, y, w, h, alpha;
+    };
+    std::vector<Shape> shapes;
+    for (unsigned i = random() % 4; i > 0; --i)
+      shapes.push_back({below(kPictureW), below(kPictureH), below(kPictureW) + 1,
+                        below(i == 1 ? 3 : kPictureH) + 0.5, below(256) / 255});
+    const auto draw = [&shapes](cairo_t* cr) {
+      for (const Shape& shape : shapes) {
+        cairo_set_source_rgba(cr, 0.25, 0.75, 1, shape.alpha);
+        cairo_rectangle(cr, shape.x, shape.y, shape.w, shape.h);
+        cairo_fill(cr);
+      }
+    };
+    draw(canvas.begin(1).get());
+    if (frame % 7 == 3) continue;  // a frame that is never shown
+    window.clear(0xFF0000);
+    canvas.flush();
+    canvas.upload();
+    const ui::CairoSurface expected = support::makePicture(kPictureW, kPictureH, [&](cairo_t* cr) {
+      cairo_set_source_rgb(cr, 1, 0, 0);
+      cairo_paint(cr);
+      cairo_push_group(cr);
+      draw(cr);
+      cairo_pop_group_to_source(cr);
+      cairo_paint(cr);
+    });
+    ASSERT_TRUE(support::samePicture(window.picture().get(), expected.get(), 2)) << frame;
+  }
 }
 
 TEST(FrameCanvas, IsDrawnOnInLogicalPixels) {

@@ -9,7 +9,7 @@
 namespace support {
 
 // While it lives the texture cache works with it, at scale 1 unless a test sets another. One at a time.
-// The software renderer cannot blend premultiplied pixels, so half transparent copies come out a little dark.
+// The software renderer cannot blend premultiplied pixels: the cache uploads straight ones.
 class GpuWindow {
  public:
   GpuWindow(int w, int h);

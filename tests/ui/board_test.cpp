@@ -467,8 +467,7 @@ class BoardTextures : public support::WithGlyphFont {};
 const Frame kRowFrame{.w = 260, .h = 140};
 const ui::Rect kThreeRect{10, 10, 150, 67};  // three tiles of 50 x 67, no pixel broken
 
-// The outermost pixels differ: cairo strokes the outline half outside the tile, where a texture ends, and the
-// corners' half transparent pixels are darkened where the renderer cannot blend them premultiplied.
+// The outermost pixels differ: cairo strokes the outline half outside the tile, where a texture ends.
 bool isInside(const ui::Rect& tile, int x, int y) {
   const double radius = ui::tileRadius(tile.w);
   const double dx = std::min(x - tile.x, tile.x + tile.w - 1 - x);

@@ -383,8 +383,9 @@ TEST_F(TileTexture, IsNullWithoutARenderer) {
   EXPECT_EQ(ui::tileTexture("bam1", 30, 40, false), nullptr);
 }
 
-// The renderer of the tests darkens half transparent pixels, which a tile has at its rounded corners only.
-TEST_F(TileTexture, ShowsWhatCairoPaintsButForTheCorners) {
+// The half transparent pixels of a tile's corners are rounded on their way: as they become straight, and as
+// SDL blends them.
+TEST_F(TileTexture, ShowsWhatCairoPaints) {
   for (const bool selected : {false, true}) {
     for (const std::string& face : allFaces()) {
       const auto painted = onFelt(
@@ -395,8 +396,9 @@ TEST_F(TileTexture, ShowsWhatCairoPaintsButForTheCorners) {
       for (int y = 0; y < 75; ++y) {
         for (int x = 0; x < 56; ++x) {
           const bool corner = (x < 9 || x >= 47) && (y < 9 || y >= 66);
-          if (corner) continue;
-          ASSERT_EQ(pixelAt(copied.get(), x, y), pixelAt(painted.get(), x, y)) << face << x << ' ' << y;
+          ASSERT_LE(channelDifference(pixelAt(copied.get(), x, y), pixelAt(painted.get(), x, y)),
+                    corner ? 3 : 0)
+              << face << x << ' ' << y;
         }
       }
     }

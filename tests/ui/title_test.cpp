@@ -160,7 +160,6 @@ TEST_P(GlowTitle, RestsWhileTheCrestIsBeyondItsEnds) {
   EXPECT_TRUE(samePicture(glow(GetParam(), at(2.79), "OHO", 60).get(), rest.get()));
 }
 
-// Half transparent pixels come out a little dark in the tests' renderer, so only cairo shows the very colour.
 TEST(GlowTitleColour, RunsFromGoldToTheHighlight) {
   const Frame frame{.w = 200, .h = 280};
   // The stem of an I stands in its middle.
