@@ -46,8 +46,8 @@ const Entry kEntries_cs[] = {
     {"settings.quit", "Ukončit"},
     {"settings.resetProgress", "Vynulovat postup"},
     {"settings.resetProgressConfirmBody",
-     "Všechny odemčené úrovně, nejlepší výsledky A TAKÉ uložené obrázky úspěchů budou trvale ztraceny. Tuto "
-     "akci nelze vrátit zpět."},
+     "Všechny odemčené úrovně, nejlepší výsledky A\u00A0TAKÉ uložené obrázky úspěchů budou trvale ztraceny. "
+     "Tuto akci nelze vrátit zpět."},
     {"settings.resetProgressConfirmNo", "Zrušit"},
     {"settings.resetProgressConfirmTitle", "Vynulovat postup?"},
     {"settings.resetProgressConfirmYes", "Ano, vynulovat"},

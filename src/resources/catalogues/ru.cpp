@@ -46,7 +46,7 @@ const Entry kEntries_ru[] = {
     {"settings.quit", "Выход"},
     {"settings.resetProgress", "Сбросить прогресс"},
     {"settings.resetProgressConfirmBody",
-     "Все открытые уровни, лучшие результаты, А ТАКЖЕ сохранённые изображения достижений будут безвозвратно "
+     "Все открытые уровни, лучшие результаты И сохранённые изображения достижений будут безвозвратно "
      "утеряны. Это действие нельзя отменить."},
     {"settings.resetProgressConfirmNo", "Отмена"},
     {"settings.resetProgressConfirmTitle", "Сбросить прогресс?"},
