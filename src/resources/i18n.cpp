@@ -130,6 +130,10 @@ std::string tr(const std::string& key, std::initializer_list<std::pair<const cha
   return text;
 }
 
+std::string labelled(const std::string& label, const std::string& value) {
+  return label + currentCatalog().colon + value;
+}
+
 std::string formatLongDate(int /*year*/, int month, int day, int weekday) {
   const date_data::Names& names = currentNames();
   std::string date = names.pattern;

@@ -35,6 +35,9 @@ std::string tr(const std::string& key);
 // name is given for stays as it is.
 std::string tr(const std::string& key, std::initializer_list<std::pair<const char*, std::string>> params);
 
+// A label and its value with the current language's own colon between them: "Time: 12:34".
+std::string labelled(const std::string& label, const std::string& value);
+
 // Weekday, day and month as the current language writes them, without the year. `month` 1 to 12, `weekday` 0
 // (Sunday) to 6; others are brought into range.
 std::string formatLongDate(int year, int month, int day, int weekday);

@@ -19,6 +19,7 @@ struct Catalog {
   bool rtl;
   const Entry* entries;  // sorted by key; every catalogue has the same keys
   std::size_t count;
+  const char* colon = ": ";  // between a label and its value
 };
 
 inline constexpr std::size_t kCatalogCount = 22;

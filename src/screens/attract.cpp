@@ -218,7 +218,7 @@ void Attract::drawTable(ui::Ctx& ctx, const ui::Rect& board) {
 void Attract::drawCaptions(const ui::Ctx& ctx, const AttractLayout& layout) const {
   const int tilesLeft = static_cast<int>(game.slots.size()) - game.removed;
   drawTitle(ctx, layout.title);
-  drawCaption(ctx, layout.tilesLeft, i18n::tr("playing.tilesLeft") + " " + std::to_string(tilesLeft),
+  drawCaption(ctx, layout.tilesLeft, i18n::labelled(i18n::tr("playing.tilesLeft"), std::to_string(tilesLeft)),
               ui::palette::kLightText, 1);
   drawCaption(ctx, layout.invitation, i18n::tr("attract.clickToPlay"), ui::palette::kMutedText,
               kInvitationAlpha);

@@ -122,8 +122,8 @@ void Settings::drawBody(ui::Ctx& ctx, double top, store::Settings& settings) {
   languageRow(ctx, top, settings);
   for (std::size_t i = 0; i < kVolumes.size(); ++i) volumeRow(ctx, top, i, settings);
   toggles(ctx, top, settings);
-  ui::drawWrappedText(ctx.cr, layout.help.x, top + layout.help.y, layout.help.w,
-                      i18n::tr("settings.keyboard"), kSettingsHelp);
+  ui::drawWrappedText(ctx.cr, layout.help.x, top + layout.help.y, layout.help.w, layout.helpText,
+                      kSettingsHelp);
   buttons(ctx, top);
 }
 

@@ -1,6 +1,7 @@
 #include "screens/settings_layout.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "resources/i18n.h"
 #include "screens/list_screen.h"
@@ -39,11 +40,36 @@ constexpr double kHelpGap = 20;
 constexpr double kButtonW = 280;
 constexpr double kButtonH = 44;
 
-double chipWidth(cairo_t* cr, const std::string& name) {
+double textWidth(cairo_t* cr, const std::string& text, const ui::TextStyle& style) {
   double w = 0;
   double h = 0;
-  ui::measureText(cr, name, {.size = kChipText}, w, h);
-  return w + 2 * kChipPadding;
+  ui::measureText(cr, text, style, w, h);
+  return w;
+}
+
+double chipWidth(cairo_t* cr, const std::string& name) {
+  return textWidth(cr, name, {.size = kChipText}) + 2 * kChipPadding;
+}
+
+// The help for a column of this width. Its lines end only after the dots between the keys, so that each key
+// stays beside what it does, also in scripts that may be broken after any letter.
+std::string brokenHelp(cairo_t* cr, double width) {
+  constexpr std::string_view kDot = " ·";
+  // Not a new paragraph: that would run from left to right where it begins with the name of a key.
+  constexpr std::string_view kNewLine = "\u2028";
+  std::string rest = i18n::tr("settings.keyboard");
+  std::string lines;
+  std::string line;
+  while (!rest.empty()) {
+    const std::size_t dot = rest.find(kDot);
+    const std::string key = rest.substr(0, dot == std::string::npos ? dot : dot + kDot.size());
+    rest.erase(0, key.size() + 1);
+    const std::string longer = line.empty() ? key : line + " " + key;
+    const bool fits = line.empty() || textWidth(cr, longer, kSettingsHelp) <= width;
+    if (!fits) lines.append(line).append(kNewLine);
+    line = fits ? longer : key;
+  }
+  return lines + line;
 }
 
 // The system's language and then each of ours, not yet in their places.
@@ -110,7 +136,8 @@ SettingsLayout settingsLayout(cairo_t* cr, double w) {
   layout.effects = volumeRow(place(kRowStep, kRowStep));
   layout.sound = place(kRowStep, kRowStep);
   layout.fullscreen = place(kRowStep, kFullscreenStep);
-  const double helpH = ui::wrappedTextHeight(cr, columnW, i18n::tr("settings.keyboard"), kSettingsHelp);
+  layout.helpText = brokenHelp(cr, columnW);
+  const double helpH = ui::wrappedTextHeight(cr, columnW, layout.helpText, kSettingsHelp);
   layout.help = place(helpH, helpH + kHelpGap);
   layout.reset = button();
   layout.quit = button();

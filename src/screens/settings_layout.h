@@ -39,6 +39,7 @@ struct SettingsLayout {
   ui::Rect sound;
   ui::Rect fullscreen;
   ui::Rect help;
+  std::string helpText;  // broken into lines
   ui::Rect reset;
   ui::Rect quit;
   double height;

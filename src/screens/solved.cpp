@@ -35,11 +35,6 @@ constexpr double kFadeTime = 0.46;
 constexpr double kFadeAlpha = 0.85;
 constexpr std::array<audio::Sfx, 3> kChimes = {audio::Sfx::Star1, audio::Sfx::Star2, audio::Sfx::Star3};
 
-std::string timeLine(std::int64_t timeMs) {
-  const std::string colon = i18n::currentLanguage() == "fr" ? "\u00A0: " : ": ";
-  return i18n::tr("solved.time") + colon + ui::formatTime(timeMs);
-}
-
 // After a win: shows how the game went, beside the board as it was dealt.
 class Solved : public ui::Screen {
  public:
@@ -137,7 +132,7 @@ void Solved::drawInfo(ui::Ctx& ctx, const ui::Rect& rect, double scale, double t
   const std::array<std::string, 4> texts = {
       i18n::tr("solved.levelDone", {{"n", std::to_string(level)}}),
       i18n::tr("solved.tilesCleared", {{"n", std::to_string(tiles)}}),
-      timeLine(timeMs),
+      i18n::labelled(i18n::tr("solved.time"), ui::formatTime(timeMs)),
       i18n::tr("solved.aidsLine", {{"hints", std::to_string(hints)}, {"shuffles", std::to_string(shuffles)}}),
   };
   for (std::size_t i = 0; i < texts.size(); ++i) {

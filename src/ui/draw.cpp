@@ -192,9 +192,11 @@ void showLayout(cairo_t* cr, double x, double y, PangoLayout* layout, const Text
   pango_cairo_show_layout(cr, layout);
 }
 
-PangoAlignment pangoAlignment(Align align) {
+// Pango's left is where a text begins: on the right for one from right to left.
+PangoAlignment pangoAlignment(Align align, PangoDirection direction) {
   if (align == Align::Center) return PANGO_ALIGN_CENTER;
-  return align == Align::Right ? PANGO_ALIGN_RIGHT : PANGO_ALIGN_LEFT;
+  const bool mirrored = direction == PANGO_DIRECTION_RTL;
+  return (align == Align::Right) != mirrored ? PANGO_ALIGN_RIGHT : PANGO_ALIGN_LEFT;
 }
 
 // A layout of its own, so that the cached one never breaks a line.
@@ -209,8 +211,9 @@ TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const
   // A negative width would mean never to break.
   pango_layout_set_width(layout.get(), static_cast<int>(std::max(width, 1.0) * PANGO_SCALE));
   pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
-  pango_layout_set_alignment(layout.get(), pangoAlignment(style.align));
   pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
+  const PangoDirection direction = pango_layout_get_direction(layout.get(), 0);
+  pango_layout_set_alignment(layout.get(), pangoAlignment(style.align, direction));
   return layout;
 }
 

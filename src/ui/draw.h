@@ -76,8 +76,8 @@ void drawTextCentered(cairo_t* cr, double cx, double cy, std::string_view text, 
 void textPathCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style);
 
 // Draws the text broken into lines, in a column of this width whose top left corner is (x, y); the lines lie
-// in it as `style.align` says, those of a text from right to left mirrored. A word wider than the column is
-// broken. `maxWidth` and `minScale` do not count.
+// in it as `style.align` says, whichever way the text runs. A word wider than the column is broken.
+// `maxWidth` and `minScale` do not count.
 void drawWrappedText(cairo_t* cr, double x, double y, double width, std::string_view text,
                      const TextStyle& style);
 // The height of these lines, in whole pixels; 0 for an empty text.

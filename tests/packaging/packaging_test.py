@@ -25,14 +25,14 @@ TITLE = "Quenlock's Mahjong"
 WINDOW_CLASS = f'WM_CLASS(STRING) = "{ID}", "{ID}"'
 DESKTOP_ENTRY = f"share/applications/{ID}.desktop"
 METAINFO = f"share/metainfo/{ID}.metainfo.xml"
-MANUAL = "share/man/man6/veskara.6.gz"
+MANUALS = ("share/man/man6/veskara.6.gz", "share/man/de/man6/veskara.6.gz")
 DOCUMENTS = "share/doc/veskara"
 ICON_SIZES = (16, 22, 24, 32, 48, 64, 128, 256, 512)
 # What the package and an ordinary installation have in common.
 SHARED_FILES = {
     DESKTOP_ENTRY,
     METAINFO,
-    MANUAL,
+    *MANUALS,
     f"{DOCUMENTS}/copyright",
     f"share/icons/hicolor/scalable/apps/{ID}.svg",
     *(f"share/icons/hicolor/{size}x{size}/apps/{ID}.png" for size in ICON_SIZES),
@@ -221,8 +221,14 @@ class InstalledTree(Scratch):
         cls.tree = cls.scratch / "tree"
         run("cmake", "--install", BUILD, "--prefix", cls.tree)
 
-    def manual(self):
-        return gzip.decompress((self.tree / MANUAL).read_bytes()).decode()
+    def manuals(self):
+        return [gzip.decompress((self.tree / manual).read_bytes()).decode() for manual in MANUALS]
+
+    def translations(self, key):
+        """Of the desktop entry's key, by their languages."""
+        entry = (self.tree / DESKTOP_ENTRY).read_text()
+        found = dict(re.findall(rf"(?m)^{key}\[(\w+)\]=(\S.*)$", entry))
+        return found | {"en": re.search(rf"(?m)^{key}=(\S.*)$", entry)[1]}
 
     def test_holds_the_whole_game_and_nothing_else(self):
         licences = {f"{DOCUMENTS}/licences/{name}.txt"
@@ -240,9 +246,16 @@ class InstalledTree(Scratch):
         self.assertEqual((entry["Name"], entry["Icon"], entry["StartupWMClass"]), (TITLE, ID, ID))
 
     def test_has_a_desktop_entry_that_speaks_the_languages_of_the_game(self):
-        entry = (self.tree / DESKTOP_ENTRY).read_text()
-        for key in ("Comment", "GenericName"):
-            self.assertEqual({"en", *re.findall(rf"(?m)^{key}\[(\w+)\]=\S", entry)}, languages())
+        for key in ("Comment", "GenericName", "Keywords"):
+            self.assertEqual(set(self.translations(key)), languages())
+
+    def test_is_found_by_the_name_of_the_game_and_by_words_of_the_language(self):
+        for language, keywords in self.translations("Keywords").items():
+            words = keywords.lower().removesuffix(";").split(";")
+            self.assertIn("mahjong", words, language)
+            self.assertGreaterEqual(len(words), 6, language)
+            self.assertEqual(len(set(words)), len(words), language)
+            self.assertNotIn("", words, language)
 
     def test_has_a_page_for_software_centres(self):
         need("appstreamcli")
@@ -252,6 +265,21 @@ class InstalledTree(Scratch):
         page = xml.etree.ElementTree.parse(self.tree / METAINFO).getroot()
         self.assertEqual(page.findtext("launchable"), f"{ID}.desktop")
         self.assertEqual({language.text for language in page.iter("lang")}, languages())
+
+    def test_has_a_page_that_speaks_the_languages_of_the_game(self):
+        page = xml.etree.ElementTree.parse(self.tree / METAINFO).getroot()
+        summaries = {language_of(summary): summary.text for summary in page.iter("summary")}
+        self.assertEqual(summaries, self.translations("Comment"))
+        for parent, tag in ((page.find("description"), "p"), (page.find("description/ul"), "li"),
+                            *((screenshot, "caption") for screenshot in page.iter("screenshot"))):
+            spoken = [language_of(text) for text in parent.findall(tag) if text.text.strip()]
+            times = {spoken.count(language) for language in languages()}
+            self.assertEqual((set(spoken), len(times)), (languages(), 1), tag)
+
+    def test_has_a_page_that_names_the_developer_for_old_and_new_readers(self):
+        page = xml.etree.ElementTree.parse(self.tree / METAINFO).getroot()
+        self.assertEqual(page.findtext("developer/name"), "Quenlock Software")
+        self.assertEqual(page.findtext("developer_name"), "Quenlock Software")
 
     def test_has_pictures_for_the_software_centres(self):
         page = xml.etree.ElementTree.parse(self.tree / METAINFO).getroot()
@@ -267,27 +295,36 @@ class InstalledTree(Scratch):
         page = xml.etree.ElementTree.parse(self.tree / METAINFO).getroot()
         release = page.find("releases/release")
         self.assertEqual(release.get("version"), version)
-        self.assertRegex(self.manual(), rf'\.TH VESKARA 6 {release.get("date")} "Quenlock\'s Mahjong {version}"')
+        for manual in self.manuals():
+            self.assertIn(f'.TH VESKARA 6 {release.get("date")} "Quenlock\'s Mahjong {version}"', manual)
         self.assertIn(f"## [{version}] - {release.get('date')}\n", (SOURCE / "CHANGELOG.md").read_text())
         changelog = (BUILD / "packaging/changelog.Debian").read_text()
         self.assertTrue(changelog.startswith(f"veskara ({version}-{build}) "))
 
-    def test_has_a_manual_page_without_a_fault(self):
-        need("man")
-        done = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z", self.tree / MANUAL],
-                              env=os.environ | {"MANROFFSEQ": "", "LC_ALL": "C.UTF-8", "MANWIDTH": "80"},
-                              stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True, check=False)
-        self.assertEqual((done.returncode, done.stderr), (0, ""))
+    def test_has_manual_pages_without_a_fault(self):
+        need("man", "lexgrog")
+        for manual in MANUALS:
+            done = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-Z", self.tree / manual],
+                                  env=os.environ | {"MANROFFSEQ": "", "LC_ALL": "C.UTF-8", "MANWIDTH": "80"},
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True, check=False)
+            self.assertEqual((done.returncode, done.stderr), (0, ""))
+            self.assertIn('"veskara - Quenlock\'s Mahjong', run("lexgrog", self.tree / manual))
 
-    def test_has_a_manual_page_that_knows_what_the_program_asks_for(self):
-        manual = self.manual().replace("\\-", "-")
-        for option in re.findall(r"^  (--\w+)", run(self.tree / "bin/veskara", "--help"), re.MULTILINE):
-            self.assertIn(f".B {option}\n", manual)
+    def test_has_manual_pages_that_know_what_the_program_asks_for(self):
+        options = re.findall(r"^  (--\w+)", run(self.tree / "bin/veskara", "--help"), re.MULTILINE)
+        self.assertIn("--version", options)
         sources = "".join(path.read_text() for path in (SOURCE / "src").rglob("*.cpp"))
         variables = set(re.findall(r'\b(?:getenv|envOr)\("(\w+)"', sources))
         self.assertIn("VESKARA_AUTOPLAY", variables)
-        for variable in variables:
-            self.assertRegex(manual, rf"\n\.BR? .*\b{variable}\b")
+        for manual in self.manuals():
+            for option in options:
+                self.assertIn(f".B {option}\n", manual.replace("\\-", "-"))
+            for variable in variables:
+                self.assertRegex(manual, rf"\n\.BR? .*\b{variable}\b")
+
+
+def language_of(element):
+    return element.get("{http://www.w3.org/XML/1998/namespace}lang", "en")
 
 
 def png_size(path):

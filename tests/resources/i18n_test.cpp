@@ -225,6 +225,15 @@ TEST(Translations, OfferToContinueInEveryLanguage) {
   }
 }
 
+TEST(Labelled, JoinsLabelAndValueByTheColonOfTheLanguage) {
+  for (const i18n::Language& language : i18n::languages()) {
+    const InLanguage current(language.code);
+    const bool full = language.code == "ja" || language.code == "zh";
+    const std::string colon = full ? "：" : language.code == "fr" ? "\u00A0: " : ": ";
+    EXPECT_EQ(i18n::labelled("A", "1"), "A" + colon + "1") << language.code;
+  }
+}
+
 TEST(FormatLongDate, FollowsTheCustomOfEveryLanguage) {
   for (const Row& row : kRows) {
     const InLanguage current(row.code);

@@ -5,6 +5,7 @@
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <ostream>
 #include <string>
@@ -178,6 +179,49 @@ TEST(SettingsChips, FlowInRowsWithTheSameGaps) {
       EXPECT_GT(last.x + last.w + 8 + rect.w, layout.help.x + layout.help.w) << "it had room";
     }
   }
+}
+
+// --- help ---
+
+std::vector<std::string> linesOf(const std::string& text) {
+  const std::string separator = "\u2028";
+  std::vector<std::string> lines;
+  std::size_t begin = 0;
+  for (std::size_t end = 0; (end = text.find(separator, begin)) != std::string::npos;) {
+    lines.push_back(text.substr(begin, end - begin));
+    begin = end + separator.size();
+  }
+  lines.push_back(text.substr(begin));
+  return lines;
+}
+
+double heightOfHelp(const std::string& text, double width) {
+  double height = 0;
+  support::makePicture(
+      1, 1, [&](cairo_t* cr) { height = ui::wrappedTextHeight(cr, width, text, screens::kSettingsHelp); });
+  return height;
+}
+
+TEST(SettingsHelp, KeepsEachKeyBesideWhatItDoes) {
+  std::size_t most = 0;
+  for (const i18n::Language& language : i18n::languages()) {
+    i18n::setLanguage(language.code);
+    for (const double w : {400, 640, 1100}) {
+      const screens::SettingsLayout layout = layoutOf(w);
+      const std::vector<std::string> lines = linesOf(layout.helpText);
+      std::string joined = lines.front();
+      for (std::size_t i = 1; i < lines.size(); ++i) {
+        EXPECT_TRUE(lines[i - 1].ends_with(" ·")) << lines[i - 1];
+        joined += " " + lines[i];
+      }
+      EXPECT_EQ(joined, i18n::tr("settings.keyboard"));
+      EXPECT_EQ(layout.help.h, heightOfHelp(layout.helpText, 10000)) << language.code << ": broken again";
+      EXPECT_EQ(layout.help.h, heightOfHelp(layout.helpText, layout.help.w));
+      most = std::max(most, lines.size());
+    }
+  }
+  EXPECT_GT(most, 2U);
+  i18n::setLanguage("en");
 }
 
 // --- language ---
@@ -418,16 +462,15 @@ TEST_F(SettingsScreen, FullScreenIsFlippedAndWritten) {
   }
 }
 
-TEST_F(SettingsScreen, HelpBeginsWhereTheLanguageDoes) {
-  const ui::Rect help = shown(layout().help);
-  const ui::Rect left = {help.x, help.y, 24, help.h};
-  const ui::Rect right = {help.x + help.w - 24, help.y, 24, help.h};
-  EXPECT_TRUE(hasText(left));
-  EXPECT_FALSE(hasText(right));
-  clickLanguage("ar");
-  stack.harness.frame();
-  EXPECT_FALSE(hasText(left));
-  EXPECT_TRUE(hasText(right));
+TEST_F(SettingsScreen, HelpStandsAtTheLeftEdgeAsTheRowsDo) {
+  for (const char* language : {"en", "ar", "he"}) {
+    clickLanguage(language);
+    stack.harness.frame();
+    for (const ui::Rect& row : {layout().help, layout().sound})
+      EXPECT_TRUE(hasText(shown({row.x, row.y, 12, row.h}))) << language;
+    const ui::Rect help = layout().help;
+    EXPECT_FALSE(hasText(shown({help.x + help.w - 12, help.y, 12, help.h}))) << language;
+  }
 }
 
 TEST_F(SettingsScreen, QuitEndsTheProgram) {

@@ -546,6 +546,17 @@ TEST(WrappedText, LiesInItsColumnAsItsStyleSays) {
   EXPECT_NEAR(leftOf(ui::Align::Right), left + room, 1.5);
 }
 
+TEST(WrappedText, LiesAsItsStyleSaysAlsoWhereItRunsFromRightToLeft) {
+  const std::string hebrew = "אבן";
+  const double room = 180 - measured(hebrew, {.size = 14}).w;
+  const auto leftOf = [&](ui::Align align) {
+    return inkedColumns(wrapped(180, hebrew, {.size = 14, .align = align}).get(), 200).first;
+  };
+  const int left = leftOf(ui::Align::Left);
+  EXPECT_NEAR(left, 50, 2);
+  EXPECT_NEAR(leftOf(ui::Align::Right), left + room, 1.5);
+}
+
 TEST(WrappedText, IsNothingWithoutLettersOrASize) {
   EXPECT_TRUE(isEmpty(wrapped(180, "", {.size = 14}).get(), kTextW, 200));
   EXPECT_TRUE(isEmpty(wrapped(180, kSentence, {.size = 0}).get(), kTextW, 200));

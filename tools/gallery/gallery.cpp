@@ -1,7 +1,7 @@
 // Paints the screens in their states, in several window sizes and languages, for somebody to look at.
 // Run: cmake --build build/release --target gallery && build/release/tools/gallery DIRECTORY [WORD...]
-// A word is a state, a language or a size; of each kind that is not named all are painted. Without a display:
-// xvfb-run -a build/release/tools/gallery DIRECTORY
+// A word is a state, a language or a size. Of states and sizes all are painted where none is named, of
+// languages those that differ most. Without a display: xvfb-run -a build/release/tools/gallery DIRECTORY
 
 #include <algorithm>
 #include <array>
@@ -28,11 +28,10 @@ using gallery::Window;
 constexpr std::array kWindows = {Window{640, 480, 1},  Window{779, 600, 1},   Window{1100, 760, 1},
                                  Window{960, 1080, 1}, Window{1920, 1080, 1}, Window{3840, 2160, 1},
                                  Window{1100, 760, 2}};
-const std::vector<std::string> kLanguages = {"en", "de", "el", "ru", "ja", "he", "ar"};
+const std::vector<std::string> kUsualLanguages = {"en", "de", "el", "ru", "ja", "he", "ar"};
 
 std::string name(const State& state) { return state.name; }
 std::string name(const Window& window) { return nameOf(window); }
-std::string name(const std::string& language) { return language; }
 
 using Words = std::vector<std::string>;
 
@@ -43,6 +42,13 @@ auto chosen(const Things& things, Words& words) {
   for (const auto& thing : things)
     if (std::erase(words, name(thing)) > 0) found.push_back(thing);
   return found.empty() ? std::vector<typename Things::value_type>(things.begin(), things.end()) : found;
+}
+
+std::vector<std::string> chosenLanguages(Words& words) {
+  std::vector<std::string> found;
+  for (const i18n::Language& language : i18n::languages())
+    if (std::erase(words, language.code) > 0) found.push_back(language.code);
+  return found.empty() ? kUsualLanguages : found;
 }
 
 struct Plan {
@@ -80,7 +86,7 @@ void paint(const gallery::Studio& studio, const Plan& plan, const std::string& d
 // NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   Words words(argv + std::min(argc, 2), argv + argc);
-  const Plan plan = {chosen(gallery::states(), words), chosen(kLanguages, words), chosen(kWindows, words)};
+  const Plan plan = {chosen(gallery::states(), words), chosenLanguages(words), chosen(kWindows, words)};
   if (argc < 2 || !words.empty()) {
     std::fputs("usage: gallery DIRECTORY [STATE|LANGUAGE|SIZE]...\n", stderr);
     for (const std::string& word : words) std::fprintf(stderr, "nothing is called %s\n", word.c_str());

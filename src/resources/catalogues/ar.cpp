@@ -8,13 +8,13 @@ const Entry kEntries_ar[] = {
     {"about.music", "الموسيقى والصوت"},
     {"app.tagline", "قطع. أزواج. هدوء."},
     {"attract.clickToPlay", "انقر للعب"},
-    {"attract.demo", "عرض تجريبي"},
+    {"attract.demo", "عرض توضيحي"},
     {"common.cancel", "إلغاء"},
     {"common.ok", "موافق"},
     {"gallery.confirmDelete", "هل تريد حقًا حذف هذا الإنجاز؟"},
     {"gallery.deleteHint", "انقر بزر الفأرة الأيمن على صورة لحذف الإنجاز."},
     {"gallery.deleteOne", "حذف الإنجاز"},
-    {"gallery.empty", "لا توجد لوحات محلولة بعد."},
+    {"gallery.empty", "لم تُحل أي لوحة بعد."},
     {"gallery.headline", "الإنجازات"},
     {"levels.headline", "اختيار المستوى"},
     {"levels.layers", "الطبقات: {{n}}"},
@@ -60,7 +60,7 @@ const Entry kEntries_ar[] = {
     {"solved.tilesCleared", "القطع المزالة: {{n}}"},
     {"solved.time", "الوقت"},
     {"solved.toGallery", "الإنجازات"},
-    {"solved.toMenu", "إلى القائمة"},
+    {"solved.toMenu", "القائمة الرئيسية"},
 };
 
 }  // namespace i18n_data

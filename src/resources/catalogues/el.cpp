@@ -34,7 +34,7 @@ const Entry kEntries_el[] = {
     {"playing.paused", "Παύση"},
     {"playing.resume", "Συνέχεια"},
     {"playing.shuffle", "Ανακάτεμα"},
-    {"playing.tilesLeft", "Υπόλοιπα πλακίδια"},
+    {"playing.tilesLeft", "Πλακίδια που απομένουν"},
     {"playing.undo", "Αναίρεση"},
     {"settings.fullscreen", "Πλήρης οθόνη"},
     {"settings.headline", "Ρυθμίσεις"},

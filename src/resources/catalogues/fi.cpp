@@ -12,7 +12,7 @@ const Entry kEntries_fi[] = {
     {"common.cancel", "Peruuta"},
     {"common.ok", "OK"},
     {"gallery.confirmDelete", "Poistetaanko merkintä varmasti?"},
-    {"gallery.deleteHint", "Poista merkintä napsauttamalla kuvaa oikealla painikkeella."},
+    {"gallery.deleteHint", "Poista merkintä napsauttamalla kuvaa hiiren oikealla painikkeella."},
     {"gallery.deleteOne", "Poista merkintä"},
     {"gallery.empty", "Ei vielä ratkaistuja lautoja."},
     {"gallery.headline", "Saavutukset"},

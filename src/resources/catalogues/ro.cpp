@@ -60,7 +60,7 @@ const Entry kEntries_ro[] = {
     {"solved.tilesCleared", "Piese eliminate: {{n}}"},
     {"solved.time", "Timp"},
     {"solved.toGallery", "Realizări"},
-    {"solved.toMenu", "La meniu"},
+    {"solved.toMenu", "Meniu principal"},
 };
 
 }  // namespace i18n_data

@@ -14,7 +14,7 @@ const Entry kEntries_zh[] = {
     {"gallery.confirmDelete", "确定要删除这条记录吗？"},
     {"gallery.deleteHint", "右键点击图片可删除该记录。"},
     {"gallery.deleteOne", "删除记录"},
-    {"gallery.empty", "还没有完成的牌局。"},
+    {"gallery.empty", "暂无已完成的牌局。"},
     {"gallery.headline", "成就"},
     {"levels.headline", "选择关卡"},
     {"levels.layers", "{{n}} 层"},

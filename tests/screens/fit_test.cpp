@@ -1,0 +1,105 @@
+// Every text of every screen finds room where it stands, in all languages: it is drawn at the size it was
+// meant to have, or nearly so. Sees the machine's own fonts, for a letter of a missing one has no width to
+// speak of.
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <pango/pangocairo.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <set>
+#include <string>
+
+#include "gallery/states.h"
+#include "gallery/studio.h"
+#include "resources/i18n.h"
+#include "support/data_home.h"
+
+namespace {
+
+// The library's own function of that name.
+template <typename Function>
+Function* next(const char* name) {
+  auto* function = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+  if (function == nullptr) std::abort();
+  return function;
+}
+
+std::map<const PangoLayout*, double> sizes;    // as the layout's font has it now
+std::map<const PangoLayout*, double> meant;    // as it was when the layout was given its text
+std::map<std::string, double> meantOfWrapped;  // a wrapped text shrinks from one layout to the next
+std::map<std::string, double> shrunk;          // to which part of its size, of every text that was drawn
+
+bool isWrapped(PangoLayout* layout) { return pango_layout_get_width(layout) >= 0; }
+
+void noteDrawn(PangoLayout* layout) {
+  const std::string text = pango_layout_get_text(layout);
+  const double part = sizes[layout] / (isWrapped(layout) ? meantOfWrapped[text] : meant[layout]);
+  const auto noted = shrunk.emplace(text, part).first;
+  noted->second = std::min(noted->second, part);
+}
+
+}  // namespace
+
+extern "C" void pango_layout_set_font_description(PangoLayout* layout, const PangoFontDescription* font) {
+  static auto* const setFont =
+      next<decltype(pango_layout_set_font_description)>("pango_layout_set_font_description");
+  sizes[layout] = pango_font_description_get_size(font);
+  setFont(layout, font);
+}
+
+extern "C" void pango_layout_set_text(PangoLayout* layout, const char* text, int length) {
+  static auto* const setText = next<decltype(pango_layout_set_text)>("pango_layout_set_text");
+  setText(layout, text, length);
+  meant[layout] = sizes[layout];
+  double& largest = meantOfWrapped[pango_layout_get_text(layout)];
+  if (isWrapped(layout)) largest = std::max(largest, sizes[layout]);
+}
+
+extern "C" void pango_cairo_show_layout(cairo_t* cr, PangoLayout* layout) {
+  static auto* const show = next<decltype(pango_cairo_show_layout)>("pango_cairo_show_layout");
+  noteDrawn(layout);
+  show(cr, layout);
+}
+
+namespace {
+
+// States that show no text that another one does not, and take long to reach.
+const std::set<std::string> kNothingNew = {"midgame", "selected", "refused", "hint", "zoomed", "won"};
+
+// On a chip of the pages in the smallest window. It is the same in every language.
+constexpr const char* kLastPage = "91–100";
+
+struct Room {
+  gallery::Window window;
+  double least;  // part of its size to which a text may shrink
+};
+
+class Texts : public testing::TestWithParam<Room> {};
+
+TEST_P(Texts, FitWhereTheyStandInEveryLanguage) {
+  setenv("SDL_VIDEODRIVER", "dummy", 1);
+  const gallery::Studio studio;
+  for (const i18n::Language& language : i18n::languages()) {
+    i18n::setLanguage(language.code);
+    for (const gallery::State& state : gallery::states()) {
+      if (kNothingNew.contains(state.name)) continue;
+      const support::DataHome noFiles;
+      shrunk.clear();
+      gallery::Sitting sitting(studio, GetParam().window, state.make());
+      state.reach(sitting);
+      EXPECT_FALSE(shrunk.empty()) << state.name;
+      shrunk.erase(kLastPage);
+      for (const auto& [text, part] : shrunk)
+        EXPECT_GE(part, GetParam().least) << language.code << " " << state.name << ": " << text;
+    }
+  }
+  i18n::setLanguage("en");
+}
+
+INSTANTIATE_TEST_SUITE_P(Window, Texts, testing::Values(Room{{1100, 760, 1}, 0.8}, Room{{640, 480, 1}, 0.7}),
+                         [](const auto& param) { return std::to_string(param.param.window.w); });
+
+}  // namespace
