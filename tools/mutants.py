@@ -30,12 +30,10 @@ CONFIGURE = ["-G", "Ninja", "-DCMAKE_BUILD_TYPE=", "-DCMAKE_CXX_FLAGS=-O1 -w", "
              # Programs are not asked for their tests as they are linked: a broken one could not answer.
              "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"]
 BUILD_SECONDS = 900
+# What a test may take that takes so long when nothing is broken.
+LIMIT_SECONDS, LIMIT_TIMES = 5, 10
 MEMORY_BYTES = 4 << 30  # for each process: a mutant may ask for more and more
 RESULTS = ("not compiled", "same code", "killed", "out of time", "survived")
-
-
-def limit_seconds(unmutated):
-    return 5 + 10 * unmutated
 
 
 @dataclasses.dataclass(frozen=True, order=True)
@@ -55,8 +53,8 @@ class Mutant:
 COMPARISONS = {"<": ("<=", ">="), "<=": ("<", ">"), ">": (">=", "<="), ">=": (">", "<"), "==": ("!=",), "!=": ("==",)}
 OPERATORS = COMPARISONS | {
     "&&": ("||",), "||": ("&&",), "+": ("-",), "-": ("+",), "*": ("/",), "/": ("*",), "%": ("*",), "&": ("|",),
-    "|": ("&",), "<<": (">>",), ">>": ("<<",), "+=": ("-=",), "-=": ("+=",), "*=": ("/=",), "/=": ("*=",), "|=": ("&=",),
-    "&=": ("|=",)}
+    "|": ("&",), "<<": (">>",), ">>": ("<<",), "+=": ("-=",), "-=": ("+=",), "*=": ("/=",), "/=": ("*=",),
+    "|=": ("&=",), "&=": ("|=",)}
 UNARY_OPERATORS = {"!": "", "-": "", "~": "", "++": "--", "--": "++"}
 INTEGER = re.compile(r"(0[xX][0-9a-fA-F']+|[0-9][0-9']*)([uUlLzZ]*)")
 FLOATING = re.compile(r"([0-9'.]+(?:[eE][-+]?[0-9]+)?)([fFlL]?)")
@@ -82,7 +80,8 @@ class Finder:
 
     def __init__(self, root, source, arguments, keys):
         self.root, self.keys, self.found, self.texts = root, keys, set(), {}
-        unit = Index.create().parse(str(root / source), arguments, options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD)
+        unit = Index.create().parse(str(root / source), arguments,
+                                    options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD)
         nodes = [node for node in unit.cursor.get_children() if self.is_ours(node)]
         # What stands in a macro's parentheses the tree puts where the macro begins. These are assertions, mostly.
         self.macros = {(node.location.file.name, node.extent.start.offset)
@@ -210,12 +209,14 @@ def catalogue_keys(root):
 
 
 def all_mutants(tree, kept):
-    """Of all files that tests link. Kept in a file, for it takes minutes."""
-    if not kept.exists():
+    """Those of all files that tests link. Kept in a file, for it takes minutes."""
+    if not kept.exists() or kept.stat().st_mtime < Path(__file__).stat().st_mtime:
         keys = catalogue_keys(tree.root)
         with multiprocessing.Pool() as pool:
             found = set().union(*pool.starmap(mutants_of, [(tree.root, *source, keys) for source in tree.sources()]))
-        kept.write_text(json.dumps([dataclasses.astuple(mutant) for mutant in sorted(found)]))
+        part = kept.with_suffix(".part")
+        part.write_text(json.dumps([dataclasses.astuple(mutant) for mutant in sorted(found)]))
+        part.rename(kept)
     return [Mutant(*fields) for fields in json.loads(kept.read_text())]
 
 
@@ -286,7 +287,7 @@ class Tree:
                         if (root / "src" / folder).is_dir()]
 
     def must(self, *command):
-        status, output = self.runner.run([str(word) for word in command], BUILD_SECONDS * 4)
+        status, output = self.runner.run([str(word) for word in command], seconds=None)
         if status != 0:
             sys.exit(f"{' '.join(map(str, command))} ended with {status}\n{output}")
         return output
@@ -322,9 +323,12 @@ class Tree:
     def test(self, command, properties, seconds):
         shutil.rmtree(self.home, ignore_errors=True)
         self.home.mkdir()
-        environment = os.environ | {"HOME": str(self.home), "TMPDIR": str(self.home)}
+        # A broken program must not find the developer's own files.
+        environment = {name: value for name, value in os.environ.items() if not name.startswith("XDG_")}
+        environment |= {"HOME": str(self.home), "TMPDIR": str(self.home)}
         environment |= dict(pair.split("=", 1) for pair in properties.get("ENVIRONMENT", []))
-        return self.runner.run(command, seconds, cwd=properties.get("WORKING_DIRECTORY", self.build_dir), env=environment)[0]
+        directory = properties.get("WORKING_DIRECTORY", self.build_dir)
+        return self.runner.run(command, seconds, cwd=directory, env=environment)[0]
 
     def measure(self, folder):
         """How long each test of the folder takes if nothing is broken; None if it fails all the same."""
@@ -348,7 +352,8 @@ class Tree:
         result = "same code"
         nearest = mutant.file.split("/")[1]
         for folder in sorted(self.folders, key=lambda folder: folder != nearest):
-            status, output = self.runner.run(["ninja", "-j1", "-C", self.build_dir, f"tests/{folder}/all"], BUILD_SECONDS)
+            build = ["ninja", "-j1", "-C", str(self.build_dir), f"tests/{folder}/all"]
+            status, output = self.runner.run(build, BUILD_SECONDS)
             if status != 0:
                 complaints = [line for line in output.splitlines() if "error" in line]
                 return "not compiled", (complaints or [f"ended with {status}"])[0]
@@ -358,7 +363,7 @@ class Tree:
                 result = "survived"
             tests = [test for test in self.tests[folder] if changed.intersection(test[2]) and seconds.get(test[0])]
             for name, command, _, properties in sorted(tests, key=lambda test: seconds[test[0]]):
-                status = self.test(command, properties, limit_seconds(seconds[name]))
+                status = self.test(command, properties, LIMIT_SECONDS + LIMIT_TIMES * seconds[name])
                 if status != 0:
                     return "out of time" if status is None else "killed", name
         return result, ""
@@ -387,9 +392,9 @@ class Record:
             if "mutant" in entry and (same_tests or entry["result"] not in ("survived", "out of time")):
                 self.results[Mutant(**entry["mutant"])] = entry["result"]
 
-    def add(self, mutant, result, told_by, seconds):
+    def add(self, mutant, result, told_by, took):
         self.results[mutant] = result
-        self.write({"mutant": dataclasses.asdict(mutant), "result": result, "told by": told_by, "seconds": seconds})
+        self.write({"mutant": dataclasses.asdict(mutant), "result": result, "told by": told_by, "took": took})
 
     def write(self, entry):
         with self.lock, self.path.open("a") as file:
@@ -458,8 +463,9 @@ def try_all(mutants, trees, record):
                 result, told_by = tree.try_mutant(mutant, record.seconds)
                 took = round(time.monotonic() - begun, 1)
                 record.add(mutant, result, told_by, took)
-                print(f"{len(record.results)}/{len(mutants)} {line_of(mutant, (tree.root / file).read_bytes())} {result} "
-                      f"after {took} s{f': {told_by}' if told_by else ''}", flush=True)
+                known = sum(mutant in record.results for mutant in mutants)
+                where = line_of(mutant, (tree.root / file).read_bytes())
+                print(f"{known}/{len(mutants)} {where} {result} after {took} s {told_by}".rstrip(), flush=True)
 
     # A file at a time, for what has not changed since the last mutant is not compiled again.
     share(trees, dict.fromkeys(mutant.file for mutant in mutants if mutant not in record.results), try_file)
