@@ -35,7 +35,7 @@ class InTemporaryDirectory(unittest.TestCase):
         (self.root / path).write_text(text)
 
 
-class WhatIsBroken(InTemporaryDirectory):
+class MutantsAreFound(InTemporaryDirectory):
     def mutants_of(self, text):
         """Each as the words that are replaced and what replaces them."""
         self.write("src/a/a.cpp", text)
@@ -115,7 +115,7 @@ int ended(int a) {
 ENDS = {"not compiled": 1, "same code": 1, "killed": 2, "out of time": 1, "survived": 1}
 
 
-class HowItIsTried(InTemporaryDirectory):
+class MutantsAreTried(InTemporaryDirectory):
     def setUp(self):
         super().setUp()
         for path, text in PROJECT.items():
