@@ -90,23 +90,30 @@ SDL_Rect usableBounds() {
 
 ui::SdlWindow openWindow(const ui::WindowGeometry& geometry) {
   return ui::SdlWindow(SDL_CreateWindow(kTitle, geometry.x, geometry.y, geometry.w, geometry.h,
-                                        SDL_WINDOW_SHOWN | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
+                                        SDL_WINDOW_HIDDEN | SDL_WINDOW_RESIZABLE | SDL_WINDOW_ALLOW_HIGHDPI));
+}
+
+int isNoMove(void* /*user*/, SDL_Event* event) {
+  return event->type != SDL_WINDOWEVENT || event->window.event != SDL_WINDOWEVENT_MOVED ? 1 : 0;
 }
 
 // A window manager may take the place a window is opened at for that of its frame, while SDL tells that of
 // its inside: the window would wander down by the height of its title bar at each start. Once it has its
-// frame, the inside is put where it was, and what was told of the first place forgotten.
+// frame, the inside is put where it was, and what was told of the first place forgotten. The window manager
+// may have given it another size or state as well: that stays.
 void placeInside(SDL_Window* window, const ui::WindowGeometry& geometry) {
   SDL_PumpEvents();
   SDL_SetWindowPosition(window, geometry.x, geometry.y);
   SDL_PumpEvents();
-  SDL_FlushEvent(SDL_WINDOWEVENT);
+  SDL_FilterEvents(isNoMove, nullptr);
 }
 
 // After the renderer is made: for it SDL may open another window in place of the first, and that one would
-// not know of a smallest size told to the first.
+// not know of a smallest size told to the first. Before it is shown: with the smallest size SDL asks for the
+// present one once more, and would undo what the window manager made of it.
 void arrangeWindow(SDL_Window* window, const ui::WindowGeometry& geometry, const store::Settings& settings) {
   SDL_SetWindowMinimumSize(window, store::kMinWindowW, store::kMinWindowH);
+  SDL_ShowWindow(window);
   if (geometry.isPlaced()) placeInside(window, geometry);
   if (settings.maximized) SDL_MaximizeWindow(window);
   if (settings.fullscreen) SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP);

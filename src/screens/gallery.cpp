@@ -31,12 +31,6 @@ constexpr const char* kCardKey = "gallery|";  // before the keys of the cards' t
 constexpr double kFanTileW = 56;
 constexpr double kFanGap = 36;  // from the foot of the middle tile to the text; the outer ones reach lower
 
-// The page that the player chose last, in this visit or an earlier one; -1 before the first choice.
-int& lastPage() {
-  static int g_lastPage = -1;
-  return g_lastPage;
-}
-
 void drawEmptyPage(const ui::Ctx& ctx, const ui::Rect& area) {
   constexpr double kTextH = 24;
   const double fanH = ui::kTileAspect * kFanTileW;
@@ -91,7 +85,7 @@ class Gallery : public ui::Screen {
 Gallery::Gallery()
     : solves(store::listSolves()),
       progressLevel(store::loadProgress().currentLevel),
-      page(lastPage() >= 0 ? lastPage() : pageOf(progressLevel)) {}
+      page(chosenPages().gallery.value_or(pageOf(progressLevel))) {}
 
 void Gallery::update(ui::Ctx& ctx) {
   const bool asking = confirmOpen;
@@ -121,7 +115,7 @@ void Gallery::drawBody(ui::Ctx& ctx, double top) {
 
 void Gallery::turnTo(int newPage) {
   page = newPage;
-  lastPage() = newPage;
+  chosenPages().gallery = newPage;
   scroll = 0;
 }
 

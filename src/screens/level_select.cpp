@@ -39,12 +39,6 @@ constexpr std::uint32_t kLockedCover = 0x061C14;
 constexpr double kLockedAlpha = 0.35;
 constexpr double kLockedMiniature = 0.5;  // its opacity: the padlock stands out from it
 
-// The page that the player chose last, also on an earlier visit; -1 before the first choice.
-int& lastPage() {
-  static int g_lastPage = -1;
-  return g_lastPage;
-}
-
 std::string counted(const char* key, int n) { return i18n::tr(key, {{"n", std::to_string(n)}}); }
 
 void drawPadlock(cairo_t* cr, double cx, double cy) {
@@ -117,7 +111,7 @@ class LevelSelect : public ui::Screen {
   std::map<std::string, ui::CairoSurface> miniatures;
 };
 
-LevelSelect::LevelSelect() : page(lastPage() >= 0 ? lastPage() : pageOf(career.progress.currentLevel)) {}
+LevelSelect::LevelSelect() : page(chosenPages().levels.value_or(pageOf(career.progress.currentLevel))) {}
 
 void LevelSelect::update(ui::Ctx& ctx) {
   std::optional<int> chosen;
@@ -126,11 +120,12 @@ void LevelSelect::update(ui::Ctx& ctx) {
     cards(ctx);
   });
   if (left) return ui::Game::instance().pop();
-  if (chosen) turnTo(lastPage() = *chosen);
+  if (chosen) turnTo(*chosen);
 }
 
 void LevelSelect::turnTo(int newPage) {
   page = newPage;
+  chosenPages().levels = newPage;
   scroll = 0;
   ui::gpuDropTextures(kCardKey, ui::kKeepNone);
 }

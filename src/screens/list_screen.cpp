@@ -83,6 +83,11 @@ void drawFan(const ui::Ctx& ctx, double top, double tileW) {
   ui::drawTileFan(ctx.cr, ctx.w / 2, top + kFanStand * tileW, tileW);
 }
 
+ChosenPages& chosenPages() {
+  static ChosenPages pages;
+  return pages;
+}
+
 int pageOf(int level) { return std::clamp((level - 1) / kLevelsPerPage, 0, kPages - 1); }
 
 std::optional<int> pageChips(ui::Ctx& ctx, int page, int marked) {

@@ -45,6 +45,14 @@ bool isInView(const ui::Rect& rect, const ui::Rect& view);
 // Draws the fan of tiles in the middle of the window's width; `top` is that of the tilted ones.
 void drawFan(const ui::Ctx& ctx, double top, double tileW);
 
+// The pages that the player has chosen last in each of the two lists, on an earlier visit too, until the
+// program ends; empty before the first choice.
+struct ChosenPages {
+  std::optional<int> levels;
+  std::optional<int> gallery;
+};
+ChosenPages& chosenPages();
+
 // The page, 0 to 9, on which a level lies; a level out of range lies on the nearest one.
 int pageOf(int level);
 

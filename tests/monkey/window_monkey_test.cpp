@@ -1,5 +1,6 @@
 // Real mouse and key events in a real window, at random, for VESKARA_MONKEY_SECONDS: the program ends only
-// when it is told to, and then well; its files stay whole. VESKARA_MONKEY_SEED sets the seed.
+// when it is told to, and then well; its files stay whole, and a saved game goes by a win or by a click.
+// VESKARA_MONKEY_SEED sets the seed.
 
 #include <gtest/gtest.h>
 
@@ -8,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <iterator>
 #include <optional>
 #include <random>
@@ -20,7 +22,9 @@
 #include "monkey/seed.h"
 #include "monkey/whole_files.h"
 #include "support/own_process.h"
+#include "window/data_files.h"
 #include "window/desktop.h"
+#include "window/witness.h"
 
 namespace {
 
@@ -60,8 +64,19 @@ class WindowMonkey {
     void (WindowMonkey::*run)();
   };
 
+  // A game that is kept, by what tells it from others; level 0 is none.
+  struct Kept {
+    int level = 0;
+    double deal = 0;
+
+    bool operator==(const Kept&) const = default;
+  };
+
   void start();
   void expectGoodEnd();
+  void accountForGame();
+  bool isStillThere() const;
+  static Kept keptIn(const window::DataFiles& files);
 
   void wander() { hand.move(anywhere()); }
   void click() { clickWith(1); }
@@ -87,7 +102,13 @@ class WindowMonkey {
   std::mt19937 random;
   Desktop desktop{window::kLatinKeyboard, window::kScreen};
   Hand hand;
+  support::TempDir scratch;
+  const std::string witness = scratch.path("witness");
   std::optional<Game> game;
+  Kept kept;           // when it was looked at last
+  int passBefore = 0;  // of this start's loop, before it was looked at
+  int solves = 0;
+  int solvesBefore = 0;  // before the kept game was first seen
   int actCount = 0;
   int startCount = 0;
 };
@@ -95,7 +116,11 @@ class WindowMonkey {
 void WindowMonkey::start() {
   // Every other time the game plays itself, so that it comes to the end of a level.
   const char* pace = ++startCount % 2 == 0 ? "" : "0.02";
-  game.emplace(desktop, std::vector<std::string>{}, window::Environment{{"VESKARA_AUTOPLAY", pace}});
+  passBefore = 0;
+  std::filesystem::remove(witness);
+  game.emplace(desktop, std::vector<std::string>{},
+               window::changed(window::preloading(desktop, VESKARA_WITNESS),
+                               {{"VESKARA_AUTOPLAY", pace}, {window::kWitnessVariable, witness}}));
   hand.takeWindow();
 }
 
@@ -116,15 +141,48 @@ void WindowMonkey::act() {
   while (choice >= act->weight) choice -= (act++)->weight;
   (this->*act->run)();
   ++actCount;
+  accountForGame();
   // A click on the game's own button ends it, too.
   if (!game->process().hasEnded()) return;
   expectGoodEnd();
+  accountForGame();
   start();
 }
 
 void WindowMonkey::end() {
   game->close();
   expectGoodEnd();
+  accountForGame();
+}
+
+// From outside nobody can tell to which screen a click came, nor whether it was meant for it: that is what
+// the monkey of frames knows. But a game that goes without a win goes in the very pass of the loop in which a
+// click is heard of: by a key, by the wheel, by another button or with the window none may go.
+void WindowMonkey::accountForGame() {
+  const int pass = window::testimonyIn(witness).passes;
+  const window::DataFiles files(desktop.dataPath());
+  const Kept now = keptIn(files);
+  if (now != kept && kept.level != 0 && !isStillThere()) {
+    const bool clicked = window::testimonyIn(witness).releasePass >= passBefore;
+    const bool won = window::DataFiles(desktop.dataPath()).totalSolves() > solvesBefore;
+    EXPECT_TRUE(clicked || won) << "the game of level " << kept.level << " went after " << actCount
+                                << " acts";
+  }
+  if (now != kept) solvesBefore = solves;
+  kept = now;
+  passBefore = pass;
+  solves = files.totalSolves();
+}
+
+// It may have been looked for while its file was being replaced.
+bool WindowMonkey::isStillThere() const {
+  constexpr std::chrono::seconds kReplacing{1};
+  return window::waitFor([this] { return keptIn(window::DataFiles(desktop.dataPath())) == kept; },
+                         kReplacing);
+}
+
+WindowMonkey::Kept WindowMonkey::keptIn(const window::DataFiles& files) {
+  return {files.game()["level"].asInt(0), files.game()["seed"].n};
 }
 
 void WindowMonkey::expectGoodEnd() {

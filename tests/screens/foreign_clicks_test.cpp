@@ -73,6 +73,15 @@ class ForeignClick : public testing::Test {
   void waitForFrames() {
     for (int i = 0; i < 3; ++i) stack.harness.frame();
   }
+  // The click leads to this screen, and the second of a double click leads no further.
+  void doubleClickLeadsTo(ScreenKind next, Point p) {
+    click(p);
+    ASSERT_EQ(Stack::top().kind, next);
+    stack.harness.frame();
+    clickFast(p);
+    waitForFrames();
+    EXPECT_EQ(Stack::top().kind, next);
+  }
   void expectMenuWithTheSavedGame() {
     waitForFrames();
     EXPECT_EQ(Stack::top().kind, ScreenKind::Menu);
@@ -130,12 +139,7 @@ TEST_F(ForeignClick, DoubleClickOnExitPlaysNoOtherLevel) {
   open({.kind = ScreenKind::LevelSelect});
   open({.kind = ScreenKind::Playing, .level = kSavedLevel, .deal = kSavedDeal});
   stack.harness.key(SDLK_SPACE);
-  click(*both);
-  ASSERT_EQ(Stack::top().kind, ScreenKind::LevelSelect);
-  stack.harness.frame();
-  clickFast(*both);
-  waitForFrames();
-  EXPECT_EQ(Stack::top().kind, ScreenKind::LevelSelect);
+  doubleClickLeadsTo(ScreenKind::LevelSelect, *both);
 }
 
 TEST_F(ForeignClick, DoubleClickOnMainMenuOpensNothingThere) {
@@ -144,12 +148,7 @@ TEST_F(ForeignClick, DoubleClickOnMainMenuOpensNothingThere) {
   const auto both = inBoth(mainMenu, plaque(MenuEntry::About));
   ASSERT_TRUE(both) << "they lie over one another";
   open({.kind = ScreenKind::Solved, .level = 1, .deal = 1, .tiles = 36});
-  click(*both);
-  ASSERT_EQ(Stack::top().kind, ScreenKind::Menu);
-  stack.harness.frame();
-  clickFast(*both);
-  waitForFrames();
-  EXPECT_EQ(Stack::top().kind, ScreenKind::Menu);
+  doubleClickLeadsTo(ScreenKind::Menu, *both);
 }
 
 TEST_F(ForeignClick, ReleaseAfterASliderWasLeftByEscapeContinuesNothing) {

@@ -226,7 +226,6 @@ TEST(PlayingTexts, OfTheActionsAreHardlyShrunkInAnyLanguage) {
       }
     }
   });
-  i18n::setLanguage("en");
 }
 
 TEST(PlayingTexts, FitTheirPlacesInEveryLanguage) {
@@ -242,7 +241,6 @@ TEST(PlayingTexts, FitTheirPlacesInEveryLanguage) {
       }
     }
   });
-  i18n::setLanguage("en");
   EXPECT_EQ(unmeasured, (std::vector<std::string>{"ja", "zh", "ko"}));
 }
 

@@ -46,8 +46,6 @@ class SettingsScreen : public testing::Test {
  protected:
   explicit SettingsScreen(int w = 1100, int h = 760)
       : stack({.kind = ScreenKind::About}, w, h), width(w), height(h) {
-    i18n::setLanguage("en");
-    settings() = {};
     ui::Game::instance().push({.kind = ScreenKind::Settings});
     stack.harness.frame();
     stack.harness.frame();
@@ -157,7 +155,6 @@ INSTANTIATE_TEST_SUITE_P(Window, SettingsLayout,
                          [](const auto& param) { return std::to_string(param.param.first); });
 
 TEST(SettingsRows, AreSpacedEvenly) {
-  i18n::setLanguage("en");
   const screens::SettingsLayout layout = layoutOf(1100);
   EXPECT_EQ(layout.fullscreen.y - layout.sound.y, 42);
   EXPECT_EQ(layout.help.y - layout.fullscreen.y, 50);
@@ -165,7 +162,6 @@ TEST(SettingsRows, AreSpacedEvenly) {
 }
 
 TEST(SettingsChips, FlowInRowsWithTheSameGaps) {
-  i18n::setLanguage("en");
   const screens::SettingsLayout layout = layoutOf(640);
   ASSERT_EQ(layout.chips.size(), 23U);
   for (std::size_t i = 1; i < layout.chips.size(); ++i) {

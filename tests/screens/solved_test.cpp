@@ -356,7 +356,6 @@ TEST(SolvedScreen, LooksAsPainted) {
         });
     EXPECT_TRUE(support::looksLike(cut.get(), std::string("solved_info_") + language));
   }
-  i18n::setLanguage("en");
 }
 
 // --- where it lies ---

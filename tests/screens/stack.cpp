@@ -23,11 +23,13 @@ void update(ui::Ctx& ctx) {
 
 Stack::Stack(const ui::GameState& first, int w, int h) : harness(update, w, h, support::Drawing::Textures) {
   ui::Game::instance().setFactory(screens::make);
-  // A screen that is still alive may ask for another in the same frame, and then wins.
+  // The screen of the test before may be alive. It may ask for another in the same frame, and then wins; and
+  // it writes down what it leaves.
   do {
     ui::Game::instance().resetTo(first);
     harness.frame(0);
   } while (!testing::Value(top(), Shows(first.kind, first.level, first.deal)));
+  data = support::DataHome();
 }
 
 }  // namespace test

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "support/temp_dir.h"
+#include "ui/draw.h"
 #include "ui/fonts.h"
 #include "ui/handles.h"
 
@@ -28,6 +29,19 @@ inline std::string familyTakenFor(const std::string& text) {
   return pango_font_description_get_family(taken.get());
 }
 
+// The text drawing keeps its layout from text to text, and with it the fonts of that layout's time, until it
+// draws on another context.
+inline void startNewTextLayout() {
+  const ui::CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
+  const ui::CairoContext one(cairo_create(surface.get()));
+  const ui::CairoContext other(cairo_create(surface.get()));
+  for (cairo_t* cr : {one.get(), other.get()}) {
+    double w = 0;
+    double h = 0;
+    ui::measureText(cr, "A", {}, w, h);
+  }
+}
+
 // Registers the font once for the process, in a cache directory of its own.
 inline bool registerGlyphFont() {
   static const TempDir cache;  // to the process's end: fontconfig keeps the path
@@ -35,7 +49,9 @@ inline bool registerGlyphFont() {
   unsetenv("VESKARA_ASSET_DIR");
   // A font map that texts before this one have used remembers the fonts of that time.
   pango_cairo_font_map_set_default(nullptr);
-  return ui::registerBundledFonts();
+  if (!ui::registerBundledFonts()) return false;
+  startNewTextLayout();
+  return true;
 }
 
 // A test of this kind paints tiles with the glyph font, or fails.

@@ -29,6 +29,14 @@ std::vector<std::string> serverCommand(Size screen) {
   return {"Xvfb", "-displayfd", "1", "-screen", "0", mode, "-nolisten", "tcp", "-noreset"};
 }
 
+std::string openboxConfig(const std::string& imposed) {
+  std::string config = support::readAll(VESKARA_OPENBOX_CONFIG);
+  if (!imposed.empty())
+    config.insert(config.rfind("</openbox_config>"),
+                  "<applications><application name=\"*\">" + imposed + "</application></applications>");
+  return config;
+}
+
 std::string displayOf(Child& server) {
   waitFor([&] { return server.output().ends_with('\n') || server.hasEnded(); });
   std::string number = server.output();
@@ -118,11 +126,12 @@ struct Desktop::Connection {
   Display* display;
 };
 
-Desktop::Desktop(const std::string& keyboard, Size screen)
+Desktop::Desktop(const std::string& keyboard, Size screen, const std::string& imposed)
     : server(serverCommand(screen), cleanEnvironment(home.path())),
       name(displayOf(server)),
-      windowManager({"openbox", "--sm-disable", "--config-file", VESKARA_OPENBOX_CONFIG},
-                    environmentOn(name, home.path())),
+      windowManager(
+          {"openbox", "--sm-disable", "--config-file", home.makeFile("openbox.xml", openboxConfig(imposed))},
+          environmentOn(name, home.path())),
       connection(std::make_unique<Connection>(name)) {
   waitForWindowManager();
   if (keyboard != kLatinKeyboard) switchKeyboard(keyboard);
@@ -322,6 +331,16 @@ void Game::click(Point at) const {
   moveMouse(at);
   pressButton();
   releaseButton();
+}
+
+void Game::doubleClick(Point at, std::chrono::milliseconds gap) const {
+  moveMouse(at);
+  Display* display = desktop.connection->display;
+  for (const auto delay : {0UL, static_cast<unsigned long>(gap.count())}) {
+    XTestFakeButtonEvent(display, kLeftButton, True, delay);
+    XTestFakeButtonEvent(display, kLeftButton, False, CurrentTime);
+  }
+  XSync(display, False);
 }
 
 void Game::rightClick(Point at) const {

@@ -3,6 +3,7 @@
 // Units: pixels; x right, y down.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -57,10 +58,12 @@ enum class Key : unsigned {
 };
 
 // An X display of that size with a window manager, and a keyboard of that layout, named as setxkbmap names
-// it, with its variant in brackets. Throws std::runtime_error when they do not come up.
+// it, with its variant in brackets. The window manager does to every window, as it shows it, what `imposed`
+// says in the words of an openbox rule. Throws std::runtime_error when they do not come up.
 class Desktop {
  public:
-  explicit Desktop(const std::string& keyboard = kLatinKeyboard, Size screen = kSmallScreen);
+  explicit Desktop(const std::string& keyboard = kLatinKeyboard, Size screen = kSmallScreen,
+                   const std::string& imposed = "");
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
   ~Desktop();
@@ -130,6 +133,8 @@ class Game {
   void pressButton() const;  // the left one
   void releaseButton() const;
   void click(Point at) const;
+  // The second press comes so long after the first release by the display's clock, however slow the test is.
+  void doubleClick(Point at, std::chrono::milliseconds gap) const;
   void rightClick(Point at) const;
   // One step, away from the user when positive.
   void turnWheel(int direction) const;

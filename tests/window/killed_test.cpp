@@ -10,7 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <ostream>
@@ -32,6 +31,7 @@ using window::Desktop;
 using window::Environment;
 using window::Game;
 using window::Testimony;
+using window::testimonyIn;
 using window::waitFor;
 
 using Milliseconds = std::chrono::milliseconds;
@@ -47,12 +47,6 @@ constexpr double kWon = 0.6;       // a pair that goes by itself is gone, howeve
 int killsPerPlayer() {
   const char* const wanted = std::getenv("VESKARA_TEST_KILLS");
   return (wanted == nullptr ? 10 : std::atoi(wanted)) / kPlayers;
-}
-
-Testimony testimonyIn(const std::string& path) {
-  Testimony testimony;
-  std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(&testimony), sizeof testimony);
-  return testimony;
 }
 
 int pairsLeft(const Value& game) {

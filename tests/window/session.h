@@ -33,6 +33,7 @@ struct Setup {
   Environment environment = {};
   std::string keyboard = kLatinKeyboard;
   Size screen = kSmallScreen;
+  std::string preload = {};  // a library that is loaded into the program first
   bool toTable = true;  // goes on from the menu at once; otherwise the test sees the program as it starts
 };
 
@@ -101,9 +102,14 @@ class Session {
   Session(std::shared_ptr<Desktop> on, const Setup& setup, Table shown)
       : place(std::move(on)),
         desktop(*place),
-        game(desktop, setup.arguments, setup.environment),
+        game(desktop, setup.arguments, environmentOf(setup)),
         table(std::move(shown)) {
     EXPECT_TRUE(!setup.toTable || continueFromMenu(game)) << "no way through the menu";
+  }
+
+  Environment environmentOf(const Setup& setup) const {
+    return setup.preload.empty() ? setup.environment
+                                 : changed(preloading(desktop, setup.preload), setup.environment);
   }
 };
 

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -130,39 +129,84 @@ TEST(Display, IsUsedWithoutOpenGlToo) {
 
 // --- the desktop around it ---
 
-TEST(Desktop, MaximisedWindowIsMaximisedAgainAfterFullScreen) {
-  Session session({.screen = kScreen, .toTable = false});
-  ASSERT_TRUE(session.showsMenu());
-  session.game.setMaximised(true);
-  const auto fills = [&] { return session.game.isMaximised() && session.game.size().w == kScreen.w; };
-  ASSERT_TRUE(waitFor(fills));
+// A window that is maximised at first, and what is remembered of it.
+class MaximisedWindow : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(session.showsMenu());
+    session.game.setMaximised(true);
+    ASSERT_TRUE(fillsScreen());
+  }
+  bool fillsScreen() const {
+    return waitFor([&] { return session.game.isMaximised() && session.game.size().w == kScreen.w; });
+  }
+  window::Members settingsAfterwards() {
+    quit(session.game);
+    return window::membersOf(session.desktop.dataPath("settings.json"));
+  }
+
+  Session session{{.screen = kScreen, .toTable = false}};
+};
+
+TEST_F(MaximisedWindow, IsMaximisedAgainAfterFullScreen) {
   const Size size = session.game.size();
   for (int i = 0; i < 2; ++i) {
     session.game.type(Key::F11);
     ASSERT_TRUE(waitFor([&] { return session.game.isFullscreen() && session.game.size() == kScreen; }));
     session.game.type(Key::F11);
     ASSERT_TRUE(waitFor([&] { return !session.game.isFullscreen() && session.game.size() == size; }));
-    ASSERT_TRUE(waitFor(fills));
+    ASSERT_TRUE(fillsScreen());
   }
-  quit(session.game);
-  const window::Members saved = window::membersOf(session.desktop.dataPath("settings.json"));
+  const window::Members saved = settingsAfterwards();
   EXPECT_EQ(saved.at(".maximized"), "true");
   EXPECT_EQ(saved.at(".windowW"), std::to_string(kFirstWindow.w));
   EXPECT_EQ(saved.at(".windowH"), std::to_string(kFirstWindow.h));
 }
 
-TEST(Desktop, MaximisedWindowIsMaximisedAgainAfterItWasMinimised) {
-  Session session({.screen = kScreen, .toTable = false});
-  ASSERT_TRUE(session.showsMenu());
-  session.game.setMaximised(true);
-  const auto fills = [&] { return session.game.isMaximised() && session.game.size().w == kScreen.w; };
-  ASSERT_TRUE(waitFor(fills));
+TEST_F(MaximisedWindow, IsMaximisedAgainAfterItWasMinimised) {
   session.game.minimise();
   session.game.restore();
-  ASSERT_TRUE(waitFor(fills));
+  ASSERT_TRUE(fillsScreen());
   EXPECT_TRUE(session.showsMenu());
-  quit(session.game);
-  EXPECT_EQ(window::membersOf(session.desktop.dataPath("settings.json")).at(".maximized"), "true");
+  EXPECT_EQ(settingsAfterwards().at(".maximized"), "true");
+}
+
+// A window whose manager imposes something on it as it shows it, where its place is known from an earlier run
+// and where it is not.
+class ImposedOnWindow : public testing::TestWithParam<const char*> {
+ protected:
+  // Shows the menu in it, and ends.
+  void run(const std::string& imposed) {
+    window::Desktop desktop(window::kLatinKeyboard, kScreen, imposed);
+    support::writeFile(desktop.dataPath("settings.json"), GetParam());
+    window::Game game(desktop);
+    ASSERT_TRUE(waitFor([&] { return window::isMenuShownIn(game.picture().get()); }));
+    size = game.size();
+    maximised = game.isMaximised();
+    quit(game);
+    saved = window::membersOf(desktop.dataPath("settings.json"));
+  }
+
+  Size size;
+  bool maximised = false;
+  window::Members saved;
+};
+INSTANTIATE_TEST_SUITE_P(Place, ImposedOnWindow, testing::Values("{}", R"({"windowX":100,"windowY":120})"),
+                         [](const auto& param) { return param.index == 0 ? "Unknown" : "Known"; });
+
+TEST_P(ImposedOnWindow, SizeIsKept) {
+  run("<size><width>900</width><height>600</height></size>");
+  EXPECT_EQ(size, (Size{900, 600}));
+  EXPECT_EQ(saved[".windowW"], "900");
+  EXPECT_EQ(saved[".windowH"], "600");
+}
+
+TEST_P(ImposedOnWindow, MaximisedStateIsKept) {
+  run("<maximized>yes</maximized>");
+  EXPECT_TRUE(maximised);
+  EXPECT_EQ(saved[".maximized"], "true");
+  EXPECT_EQ(saved[".windowW"], std::to_string(kFirstWindow.w));
+  EXPECT_EQ(saved[".windowH"], std::to_string(kFirstWindow.h));
 }
 
 TEST(Desktop, IsNotAskedToBypassItsCompositor) {
@@ -171,17 +215,11 @@ TEST(Desktop, IsNotAskedToBypassItsCompositor) {
 }
 
 TEST(Desktop, MayShowItsScreenSaver) {
-  window::Desktop desktop;
   const support::TempDir scratch;
-  Environment environment = window::preloading(desktop, VESKARA_WITNESS);
-  environment[window::kWitnessVariable] = scratch.path("witness");
-  const window::Game game(desktop, {}, environment);
-  EXPECT_TRUE(waitFor([&] {
-    window::Testimony testimony;
-    std::ifstream(scratch.path("witness"), std::ios::binary)
-        .read(reinterpret_cast<char*>(&testimony), sizeof testimony);
-    return testimony.screenSaver;
-  }));
+  const std::string witness = scratch.path("witness");
+  const Session session(
+      {.environment = {{window::kWitnessVariable, witness}}, .preload = VESKARA_WITNESS, .toTable = false});
+  EXPECT_TRUE(waitFor([&] { return window::testimonyIn(witness).screenSaver; }));
 }
 
 // --- the keyboard ---

@@ -65,15 +65,28 @@ void raiseSignalsAt(std::string_view path) {
 
 }  // namespace
 
-// Asked for once a frame, just before the game looks at the clock.
+// Asked for once in each pass of the loop, after its events and just before the game looks at the clock.
 extern "C" int SDL_GetRendererOutputSize(SDL_Renderer* renderer, int* w, int* h) {
   static const auto ask = original<int (*)(SDL_Renderer*, int*, int*)>("SDL_GetRendererOutputSize");
   static double last = now();
   const double time = now();
   testimony().played += std::min(time - last, kLongestFrame);
   last = time;
+  ++testimony().passes;
   testimony().screenSaver = SDL_IsScreenSaverEnabled() == SDL_TRUE;
   return ask(renderer, w, h);
+}
+
+extern "C" int SDL_PollEvent(SDL_Event* event) {
+  static const auto poll = original<int (*)(SDL_Event*)>("SDL_PollEvent");
+  const int got = poll(event);
+  if (got == 0 || event->type != SDL_MOUSEBUTTONUP || event->button.button != SDL_BUTTON_LEFT) return got;
+  const double time = now();
+  testimony().sinceRelease = time - testimony().releasedAt;
+  testimony().releasedAt = time;
+  ++testimony().releases;
+  testimony().releasePass = testimony().passes + 1;
+  return got;
 }
 
 extern "C" int rename(const char* from, const char* to) noexcept {

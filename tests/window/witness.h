@@ -1,7 +1,10 @@
 // witness.h: what a program that is about to be killed has told about itself: how long it has played by the
-// clock that counts for the game, and when it saved last. Written by witness.cpp, which is preloaded into the
-// game, into a file that outlives it. Units: seconds.
+// clock that counts for the game, when it saved last, and what it hears of the mouse. Written by witness.cpp,
+// which is preloaded into the game, into a file that outlives it. Units: seconds.
 #pragma once
+
+#include <fstream>
+#include <string>
 
 namespace window {
 
@@ -16,6 +19,18 @@ struct Testimony {
   double playedAtSave = 0;
   int saves = 0;             // times that save.json was put in place
   bool screenSaver = false;  // it may come
+  int passes = 0;            // of its loop
+  int releases = 0;          // of the left button that it has heard of
+  double releasedAt = 0;     // when it heard of the last one, and how long after the one before
+  double sinceRelease = 0;
+  int releasePass = 0;  // the pass of the loop in which it works
 };
+
+// What such a file says now.
+inline Testimony testimonyIn(const std::string& path) {
+  Testimony testimony;
+  std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(&testimony), sizeof testimony);
+  return testimony;
+}
 
 }  // namespace window
