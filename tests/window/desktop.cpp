@@ -31,9 +31,10 @@ std::vector<std::string> serverCommand(Size screen) {
 
 std::string openboxConfig(const std::string& imposed) {
   std::string config = support::readAll(VESKARA_OPENBOX_CONFIG);
-  if (!imposed.empty())
+  if (!imposed.empty()) {
     config.insert(config.rfind("</openbox_config>"),
                   "<applications><application name=\"*\">" + imposed + "</application></applications>");
+  }
   return config;
 }
 
