@@ -77,9 +77,10 @@ TEST(FrameCanvas, ShowsWhateverWasDrawnAndNothingOfTheFramesBefore) {
       double x, y, w, h, alpha;
     };
     std::vector<Shape> shapes;
-    for (unsigned i = random() % 4; i > 0; --i)
+    for (unsigned i = random() % 4; i > 0; --i) {
       shapes.push_back({below(kPictureW), below(kPictureH), below(kPictureW) + 1,
                         below(i == 1 ? 3 : kPictureH) + 0.5, below(256) / 255});
+    }
     const auto draw = [&shapes](cairo_t* cr) {
       for (const Shape& shape : shapes) {
         cairo_set_source_rgba(cr, 0.25, 0.75, 1, shape.alpha);
