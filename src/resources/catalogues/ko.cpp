@@ -46,7 +46,7 @@ const Entry kEntries_ko[] = {
     {"settings.quit", "게임 종료"},
     {"settings.resetProgress", "진행 상황 초기화"},
     {"settings.resetProgressConfirmBody",
-     "잠금 해제한 레벨과 최고 기록은 물론 저장된 업적 이미지까지 모두 영구적으로 사라집니다. 이 작업은 "
+     "잠금 해제한 레벨과 최고 기록은 물론 저장된 업적 이미지도 모두 영구적으로 사라집니다. 이 작업은 "
      "되돌릴 수 없습니다."},
     {"settings.resetProgressConfirmNo", "취소"},
     {"settings.resetProgressConfirmTitle", "진행 상황을 초기화할까요?"},
