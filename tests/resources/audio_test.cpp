@@ -233,6 +233,26 @@ TEST(AudioFiles, BuiltInOnesAreHeardSampleBySample) {
             "");
 }
 
+TEST(AudioFiles, BuiltInMusicGoesOnAtItsSeamSampleBySample) {
+  EXPECT_EQ(inOwnProcess([] {
+              unsetenv("VESKARA_ASSET_DIR");
+              PipedDevice device;
+              audio::init();
+              audio::setMusicVolume(1);
+              const Samples file = decoded(sourceFile(kMusic));
+              audio::startMusic();
+              Mix_SetMusicPosition(static_cast<double>(file.size()) / 2 / 44100 - 2);
+              const Samples heard = device.listen(4 * 44100 + kLatency);
+              const auto lastSecond = file.end() - 2 * 44100;
+              const auto found = std::search(heard.begin(), heard.end(), lastSecond, file.end());
+              if (found == heard.end()) return "its end is not heard";
+              const Samples after(found + (file.end() - lastSecond), heard.end());
+              if (after.size() < 44100) return "too little is heard after its end";
+              return std::equal(after.begin(), after.end(), file.begin()) ? "" : "it does not begin at once";
+            }),
+            "");
+}
+
 // A signal may end the program in the midst of everything.
 TEST(AudioDeathTest, MayBeShutDownWhenTheProgramHasEnded) {
   const auto endWhilePlaying = [] {
