@@ -1,4 +1,5 @@
-"""Loudness after ITU-R BS.1770: the gated loudness of a piece, the level of a sound's loudest moment.
+"""Loudness after ITU-R BS.1770 and EBU R 128: the gated loudness of a piece and its range, the level of a sound's
+loudest moment, the true peak.
 
 Takes what synth.py calls a sound, stereo unless a function says otherwise. Results are LUFS: decibels of the
 K-weighted power, channels added, less 0.691.
@@ -17,8 +18,9 @@ HIGHPASS_HZ, HIGHPASS_Q = 38.13547087602444, 0.5003270373238773
 OFFSET = -0.691
 SILENCE = -200.0
 
-# Effects are compared by their loudest 50 ms: about the time of a tap, and what makes one start.
-MOMENT = 0.05
+# A moment, and what EBU Tech 3341 calls short term. An ear adds up what it hears within about a moment.
+MOMENT = 0.4
+SHORT_TERM = 3.0
 
 
 def k_weighted(sound):
@@ -46,16 +48,38 @@ def lufs(power):
     return OFFSET + 10.0 * np.log10(power) if power > 0.0 else SILENCE
 
 
+def levels(sound, seconds, step=0.1):
+    """LUFS of the windows of this length that lie within the sound."""
+    powers = window_powers(stereo(sound), seconds, step)
+    powers = powers[:max(1, 1 + (len(sound) - samples(seconds)) // samples(step))]
+    return OFFSET + 10.0 * np.log10(np.maximum(powers, 1e-20))
+
+
 def loudest_moment(sound):
-    """Loudness of the loudest 50 ms. A mono sound counts as the game plays it: from both speakers."""
+    """Loudness of the loudest 400 ms. A mono sound counts as the game plays it: from both speakers."""
     return lufs(np.max(window_powers(stereo(sound), MOMENT, 0.001)))
+
+
+def gated(loudness, below):
+    """Windows that count: not silent, and not so far below the mean of the others."""
+    powers = 10.0 ** (loudness[loudness > -70.0] / 10.0)
+    return 10.0 * np.log10(powers[powers > np.mean(powers) * 10.0 ** (-below / 10.0)])
 
 
 def integrated(sound):
     """Loudness of a whole piece: windows of 400 ms, save silent ones and those 10 LU below the others."""
-    width, step = 0.4, 0.1
-    powers = window_powers(stereo(sound), width, step)
-    powers = powers[:1 + (len(sound) - samples(width)) // samples(step)]
-    powers = powers[powers > 10.0 ** ((-70.0 - OFFSET) / 10.0)]
-    powers = powers[powers > 0.1 * np.mean(powers)]
-    return lufs(np.mean(powers))
+    return 10.0 * np.log10(np.mean(10.0 ** (gated(levels(sound, MOMENT), 10.0) / 10.0)))
+
+
+def loudness_range(sound):
+    """EBU Tech 3342: from the 10th to the 95th percentile of the short-term loudness, LU."""
+    low, high = np.percentile(gated(levels(sound, SHORT_TERM), 20.0), (10, 95))
+    return high - low
+
+
+def true_peak(sound):
+    """The highest point of the wave between the samples as well, dBTP."""
+    padded = np.vstack([stereo(sound), np.zeros((RATE, 2))])
+    highest = max(np.max(np.abs(signal.resample_poly(padded[first:first + 11 * RATE], 4, 1, axis=0)))
+                  for first in range(0, len(sound), 10 * RATE))
+    return 20.0 * np.log10(highest)

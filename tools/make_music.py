@@ -2,54 +2,96 @@
 """Makes the music, assets/audio/bgm_calm.ogg: plays the piece written in calm_score.py.
 
 Run:    /usr/bin/python3 tools/make_music.py [output.ogg]
-Needs:  Debian's python3-numpy, python3-scipy and vorbis-tools; takes about two minutes. The same packages
-        give the same music.
+Needs:  Debian's python3-numpy, python3-scipy and vorbis-tools; takes about two minutes on two cores. The same
+        packages give the same music.
 
-A zither leads, a flute answers and sings the middle sections; a harp, a bass string, a held chord and a bowl
-carry them. The piece is laid on a ring: what rings past the end, notes and reverberation alike, comes in at
-the beginning, so the loop has no seam to be heard. The file begins in the breath before the first bar, where
-the music is softest.
+A zither and a flute share the two subjects; a harp, a bass string, a held chord and a bowl carry them by turns.
+The piece is laid on a ring: what rings past the end, notes and reverberation alike, comes in at the beginning, so
+the loop has no seam to be heard. The file begins in the breath before the first bar, where the music is softest.
 """
 
 import sys
+from dataclasses import dataclass
+from multiprocessing import Pool
 from pathlib import Path
 
 import numpy as np
-from scipy import signal
+from scipy import fft, ndimage, signal
 
 import calm_score as score
-from loudness import integrated
-from synth import (BOWL, RATE, clock, contact_noise, decay, faded, in_room_circular, note, room, samples,
-                   struck, write_ogg)
+from loudness import MOMENT, OFFSET, integrated, k_weighted
+from synth import (BOWL, LN_60_DB, RATE, circular, clock, contact_noise, decay, faded, midi, mix, note, room,
+                   samples, struck, write_ogg)
 
 DEFAULT_OUTPUT = Path(__file__).resolve().parent.parent / "assets/audio/bgm_calm.ogg"
-QUALITY = 5
+QUALITY = 3.8
 SERIAL = 100
+PROCESSES = 2
 
-BEAT = 60.0 / 64.0
-LENGTH = score.BAR_COUNT * score.BEATS_A_BAR * BEAT
-LOUDNESS = -20.0
+LOUDNESS = -17.0
+# No moment is louder than the whole by more than this, in LU.
+LOUDEST_MOMENT = 4.4
+# Samples are held below this; between them, and behind the encoder, the wave goes a little higher.
+CEILING = 10.0 ** (-4.2 / 20.0)
+SHELF_HZ = 3000.0
+SHELF_DB = 3.0
 
 # The file begins this long before the first beat.
 UPBEAT = 0.8
 
-# Each phrase of four bars presses on a little and settles: so far, in seconds, the beat leaves the even
-# pulse.
-PHRASE_BEATS = 16
-RUBATO = 0.05
+# A phrase presses on towards its middle and holds back at its end, most at the end of a section: shares of the
+# tempo.
+PRESS = 0.05
+HOLD = 0.09
+HOLD_AT_END = 0.17
+HOLD_BEATS = 2.0
 # How far hands are from a machine: standard deviations, in seconds and as a share of the force.
 TIMING = 0.008
 FORCE = 0.06
 
+STEPS_A_BEAT = 24
+# An overtone that begins softer than this, as a share of full scale, is left out.
+INAUDIBLE = 0.0003
+# Curves by which a flute is blown are computed for each so many samples.
+CONTROL = 16
+
+
+def eased(times, begin, end):
+    """From 0 to 1 between two times, without a corner at either."""
+    return 0.5 - 0.5 * np.cos(np.pi * np.clip((times - begin) / (end - begin), 0.0, 1.0))
+
+
+def tempo_map():
+    """The time of each step of the piece, from the first beat on."""
+    seconds = []
+    for _, inside, section in score.bars():
+        steps = np.arange(score.BEATS_A_BAR * STEPS_A_BEAT) / STEPS_A_BEAT
+        phrase = score.BEATS_A_BAR * section.phrase
+        whole = score.BEATS_A_BAR * len(section.chords)
+        beat = steps + score.BEATS_A_BAR * inside
+        length = np.minimum(phrase, whole - beat // phrase * phrase)
+        place = beat % phrase
+        last = beat // phrase * phrase + length >= whole
+        pace = 1.0 + PRESS * np.sin(np.pi * place / length)
+        pace -= np.where(last, HOLD_AT_END, HOLD) * eased(place, length - HOLD_BEATS, length)
+        seconds.append(60.0 / section.tempo / pace / STEPS_A_BEAT)
+    return np.concatenate([[0.0], np.cumsum(np.concatenate(seconds))])
+
+
+TIMES = tempo_map()
+# Some thousandths of a second more make a length whose Fourier transform is quick.
+LENGTH = fft.next_fast_len(samples(TIMES[-1]), real=True)
+
 
 def at(beat):
     """Time of a beat in the file, seconds; before 0 or past the end it is meant around the ring."""
-    return UPBEAT + BEAT * beat + RUBATO * np.sin(2 * np.pi * beat / PHRASE_BEATS)
+    return UPBEAT + np.interp(float(beat), np.arange(len(TIMES)) / STEPS_A_BEAT, TIMES)
 
 
 def force(rng, beat, section):
     """How hard a note is played: by section, by its place in the phrase, by its beat, and by chance."""
-    arch = 0.9 + 0.14 * np.sin(np.pi * (beat % PHRASE_BEATS) / PHRASE_BEATS)
+    phrase = section.phrase * score.BEATS_A_BAR
+    arch = 0.9 + 0.14 * np.sin(np.pi * float(beat % phrase) / phrase)
     accent = 1.04 if beat % score.BEATS_A_BAR == 0 else 1.0
     return section.level * arch * accent * (1.0 + FORCE * rng.standard_normal())
 
@@ -58,61 +100,158 @@ class Ring:
     """A stereo track whose end is its beginning."""
 
     def __init__(self):
-        self.track = np.zeros((samples(LENGTH), 2))
+        self.track = np.zeros((LENGTH, 2))
 
     def add(self, start, sound, pan=0.0):
         """Lays a mono sound at a time; pan -1 is left, 1 right, with equal power."""
         angle = (pan + 1.0) * np.pi / 4.0
-        places = (samples(start) + np.arange(len(sound))) % len(self.track)
+        places = (samples(start) + np.arange(len(sound))) % LENGTH
         self.track[places] += np.sqrt(2.0) * sound[:, None] * np.array([np.cos(angle), np.sin(angle)])
 
 
-def eased(times, begin, end):
-    """From 0 to 1 between two times, without a corner at either."""
-    return 0.5 - 0.5 * np.cos(np.pi * np.clip((times - begin) / (end - begin), 0.0, 1.0))
+def wave(turns):
+    """A sine, given in turns: exact to 120 dB, and computed in a third of the time of one of double precision."""
+    return np.sin(2 * np.pi * (turns - np.rint(turns)).astype(np.float32))
 
 
-def string(rng, pitch, strength, ring=3.5, pluck=0.17, softness=0.07, slide=False, vibrato=False):
+@dataclass(frozen=True)
+class Strings:
+    """What tells one plucked instrument from another."""
+    ring: float  # T60 of the fundamental at 220 Hz
+    damping: float  # how much sooner each overtone dies than the one below it
+    slope: float  # how fast the overtones get softer: the power of their number
+    cutoff: float  # where the overtones fall by a factor e when the string is played with full force
+    stiffness: float  # how far they are stretched
+    pluck: tuple  # where along the string it is plucked: from, to
+    pick: tuple  # level, lowest and highest frequency of the plucking noise
+    body: tuple  # modes of the body: frequency, gain
+
+
+ZITHER = Strings(ring=4.4, damping=0.025, slope=0.6, cutoff=5200.0, stiffness=0.00013, pluck=(0.12, 0.18),
+                 pick=(0.09, 700, 4500),
+                 body=((236, 0.5), (318, 0.7), (407, 0.6), (494, 0.5), (596, 0.55), (718, 0.4), (866, 0.4)))
+HARP = Strings(ring=1.9, damping=0.09, slope=1.0, cutoff=1150.0, stiffness=0.00003, pluck=(0.15, 0.22),
+               pick=(0.05, 300, 1800),
+               body=((184, 0.7), (231, 0.6), (297, 0.55), (389, 0.5), (512, 0.4), (655, 0.3)))
+BASS = Strings(ring=3.0, damping=0.14, slope=1.3, cutoff=380.0, stiffness=0.00006, pluck=(0.17, 0.22),
+               pick=(0.05, 180, 900),
+               body=((181, 0.6), (214, 0.5), (263, 0.5), (331, 0.4), (428, 0.3), (560, 0.2)))
+
+
+def string(rng, kind, frequency, strength, slide=False, vibrato=False):
     """A plucked string: stiff, so its partials spread; the plucking place silences some of them; a soft touch
-    lacks the high ones. `slide` begins a whole tone lower, `vibrato` presses the string once the note has
-    settled."""
-    times = clock(1.35 * ring)
-    cents = 5.0 * decay(times, 0.25)
+    lacks the high ones and the noise. `slide` begins a whole tone lower, `vibrato` presses the string once the
+    note has settled."""
+    life = kind.ring * (220.0 / frequency) ** 0.35
+    times = clock(1.3 * life)
+    cents = 5.0 * strength * decay(times, 0.25)
     if slide:
         cents -= 200.0 * (1.0 - eased(times, 0.07, 0.19))
     if vibrato:
-        cents += 13.0 * eased(times, 0.45, 1.05) * np.sin(2 * np.pi * 4.6 * (times - 0.45))
-    frequency = note(pitch)
-    phase = 2 * np.pi * frequency * np.cumsum(2.0 ** (cents / 1200.0)) / RATE
+        begin, rate = rng.uniform(0.35, 0.6), rng.uniform(4.2, 5.0)
+        cents += rng.uniform(7.0, 15.0) * eased(times, begin, begin + 0.6) * np.sin(
+            2 * np.pi * rate * (times - begin))
+    turns = frequency * np.cumsum(2.0 ** (cents / 1200.0)) / RATE
+    pluck = rng.uniform(*kind.pluck)
+    cutoff = kind.cutoff * strength ** 1.5
     sound = np.zeros(len(times))
-    for number in range(1, min(26, int(9000 / frequency)) + 1):
-        stretch = number * np.sqrt(1.0 + 0.0001 * number ** 2)
-        level = np.sin(np.pi * number * pluck) / number * np.exp(-number * softness * (2.0 - strength))
-        life = ring * (220.0 / frequency) ** 0.3 / (1.0 + 0.06 * number + 0.01 * number ** 2)
-        # The string swings in two planes; the second, a hair out of tune, outlives the first.
-        sound += level * (0.8 * np.sin(stretch * phase) * decay(times, life)
-                          + 0.2 * np.sin(1.0006 * stretch * phase) * decay(times, 1.6 * life))
-    sound *= strength * (1.0 - np.exp(-times / 0.002))
-    pick = contact_noise(rng, 500, 2600, 0.03, 0.08, 0.002)
-    sound[:len(pick)] += 0.05 * strength * pick
-    return faded(sound, fade_out=0.3 * ring)
+    for number in range(1, min(30, int(11000 / frequency)) + 1):
+        level = np.sin(np.pi * number * pluck) / number ** kind.slope * np.exp(-(number - 1) * frequency / cutoff)
+        if abs(level) < INAUDIBLE:
+            continue
+        t60 = life / (1.0 + kind.damping * (number - 1) + 0.006 * (number - 1) ** 2)
+        heard = min(len(times), samples(t60))
+        swing = number * np.sqrt(1.0 + kind.stiffness * number ** 2) * turns[:heard]
+        sound[:heard] += 0.8 * level * wave(swing) * decay(times[:heard].astype(np.float32), t60)
+        if number <= 4:
+            # The string swings in two planes; the second, a hair out of tune, outlives the first.
+            swing = 1.0006 * number * turns
+            sound += 0.2 * level * wave(swing) * decay(times.astype(np.float32), 1.6 * t60)
+    sound *= 1.0 - np.exp(-times / 0.0015)
+    level, low, high = kind.pick
+    pick = contact_noise(rng, low, high, 0.03, 0.08, 0.002)
+    sound[:len(pick)] += level * strength * pick
+    return strength * faded(sound, fade_out=0.3 * life)
 
 
-def flute(rng, pitch, seconds, strength):
-    """An end-blown flute: few overtones, a breath of noise, a vibrato that comes late."""
-    times = clock(seconds + 0.25)
-    swell = eased(times, 0.0, 0.14) * (1.0 - eased(times, seconds - 0.05, seconds + 0.25))
-    swell *= 0.86 + 0.14 * np.sin(np.pi * np.clip(times / seconds, 0.0, 1.0))
-    late = eased(times, 0.5, 1.4)
-    sway = np.sin(2 * np.pi * (4.5 + 0.3 * rng.random()) * times)
-    cents = 9.0 * late * sway - 25.0 * decay(times, 0.18)
-    frequency = note(pitch)
-    phase = 2 * np.pi * frequency * np.cumsum(2.0 ** (cents / 1200.0)) / RATE
-    overtones = ((1, 1.0), (2, 0.26 * strength), (3, 0.13 * strength), (4, 0.03), (5, 0.015))
-    tone = sum(level * np.sin(number * phase + number) for number, level in overtones)
-    band = signal.butter(2, [0.8 * frequency, 3.2 * frequency], "bandpass", fs=RATE, output="sos")
-    breath = signal.sosfilt(band, rng.standard_normal(len(times)))
-    return strength * swell * (tone * (1.0 + 0.06 * late * sway) + 0.035 * breath)
+def with_body(track, modes):
+    """The track as the body of the instrument gives it back: stronger where the body swings along."""
+    times = clock(0.3)
+    response = np.zeros((len(times), 1))
+    for number, (frequency, gain) in enumerate(modes):
+        t60 = 26.0 / frequency
+        swing = (-1.0) ** number * 2.0 * gain * LN_60_DB / (t60 * RATE)
+        response[:, 0] += swing * np.sin(2 * np.pi * frequency * times) * decay(times, t60)
+    response[0] += 1.0
+    return circular(track, response)
+
+
+@dataclass(frozen=True)
+class Blown:
+    """One note of a flute's phrase: seconds from the phrase's beginning, and how it is played."""
+    start: float
+    end: float
+    pitch: float
+    strength: float
+    tongued: bool
+    flicked: bool
+
+
+# The noise of the breath as a share of the tone, 24 dB below it, and that of an attack.
+BREATH = 10.0 ** (-24.0 / 20.0)
+CHIFF = 0.16
+# A phrase's sound begins this long before its first note.
+LEAD = 0.1
+
+
+def blown_note(rng, times, blown, before, after):
+    """What a note adds to the curves of its phrase: to the pitch, in half steps, to the breath, and to the sway that
+    the vibrato gives the breath. The vibrato comes late and is never the same."""
+    start, end = blown.start, blown.end
+    pitch = (blown.pitch - before.pitch) * eased(times, start - 0.02, start + 0.035) if before else 0.0 * times
+    if blown.tongued and rng.random() < 0.35:
+        pitch -= rng.uniform(0.15, 0.45) * decay(np.maximum(times - start, 0), 0.2) * (times >= start - 0.02)
+    if blown.flicked:
+        pitch += 2.0 * eased(times, start - 0.01, start + 0.01) * (1.0 - eased(times, start + 0.06, start + 0.085))
+
+    # A note swells, or sinks, or does the one and then the other.
+    place = np.clip((times - start) / (end - start), 0.0, 1.0)
+    shape = 1.0 + rng.uniform(-0.14, 0.1) * place + rng.uniform(0.0, 0.16) * np.sin(np.pi * place)
+    attack = rng.uniform(0.05, 0.11) if blown.tongued else 0.06
+    release = 0.06 if after else 0.2
+    ending = end - (0.12 if not after else 0.04 if after.tongued else 0.0)
+    breath = blown.strength * shape * eased(times, start - 0.5 * attack, start + 0.5 * attack)
+    breath *= 1.0 - eased(times, ending - 0.5 * release, ending + 0.5 * release)
+
+    sway = 0.0 * times
+    if end - start > 0.85:
+        begin = start + rng.uniform(0.3, 0.75)
+        late = eased(times, begin, begin + 0.7) * (1.0 - eased(times, end - 0.15, end))
+        sway = late * np.sin(2 * np.pi * rng.uniform(4.2, 5.4) * (times - begin))
+        pitch += rng.uniform(0.05, 0.14) * sway
+        sway *= rng.uniform(0.03, 0.09)
+    return np.array([pitch, breath, sway])
+
+
+def flute(rng, phrase):
+    """A phrase of an end-blown flute in one breath: the pitch glides through the slurs, tongued notes begin with a
+    short chiff, a few are scooped. Begins LEAD before the phrase."""
+    seconds = phrase[-1].end + LEAD + 0.4
+    times = clock(seconds) - LEAD
+    coarse = times[::CONTROL]
+    curves = sum(blown_note(rng, coarse, blown, before, after)
+                 for before, blown, after in zip((None, *phrase), phrase, (*phrase[1:], None)))
+    pitch, breath, sway = (np.interp(times, coarse, curve) for curve in curves)
+    breath *= 1.0 + sway
+    phase = 2 * np.pi * np.cumsum(440.0 * 2.0 ** ((phrase[0].pitch + pitch - 69.0) / 12.0)) / RATE
+    tone = breath * (np.sin(phase) + 0.28 * breath * np.sin(2 * phase + 2) + 0.17 * breath ** 2 * np.sin(3 * phase + 3)
+                     + 0.05 * breath ** 2 * np.sin(4 * phase + 4) + 0.025 * breath ** 3 * np.sin(5 * phase + 5))
+    band = signal.butter(1, [500, 5000], "bandpass", fs=RATE, output="sos")
+    air = signal.sosfilt(band, rng.standard_normal(len(times))) * breath
+    air *= BREATH * np.sqrt(np.sum(tone ** 2) / np.sum(air ** 2))
+    chiffs = mix(seconds, *((blown.start + LEAD - 0.03, CHIFF * blown.strength,
+                             contact_noise(rng, 1200, 5000, 0.05, 0.09, 0.004)) for blown in phrase if blown.tongued))
+    return tone + air + chiffs
 
 
 def held(rng, pitch, seconds):
@@ -125,91 +264,202 @@ def held(rng, pitch, seconds):
     for cents in (-4.0, 0.5, 4.5):
         frequency = note(pitch) * 2.0 ** (cents / 1200.0)
         breathing = 0.8 + 0.2 * np.sin(2 * np.pi * (rng.uniform(0.07, 0.16) * times + rng.random()))
-        tone = sum(number ** -1.9 * np.sin(2 * np.pi * (number * frequency * times + rng.random()))
-                   for number in range(1, 8))
+        tone = sum(number ** -1.9 * wave(number * frequency * times + rng.random()) for number in range(1, 8))
         players.append(envelope * breathing * tone)
     return players
 
 
-def zither_part(rng):
-    ring = Ring()
-    for written, section in score.melody("zither"):
-        strength = force(rng, written.start, section)
-        start = at(written.start) + TIMING * rng.standard_normal()
-        ring.add(start, string(rng, written.pitch, strength, slide=written.mark == "/",
-                               vibrato=written.beats >= 1.5), 0.12)
-        if written.mark == "+":
-            lower = written.pitch[:-1] + str(int(written.pitch[-1]) - 1)
-            ring.add(start - 0.025, 0.6 * string(rng, lower, strength), 0.02)
-    return ring.track
+# Each part is a list of notes, played by a function that gives back what to lay where: (start, sound, pan). Each
+# note has random numbers of its own, so that a changed bar leaves the others as they were.
+
+PLUCKS_A_BEAT = 7
+HALF_STEP_ABOVE = ("C#", "F#")
 
 
-def flute_part(rng):
-    ring = Ring()
+def zither_notes():
+    return list(score.melody("zither"))
+
+
+def play_zither(rng, played):
+    written, section = played
+    strength = force(rng, written.start, section)
+    start = at(written.start) + TIMING * rng.standard_normal()
+    frequency = note(written.pitch)
+    if written.mark == "*":
+        count = int(written.beats * PLUCKS_A_BEAT)
+        for number in range(count):
+            when = at(written.start + written.beats * number / count) + TIMING * rng.standard_normal()
+            growing = strength * (0.22 + 0.28 * number / count)
+            yield when, string(rng, ZITHER, frequency, growing)[:samples(1.2)], 0.12
+        return
+    if written.mark == "o":
+        # What is touched in the middle rings an octave higher, and soft.
+        soft = Strings(**{**vars(ZITHER), "cutoff": 700.0, "ring": 6.0})
+        yield start, 1.1 * string(rng, soft, frequency, strength, vibrato=True), 0.12
+        return
+    if written.mark == "^":
+        step = 1 if written.pitch[:-1] in HALF_STEP_ABOVE else 2
+        short = string(rng, ZITHER, frequency * 2.0 ** (step / 12.0), 0.7 * strength)[:samples(0.16)]
+        yield start - 0.09, faded(short, fade_out=0.07), 0.12
+    yield start, string(rng, ZITHER, frequency, strength, slide=written.mark == "/",
+                        vibrato=written.beats >= 1.5), 0.12
+    if written.mark == "+":
+        yield start - 0.025, 0.6 * string(rng, ZITHER, frequency / 2, strength), 0.02
+
+
+def flute_notes():
+    """The flute's phrases, each in one breath: it breathes in rests, and after a long note."""
+    phrases = []
     for written, section in score.melody("flute"):
-        seconds = at(written.start + written.beats) - at(written.start)
-        start = at(written.start) + TIMING * rng.standard_normal() - 0.04
-        ring.add(start, flute(rng, written.pitch, seconds, force(rng, written.start, section)), -0.22)
-    return ring.track
+        before = phrases[-1][-1][0] if phrases else None
+        if before and before.start + before.beats == written.start and before.beats < 2:
+            phrases[-1].append((written, section))
+        else:
+            phrases.append([(written, section)])
+    return phrases
 
 
-def harp_part(rng):
-    ring = Ring()
-    for number, inside, section in score.bars():
-        patterns = score.HARP[section.harp]
-        for beat, index in patterns[inside % len(patterns)]:
-            pitch = score.chord_at(section, inside, beat)[2].split()[index]
-            where = number * score.BEATS_A_BAR + beat
-            sound = string(rng, pitch, 0.8 * force(rng, where, section), ring=2.4, pluck=0.38, softness=0.2)
-            ring.add(at(where) + TIMING * rng.standard_normal(), sound, -0.45 + 0.18 * index)
-    return ring.track
+def play_flute(rng, phrase):
+    """Steps are slurred; leaps and repeated notes are tongued."""
+    start = at(phrase[0][0].start) + TIMING * rng.standard_normal() - 0.03
+    blown = []
+    for written, section in phrase:
+        pitch = midi(written.pitch)
+        blown.append(Blown(at(written.start) - at(phrase[0][0].start),
+                           at(written.start + written.beats) - at(phrase[0][0].start), pitch,
+                           force(rng, written.start, section),
+                           not blown or not 0 < abs(pitch - blown[-1].pitch) <= 4, written.mark == "^"))
+    yield start - LEAD, flute(rng, blown), -0.22
 
 
-def bass_part(rng):
-    ring = Ring()
-    for start, _, (bass, _, _), section in score.harmony():
-        sound = string(rng, bass, 0.9 * force(rng, start, section), ring=3.0, pluck=0.42, softness=0.24)
-        ring.add(at(start) + 0.5 * TIMING * rng.standard_normal(), sound)
-    return ring.track
+def harp_notes():
+    return list(score.harp())
 
 
-def held_part(rng):
-    ring = Ring()
-    for written, _ in score.held_voices():
-        # The last chord lets go early: the loop turns in a breath.
-        last = written.start + written.beats == score.BAR_COUNT * score.BEATS_A_BAR
-        beats = written.beats - (1.0 if last else 0.0)
-        seconds = at(written.start + beats) - at(written.start)
-        for sound, pan in zip(held(rng, written.pitch, seconds), (-0.7, 0.0, 0.7)):
-            ring.add(at(written.start) - 0.35, sound, pan)
-    return ring.track
+def play_harp(rng, played):
+    written, section, index = played
+    sound = string(rng, HARP, note(written.pitch), 0.9 * force(rng, written.start, section))
+    yield at(written.start) + TIMING * rng.standard_normal(), sound, -0.5 + 0.18 * index
 
 
-def bowl_part(rng):
-    ring = Ring()
+def bass_notes():
+    return list(score.bass())
+
+
+def play_bass(rng, played):
+    written, section = played
+    sound = string(rng, BASS, note(written.pitch), force(rng, written.start, section))
+    yield at(written.start) + 0.5 * TIMING * rng.standard_normal(), sound, 0.0
+
+
+def held_notes():
+    return list(score.held_voices())
+
+
+def play_held(rng, played):
+    written, section = played
+    seconds = at(written.start + written.beats) - at(written.start)
+    for sound, pan in zip(held(rng, written.pitch, seconds), (-0.7, 0.0, 0.7)):
+        yield at(written.start) - 0.35, section.level * sound, pan
+
+
+def bowl_notes():
+    return [number for number, inside, section in score.bars() if inside in section.bowls]
+
+
+def play_bowl(rng, number):
     bowl = struck([(note("D4") * ratio, level, 7.0 * life) for ratio, level, life in BOWL], 7.0, 0.04)
-    for number, inside, section in score.bars():
-        if inside in section.bowls:
-            start = at(number * score.BEATS_A_BAR) + TIMING * rng.standard_normal()
-            ring.add(start, faded(bowl, fade_out=2.0), 0.35)
-    return ring.track
+    start = at(number * score.BEATS_A_BAR) + TIMING * rng.standard_normal()
+    yield start, faded(bowl, fade_out=2.0), 0.35
 
 
-# Part, its level in the mix and how much of it goes into the room.
+# Notes and player of a part, its body, its level in the mix and how much of it is sent into the room.
 PARTS = (
-    (zither_part, 1.0, 0.42),
-    (flute_part, 0.3, 0.6),
-    (harp_part, 0.6, 0.42),
-    (bass_part, 0.75, 0.2),
-    (held_part, 0.046, 0.4),
-    (bowl_part, 0.12, 0.6),
+    (zither_notes, play_zither, ZITHER.body, 0.85, 0.36),
+    (flute_notes, play_flute, (), 0.25, 0.5),
+    (harp_notes, play_harp, HARP.body, 0.85, 0.4),
+    (bass_notes, play_bass, BASS.body, 0.8, 0.12),
+    (held_notes, play_held, (), 0.05, 0.4),
+    (bowl_notes, play_bowl, (), 0.12, 0.5),
 )
 
 
-def mixed(parts=PARTS):
-    hall = room(np.random.default_rng(7), 2.6, 1.0, 0.022)
-    return sum(level * in_room_circular(part(np.random.default_rng(100 + number)), hall, wet)
-               for number, (part, level, wet) in enumerate(parts))
+def played(job):
+    part, number, what = job
+    return list(PARTS[part][1](np.random.default_rng((100 + part, number)), what))
+
+
+def part_track(pool, part):
+    notes, _, body, _, _ = PARTS[part]
+    ring = Ring()
+    jobs = [(part, number, what) for number, what in enumerate(notes())]
+    for sounds in pool.imap(played, jobs, chunksize=8):
+        for start, sound, pan in sounds:
+            ring.add(start, sound, pan)
+    return with_body(ring.track, body) if body else ring.track
+
+
+def hall():
+    """The room of all instruments: some early reflections, others at the left than at the right, then a tail whose
+    sides have nothing in common."""
+    rng = np.random.default_rng(7)
+    tail = room(rng, 2.6, 1.1, 0.03)
+    for side in (0, 1):
+        for number, reflected in enumerate(np.sort(rng.uniform(0.009, 0.075, 9))):
+            tail[samples(reflected), side] += 0.34 * (-1.0) ** number * np.exp(-reflected / 0.05)
+    return tail
+
+
+def mixed():
+    dry = np.zeros((LENGTH, 2))
+    send = np.zeros((LENGTH, 2))
+    with Pool(PROCESSES) as pool:
+        for part, (_, _, _, level, wet) in enumerate(PARTS):
+            track = level * part_track(pool, part)
+            dry += track
+            send += wet * track
+    # Each side of the room hears both sides of the stage.
+    return dry + circular(send @ np.array([[0.75, 0.25], [0.25, 0.75]]), hall())
+
+
+def shelf(frequency, gain):
+    """A filter that raises what lies above a frequency by so many dB."""
+    high = 10.0 ** (gain / 40.0)
+    angle = 2 * np.pi * frequency / RATE
+    slope = 2 * np.sqrt(high) * np.sin(angle) / np.sqrt(2.0)
+    cos = np.cos(angle)
+    above = [high * ((high + 1) + (high - 1) * cos + slope), -2 * high * ((high - 1) + (high + 1) * cos),
+             high * ((high + 1) + (high - 1) * cos - slope)]
+    below = [(high + 1) - (high - 1) * cos + slope, 2 * ((high - 1) - (high + 1) * cos),
+             (high + 1) - (high - 1) * cos - slope]
+    return np.array([above + below]) / below[0]
+
+
+def ridden(sound):
+    """A hand on the fader, too slow to be heard: brings loud and soft a third nearer to each other."""
+    width = samples(1.0)
+    power = ndimage.uniform_filter1d(np.mean(sound ** 2, axis=1), width, mode="wrap")
+    power = np.maximum(ndimage.uniform_filter1d(power, width, mode="wrap"), 0.003 * np.mean(power))
+    return sound * (power / np.mean(power))[:, None] ** -0.15
+
+
+def limited(sound, height, ceiling, seconds):
+    """Holds the height of a sound, a value for each of its samples, below a ceiling: the gain gives way before it has
+    to, and slowly."""
+    width = samples(seconds)
+    gain = ceiling / np.maximum(height, ceiling)
+    gain = ndimage.minimum_filter1d(gain, 2 * width + 1, mode="wrap")
+    gain = ndimage.uniform_filter1d(gain, width, mode="wrap")
+    return sound * ndimage.uniform_filter1d(gain, width, mode="wrap")[:, None]
+
+
+def moments_limited(sound):
+    power = ndimage.uniform_filter1d(np.sum(k_weighted(sound) ** 2, axis=1), samples(MOMENT), mode="wrap")
+    return limited(sound, np.sqrt(power), 10.0 ** ((LOUDNESS + LOUDEST_MOMENT - OFFSET) / 20.0), MOMENT / 2)
+
+
+def peaks_limited(sound):
+    return limited(sound, np.max(np.abs(sound), axis=1), CEILING, 0.006)
 
 
 def from_silence(sound):
@@ -220,11 +470,13 @@ def from_silence(sound):
 
 
 def mastered(sound):
-    """Takes away the rumble below the lowest string and brings the piece to its loudness. The filter runs up
-    with the last second, so that it too is the same at both ends."""
-    highpass = signal.butter(2, 45, "highpass", fs=RATE, output="sos")
-    sound = signal.sosfilt(highpass, np.vstack([sound[-RATE:], sound]), axis=0)[RATE:]
-    return from_silence(sound) * 10.0 ** ((LOUDNESS - integrated(sound)) / 20.0)
+    """Takes away the rumble below the lowest string, opens the top and brings the piece to its loudness. The
+    filters run up with the last second, so that they too are the same at both ends."""
+    filters = np.vstack([signal.butter(2, 45, "highpass", fs=RATE, output="sos"), shelf(SHELF_HZ, SHELF_DB)])
+    sound = signal.sosfilt(filters, np.vstack([sound[-RATE:], sound]), axis=0)[RATE:]
+    sound = ridden(sound)
+    sound *= 10.0 ** ((LOUDNESS - integrated(sound)) / 20.0)
+    return from_silence(peaks_limited(moments_limited(sound)))
 
 
 def main():

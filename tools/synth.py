@@ -32,11 +32,15 @@ def decay(times, t60):
     return np.exp(-LN_60_DB * times / t60)
 
 
+def midi(name):
+    """Number of a note in half steps, A4 = 69: "D4", "F#5", "Bb3"."""
+    steps = {"C": 0, "D": 2, "E": 4, "F": 5, "G": 7, "A": 9, "B": 11}
+    return steps[name[0]] + name.count("#") - name.count("b") + 12 * (int(name[-1]) + 1)
+
+
 def note(name):
-    """Frequency of a note in equal temperament, A4 = 440: "D4", "F#5", "Bb3"."""
-    steps = {"C": -9, "D": -7, "E": -5, "F": -4, "G": -2, "A": 0, "B": 2}
-    step = steps[name[0]] + name.count("#") - name.count("b") + 12 * (int(name[-1]) - 4)
-    return 440.0 * 2.0 ** (step / 12.0)
+    """Frequency of a note in equal temperament, A4 = 440."""
+    return 440.0 * 2.0 ** ((midi(name) - 69) / 12.0)
 
 
 def struck(partials, seconds, attack=0.0008):
@@ -92,13 +96,12 @@ def in_room(sound, response, wet):
     return dry + wet * signal.fftconvolve(dry, response, axes=0)[:len(dry)]
 
 
-def in_room_circular(sound, response, wet):
-    """As in_room, but the tail that runs past the end comes in at the beginning: for a sound that loops."""
-    dry = stereo(sound)
-    padded = np.zeros_like(dry)
+def circular(sound, response):
+    """The sound through a response, stereo or not; the tail that runs past the end comes in at the beginning: for a
+    sound that loops."""
+    padded = np.zeros((len(sound), response.shape[1]))
     padded[:len(response)] = response
-    tail = fft.irfft(fft.rfft(dry, axis=0) * fft.rfft(padded, axis=0), n=len(dry), axis=0)
-    return dry + wet * tail
+    return fft.irfft(fft.rfft(sound, axis=0) * fft.rfft(padded, axis=0), n=len(sound), axis=0)
 
 
 def faded(sound, fade_in=0.001, fade_out=0.03):

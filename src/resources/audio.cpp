@@ -5,12 +5,16 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <map>
 #include <memory>
+#include <random>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "resources/assets.h"
 
@@ -36,6 +40,19 @@ static_assert(kSfxFiles.size() == kAllSfx.size());
 
 constexpr const char* kMusicFile = "audio/bgm_calm.ogg";
 
+// Factors. A brightness of 1 leaves the sound as it is; a lower one takes away the more of its top.
+struct Variant {
+  double pitch;
+  double level;
+  double brightness;
+};
+
+// Tiles land by the dozen: twenty times a second one and the same sound would rattle. None of these is louder
+// than the file.
+constexpr std::array kTileVariants = {Variant{0.972, 0.95, 0.3}, Variant{1.018, 0.88, 0.5},
+                                      Variant{0.988, 0.84, 0.16}, Variant{1.029, 0.93, 0.22},
+                                      Variant{1.008, 0.8, 0.4}};
+
 struct FreeMusic {
   void operator()(Mix_Music* music) const { Mix_FreeMusic(music); }
 };
@@ -45,6 +62,19 @@ struct FreeChunk {
 using Music = std::unique_ptr<Mix_Music, FreeMusic>;
 using Chunk = std::unique_ptr<Mix_Chunk, FreeChunk>;
 
+using Samples = std::vector<std::int16_t>;
+
+struct Sound {
+  Samples samples;  // what the chunk plays, unless the chunk has samples of its own
+  Chunk chunk;
+};
+
+struct Effect {
+  std::vector<Sound> sounds;
+  std::size_t next = 0;
+  std::minstd_rand random;
+};
+
 struct State {
   bool ready = false;
   bool enabled = true;
@@ -52,7 +82,7 @@ struct State {
   double sfxVolume = 1.0;
   bool musicWanted = false;
   Music music;
-  std::map<Sfx, Chunk> chunks;
+  std::map<Sfx, Effect> effects;
 };
 
 // Never destroyed: shutdown may be called while the process ends, and until then the mixer's thread plays
@@ -91,17 +121,69 @@ bool openDevice() {
   return true;
 }
 
+// The chunk at another pitch: played faster or slower. Empty on failure.
+Samples resampled(const Mix_Chunk& chunk, double pitch, int frequency, int channels) {
+  const auto count = static_cast<Uint8>(channels);
+  const auto playedAt = static_cast<int>(std::lround(frequency * pitch));
+  SDL_AudioCVT conversion;
+  if (SDL_BuildAudioCVT(&conversion, AUDIO_S16SYS, count, playedAt, AUDIO_S16SYS, count, frequency) < 0)
+    return {};
+  Samples samples(chunk.alen / sizeof(std::int16_t) * static_cast<std::size_t>(conversion.len_mult));
+  conversion.buf = reinterpret_cast<Uint8*>(samples.data());
+  conversion.len = static_cast<int>(chunk.alen);
+  std::copy_n(chunk.abuf, chunk.alen, conversion.buf);
+  if (SDL_ConvertAudio(&conversion) != 0) return {};
+  samples.resize(static_cast<std::size_t>(conversion.len_cvt) / sizeof(std::int16_t));
+  return samples;
+}
+
+// Each channel through a low-pass filter of first order.
+void soften(Samples& samples, const Variant& variant, int channels) {
+  std::vector<double> last(static_cast<std::size_t>(channels));
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    double& smooth = last[i % last.size()];
+    smooth += variant.brightness * (variant.level * samples[i] - smooth);
+    samples[i] = static_cast<std::int16_t>(std::lround(smooth));
+  }
+}
+
+// A variant that cannot be made is one variant less.
+void addVariants(std::vector<Sound>& sounds) {
+  int frequency = 0;
+  int channels = 0;
+  Uint16 format = 0;
+  if (Mix_QuerySpec(&frequency, &format, &channels) == 0 || format != AUDIO_S16SYS) return;
+  const Mix_Chunk& original = *sounds.front().chunk;
+  for (const Variant& variant : kTileVariants) {
+    Samples samples = resampled(original, variant.pitch, frequency, channels);
+    soften(samples, variant, channels);
+    auto* bytes = reinterpret_cast<Uint8*>(samples.data());
+    Chunk chunk(Mix_QuickLoad_RAW(bytes, static_cast<Uint32>(samples.size() * sizeof(std::int16_t))));
+    if (chunk && !samples.empty()) sounds.push_back({std::move(samples), std::move(chunk)});
+  }
+}
+
+// Never the same as the last time, where an effect has several.
+Mix_Chunk* nextSound(Effect& effect) {
+  Mix_Chunk* chunk = effect.sounds[effect.next].chunk.get();
+  const std::size_t others = effect.sounds.size() - 1;
+  if (others > 0) effect.next = (effect.next + 1 + effect.random() % others) % effect.sounds.size();
+  return chunk;
+}
+
 void loadEffects() {
   for (const Sfx effect : kAllSfx) {
     const std::string file = fileFor(effect);
     const std::string& bytes = assets::blob(file);
     if (bytes.empty()) continue;
     Chunk chunk(Mix_LoadWAV_RW(streamOf(bytes), 1));
-    if (chunk) {
-      state().chunks[effect] = std::move(chunk);
-    } else {
+    if (!chunk) {
       std::fprintf(stderr, "[audio] sfx failed: %s (%s)\n", file.c_str(), SDL_GetError());
+      continue;
     }
+    std::vector<Sound>& sounds = state().effects[effect].sounds;
+    sounds.push_back({{}, std::move(chunk)});
+    if (effect == Sfx::Tile) addVariants(sounds);
   }
 }
 
@@ -133,17 +215,17 @@ void shutdown() {
   Mix_HaltMusic();
   Mix_HaltChannel(-1);
   s.music.reset();
-  s.chunks.clear();
+  s.effects.clear();
   Mix_CloseAudio();
   SDL_QuitSubSystem(SDL_INIT_AUDIO);
 }
 
 void play(Sfx effect) {
-  const State& s = state();
+  State& s = state();
   if (!s.ready || !s.enabled || s.sfxVolume <= 0) return;
-  const auto found = s.chunks.find(effect);
-  if (found == s.chunks.end()) return;
-  Mix_Chunk* chunk = found->second.get();
+  const auto found = s.effects.find(effect);
+  if (found == s.effects.end()) return;
+  Mix_Chunk* chunk = nextSound(found->second);
   Mix_VolumeChunk(chunk, mixerVolume(s.sfxVolume));
   // Without a free channel it fails: one effect less among so many is not missed.
   Mix_PlayChannel(-1, chunk, 0);

@@ -32,7 +32,8 @@ bool init();
 // Stops and frees everything; init may be called again.
 void shutdown();
 
-// Plays the effect once, beside those that are playing; dropped when 24 are.
+// Plays the effect once, beside those that are playing; dropped when 24 are. Tile is varied a little from one
+// time to the next, and never sounds the same twice in a row.
 void play(Sfx effect);
 
 // Plays the music without end. What is playing goes on. Without a device or with sound switched off it is

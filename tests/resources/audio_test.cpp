@@ -5,11 +5,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -229,6 +233,26 @@ TEST(AudioFiles, BuiltInOnesAreHeardSampleBySample) {
             "");
 }
 
+TEST(AudioFiles, BuiltInMusicGoesOnAtItsSeamSampleBySample) {
+  EXPECT_EQ(inOwnProcess([] {
+              unsetenv("VESKARA_ASSET_DIR");
+              PipedDevice device;
+              audio::init();
+              audio::setMusicVolume(1);
+              const Samples file = decoded(sourceFile(kMusic));
+              audio::startMusic();
+              Mix_SetMusicPosition(static_cast<double>(file.size()) / 2 / 44100 - 2);
+              const Samples heard = device.listen(4 * 44100 + kLatency);
+              const auto lastSecond = file.end() - 2 * 44100;
+              const auto found = std::search(heard.begin(), heard.end(), lastSecond, file.end());
+              if (found == heard.end()) return "its end is not heard";
+              const Samples after(found + (file.end() - lastSecond), heard.end());
+              if (after.size() < 44100) return "too little is heard after its end";
+              return std::equal(after.begin(), after.end(), file.begin()) ? "" : "it does not begin at once";
+            }),
+            "");
+}
+
 // A signal may end the program in the midst of everything.
 TEST(AudioDeathTest, MayBeShutDownWhenTheProgramHasEnded) {
   const auto endWhilePlaying = [] {
@@ -263,6 +287,14 @@ class Audio : public testing::Test {
   }
   // The whole of an effect that was just played, and what else is heard meanwhile.
   Samples hearEffect() { return device->listen(kEffectFrames + kLatency); }
+  std::vector<Samples> hearTiles(int count) {
+    std::vector<Samples> tiles;
+    for (int i = 0; i < count; ++i) {
+      audio::play(Sfx::Tile);
+      tiles.push_back(trimmed(hearEffect()));
+    }
+    return tiles;
+  }
 
   TempDir files;
   std::optional<PipedDevice> device;
@@ -333,6 +365,60 @@ TEST_F(Audio, EffectsPlayedBeforeInitAreNotHeard) {
   audio::play(Sfx::Click);
   open();
   EXPECT_THAT(trimmed(hearEffect()), testing::IsEmpty());
+}
+
+TEST_F(Audio, AnEffectSoundsTheSameEachTime) {
+  open();
+  for (int i = 0; i < 3; ++i) {
+    audio::play(Sfx::Place);
+    EXPECT_THAT(pieces(trimmed(hearEffect())), ElementsAre(Piece{levelOf(Sfx::Place), kEffectFrames}));
+  }
+}
+
+TEST_F(Audio, ATileNeverSoundsLikeTheOneBefore) {
+  open();
+  const std::vector<Samples> tiles = hearTiles(40);
+  EXPECT_EQ(std::adjacent_find(tiles.begin(), tiles.end()), tiles.end());
+  EXPECT_GE(std::set(tiles.begin(), tiles.end()).size(), 5U);
+}
+
+TEST_F(Audio, TilesAreChosenInTheSameOrderEachTime) {
+  open();
+  const std::vector<Samples> tiles = hearTiles(8);
+  device.reset();
+  audio::shutdown();
+  open();
+  EXPECT_EQ(hearTiles(8), tiles);
+}
+
+// A sound played faster is shorter.
+TEST_F(Audio, TilesDifferInPitchByNoMoreThan3Percent) {
+  open();
+  std::set<std::size_t> lengths;
+  for (const Samples& tile : hearTiles(40)) lengths.insert(tile.size() / 2);
+  EXPECT_GE(lengths.size(), 5U);
+  EXPECT_GE(static_cast<double>(*lengths.begin()) / kEffectFrames, 0.97);
+  EXPECT_LE(static_cast<double>(*lengths.rbegin()) / kEffectFrames, 1.03);
+}
+
+TEST_F(Audio, TilesDifferInLevelAndNoneIsLouderThanTheFile) {
+  open();
+  std::set<int> levels;
+  for (const Samples& tile : hearTiles(40)) levels.insert(tile[tile.size() / 2]);
+  EXPECT_GE(levels.size(), 5U);
+  EXPECT_GE(*levels.begin(), levelOf(Sfx::Tile) / 2);
+  EXPECT_EQ(*levels.rbegin(), levelOf(Sfx::Tile));
+}
+
+// A bright sound reaches its level at once, a dull one step by step.
+TEST_F(Audio, TilesDifferInBrightness) {
+  open();
+  std::set<std::ptrdiff_t> steps;
+  for (const Samples& tile : hearTiles(40)) {
+    const auto nearlyThere = [level = 0.95 * tile[tile.size() / 2]](std::int16_t x) { return x > level; };
+    steps.insert(std::find_if(tile.begin(), tile.end(), nearlyThere) - tile.begin());
+  }
+  EXPECT_GE(steps.size(), 3U);
 }
 
 TEST_F(Audio, MusicIsRepeatedWithoutAGap) {
