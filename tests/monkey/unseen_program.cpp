@@ -173,6 +173,9 @@ void UnseenProgram::restart() {
   end();
   ui::Game::settings() = store::loadSettings();
   seen().minimised = false;
+  // A program that was just started has heard of no click.
+  lastRelease = -10;
+  foreignRun = false;
   start();
   // The screen that was open lives one frame longer, and may ask for another, which then wins.
   do {
