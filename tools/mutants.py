@@ -58,6 +58,7 @@ OPERATORS = COMPARISONS | {
 UNARY_OPERATORS = {"!": "", "-": "", "~": "", "++": "--", "--": "++"}
 INTEGER = re.compile(r"(0[xX][0-9a-fA-F']+|[0-9][0-9']*)([uUlLzZ]*)")
 FLOATING = re.compile(r"([0-9'.]+(?:[eE][-+]?[0-9]+)?)([fFlL]?)")
+SYMMETRIC = ("max", "min", "swap")  # functions that do the same with swapped arguments
 ARITHMETIC = range(TypeKind.BOOL.value, TypeKind.LONGDOUBLE.value + 1)
 
 
@@ -179,7 +180,7 @@ class Finder:
                 self.replace(child, "(void)0")
 
     def swapped_arguments(self, node, children):
-        if node.kind == CursorKind.CALL_EXPR:
+        if node.kind == CursorKind.CALL_EXPR and node.spelling not in SYMMETRIC:
             arguments = list(node.get_arguments())
         elif node.kind == CursorKind.INIT_LIST_EXPR:
             arguments = children
@@ -477,7 +478,7 @@ def main():
     parser.add_argument("seed")
     parser.add_argument("folders", nargs="*", help="folders of src/; all if none is named")
     arguments = parser.parse_args()
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("Ended by SIGTERM; the same command goes on."))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY_BYTES, MEMORY_BYTES))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
