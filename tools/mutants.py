@@ -58,6 +58,7 @@ OPERATORS = COMPARISONS | {
 UNARY_OPERATORS = {"!": "", "-": "", "~": "", "++": "--", "--": "++"}
 INTEGER = re.compile(r"(0[xX][0-9a-fA-F']+|[0-9][0-9']*)([uUlLzZ]*)")
 FLOATING = re.compile(r"([0-9'.]+(?:[eE][-+]?[0-9]+)?)([fFlL]?)")
+SYMMETRIC = ("max", "min", "swap")  # functions that do the same with swapped arguments
 ARITHMETIC = range(TypeKind.BOOL.value, TypeKind.LONGDOUBLE.value + 1)
 
 
@@ -179,7 +180,7 @@ class Finder:
                 self.replace(child, "(void)0")
 
     def swapped_arguments(self, node, children):
-        if node.kind == CursorKind.CALL_EXPR:
+        if node.kind == CursorKind.CALL_EXPR and node.spelling not in SYMMETRIC:
             arguments = list(node.get_arguments())
         elif node.kind == CursorKind.INIT_LIST_EXPR:
             arguments = children
@@ -271,6 +272,9 @@ class Runner:
             self.end(process)
 
 
+Test = collections.namedtuple("Test", "command programs properties")
+
+
 class Tree:
     """A clone of the project with a build of its own, in which one mutant at a time is tried."""
 
@@ -305,39 +309,35 @@ class Tree:
     def prepare(self):
         self.must("ninja", "-C", self.build_dir, *(f"tests/{folder}/all" for folder in self.folders))
         listed = json.loads(self.must("ctest", "--test-dir", self.build_dir, "--show-only=json-v1"))
-        self.tests = collections.defaultdict(list)
+        self.tests = {}
         for test in listed["tests"]:
             programs = [Path(word) for word in test.get("command", [])
                         if Path(word).is_relative_to(self.build_dir / "tests")]
-            properties = {item["name"]: item["value"] for item in test.get("properties", [])}
             if programs and programs[0].relative_to(self.build_dir).parts[1] in self.folders:
-                folder = programs[0].relative_to(self.build_dir).parts[1]
-                self.tests[folder].append((test["name"], test["command"], programs, properties))
-        self.digests = {program: self.digest(program) for tests in self.tests.values()
-                        for _, _, programs, _ in tests for program in programs}
+                properties = {item["name"]: item["value"] for item in test["properties"]}
+                self.tests[test["name"]] = Test(test["command"], programs, properties)
+        self.digests = {program: self.digest(program) for test in self.tests.values() for program in test.programs}
 
     @staticmethod
     def digest(program):
         return hashlib.sha256(program.read_bytes()).digest()
 
-    def test(self, command, properties, seconds):
+    def run_test(self, test, seconds):
+        """Its status, or None when time was up."""
         shutil.rmtree(self.home, ignore_errors=True)
         self.home.mkdir()
         # A broken program must not find the developer's own files.
         environment = {name: value for name, value in os.environ.items() if not name.startswith("XDG_")}
         environment |= {"HOME": str(self.home), "TMPDIR": str(self.home)}
-        environment |= dict(pair.split("=", 1) for pair in properties.get("ENVIRONMENT", []))
-        directory = properties.get("WORKING_DIRECTORY", self.build_dir)
-        return self.runner.run(command, seconds, cwd=directory, env=environment)[0]
+        environment |= dict(pair.split("=", 1) for pair in test.properties.get("ENVIRONMENT", []))
+        directory = test.properties.get("WORKING_DIRECTORY", self.build_dir)
+        return self.runner.run(test.command, seconds, cwd=directory, env=environment)[0]
 
-    def measure(self, folder):
-        """How long each test of the folder takes if nothing is broken; None if it fails all the same."""
-        seconds = {}
-        for name, command, _, properties in self.tests[folder]:
-            begun = time.monotonic()
-            status = self.test(command, properties, BUILD_SECONDS)
-            seconds[name] = time.monotonic() - begun if status == 0 else None
-        return seconds
+    def measure(self, name):
+        """How long the test takes if nothing is broken; None if it fails all the same."""
+        begun = time.monotonic()
+        status = self.run_test(self.tests[name], BUILD_SECONDS)
+        return time.monotonic() - begun if status == 0 else None
 
     def try_mutant(self, mutant, seconds):
         """The result, and what tells it: a test or the compiler's first complaint."""
@@ -361,9 +361,10 @@ class Tree:
                        if program.is_relative_to(self.build_dir / "tests" / folder) and self.digest(program) != digest}
             if changed:
                 result = "survived"
-            tests = [test for test in self.tests[folder] if changed.intersection(test[2]) and seconds.get(test[0])]
-            for name, command, _, properties in sorted(tests, key=lambda test: seconds[test[0]]):
-                status = self.test(command, properties, LIMIT_SECONDS + LIMIT_TIMES * seconds[name])
+            names = [name for name, test in self.tests.items()
+                     if changed.intersection(test.programs) and seconds[name] is not None]
+            for name in sorted(names, key=seconds.get):  # a quick one tells as much
+                status = self.run_test(self.tests[name], LIMIT_SECONDS + LIMIT_TIMES * seconds[name])
                 if status != 0:
                     return "out of time" if status is None else "killed", name
         return result, ""
@@ -451,7 +452,7 @@ def try_all(mutants, trees, record):
     share(trees, trees, lambda _, tree: tree.prepare())
     if not record.seconds:
         print("Running the tests with nothing broken", flush=True)
-        share(trees, trees[0].folders, lambda tree, folder: record.seconds.update(tree.measure(folder)))
+        share(trees, trees[0].tests, lambda tree, name: record.seconds.update({name: tree.measure(name)}))
         record.write({"seconds": record.seconds})
     for name in sorted(name for name, seconds in record.seconds.items() if seconds is None):
         print(f"Left out, for it fails with nothing broken: {name}", flush=True)
@@ -477,7 +478,7 @@ def main():
     parser.add_argument("seed")
     parser.add_argument("folders", nargs="*", help="folders of src/; all if none is named")
     arguments = parser.parse_args()
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit("Ended by SIGTERM; the same command goes on."))
     resource.setrlimit(resource.RLIMIT_AS, (MEMORY_BYTES, MEMORY_BYTES))
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 

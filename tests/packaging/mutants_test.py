@@ -75,6 +75,7 @@ class MutantsAreFound(InTemporaryDirectory):
                          {("a, b", "b, a"), ("c, d", "d, c")})
         self.assertEqual(self.mutants_of("struct P { int x, y; }; P f(int a, int b) { return {a, b}; }\n"
                                          "P g(int a, int b) { return {.x = a, .y = b}; }"), {("a, b", "b, a")})
+        self.assertEqual(self.mutants_of("int max(int, int);\nint f(int a, int b) { return max(a, b); }"), set())
 
     def test_swapped_keys_of_the_catalogue(self):
         self.assertEqual(self.mutants_of('const char* kKeys[] = {"menu.about", "menu.gallery", "menu.other"};') -
