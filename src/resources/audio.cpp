@@ -65,7 +65,8 @@ using Chunk = std::unique_ptr<Mix_Chunk, FreeChunk>;
 using Samples = std::vector<std::int16_t>;
 
 struct Sound {
-  Samples samples;  // what the chunk plays, unless the chunk has samples of its own
+  // What the chunk plays, unless it has samples of its own; nobody else asks for them.
+  Samples samples;  // cppcheck-suppress unusedStructMember
   Chunk chunk;
 };
 
