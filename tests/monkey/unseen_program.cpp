@@ -79,8 +79,11 @@ Uint32 SDL_GetWindowFlags(SDL_Window* window) {
   return ask(window) | (seen().minimised ? Uint32{SDL_WINDOW_MINIMIZED} : 0U);
 }
 
-// Nobody else sends it any: there is nothing to wait for.
-int SDL_WaitEventTimeout(SDL_Event* event, int /*timeout*/) { return SDL_PollEvent(event); }
+// Nobody else sends it any: there is nothing to wait for. A poll would mark the queue's end, and the next one
+// stop there.
+int SDL_WaitEventTimeout(SDL_Event* event, int /*timeout*/) {
+  return SDL_PeepEvents(event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_POLLSENTINEL - 1) > 0 ? 1 : 0;
+}
 
 int SDL_RenderCopy(SDL_Renderer* renderer, SDL_Texture* texture, const SDL_Rect* from, const SDL_Rect* to) {
   static auto* const copy = original<decltype(SDL_RenderCopy)>("SDL_RenderCopy");
