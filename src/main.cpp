@@ -133,8 +133,8 @@ void setIcon(SDL_Window* window) {
   if (icon) SDL_SetWindowIcon(window, icon.get());
 }
 
-// SDL would carry what it has painted without OpenGL to the window by OpenGL, which takes seven times as long
-// and more memory than all the rest of the game.
+// SDL would carry what it has painted without OpenGL to the window by OpenGL, which may be software in its
+// turn.
 void showWithoutOpenGl() { SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0"); }
 
 ui::SdlRenderer openRenderer(SDL_Window* window) {

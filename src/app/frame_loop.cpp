@@ -108,9 +108,10 @@ void FrameLoop::waitStill() { waitFor(std::min(ctx.stillUntil - (now() - awayTim
 void FrameLoop::rest() {
   if (stats) return;
   const double shortest = shortestFrame();
-  due = std::clamp(due + shortest, now(), now() + shortest);
+  const double shown = now();
+  due = std::clamp(due + shortest, shown, shown + shortest);
   // A hand that moves the mouse sends many events; only other ones are worth a frame at once.
-  double left = due - now();
+  double left = due - shown;
   while (left > 0 && waitFor(left) == SDL_MOUSEMOTION) left = due - now();
 }
 

@@ -585,6 +585,12 @@ TEST_F(StillPicture, ThatMovesUnwatchedDoesSoTenTimesASecond) {
   EXPECT_EQ(longestWait, 100);
 }
 
+// As where the processor goes to another program for longer than a frame.
+TEST_F(StillPicture, ThatMovesBearsAClockThatJumpsFromLookToLook) {
+  ui::FrameLoop jumpy(window.get(), renderer.get(), [] { return fixedTime += 0.05; });
+  for (int i = 0; i < 5; ++i) EXPECT_TRUE(pass(jumpy));
+}
+
 // --- what is done to a screen that cannot be seen yet ---
 
 SDL_Event buttonEvent(Uint32 type) {
