@@ -30,14 +30,19 @@ until window_shown; do
   sleep 0.1
 done
 
-sleep 3                            # the splash screen goes by itself
-xdotool mousemove 560 400 click 1  # "continue" lies in the middle of the menu
-sleep 12                           # the deal has flown in and half of it is taken
+game_saved() { [ -e "$XDG_DATA_HOME/veskara/save.json" ] || level_solved; }
+sleep 3 # the splash screen goes by itself, on a busy machine later
+for _ in $(seq 20); do
+  xdotool mousemove 560 400 click 1 # "continue" lies in the middle of the menu
+  sleep 6                           # a game is saved after five seconds
+  game_saved && break
+done
+sleep 6 # the deal has flown in and half of it is taken
 maim -u build/play.png
 echo "Picture: $PWD/build/play.png"
 
 solved=no
-for _ in $(seq 60); do # the other half goes
+for _ in $(seq 240); do # the other half goes
   if level_solved; then
     solved=yes
     break

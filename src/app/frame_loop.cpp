@@ -205,7 +205,7 @@ void FrameLoop::drawFrame() {
 void FrameLoop::updateScreen() {
   const bool first = Game::instance().beginsScreen();
   Game::instance().update(ctx);
-  if (Game::instance().beginsScreen()) settled = false;
+  if (Game::instance().beginsScreen() || gpuOwesPictures()) settled = false;
   events.beginFrame(ctx);
   if (!first) return;
   // A first frame may take long. What was clicked meanwhile was meant for what could still be seen.

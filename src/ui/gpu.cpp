@@ -35,6 +35,7 @@ struct Cache {
   double scale = 1;
   int drawCalls = 0;
   int paints = 0;
+  bool owesPictures = false;
   std::int64_t frame = 0;
   Entries entries;
   SDL_BlendMode blendMode = SDL_BLENDMODE_BLEND;
@@ -68,6 +69,15 @@ Entry* findOrDrop(Entries& entries, const std::string& key, int w, int h) {
   if (found->second.w == w && found->second.h == h) return &found->second;
   entries.erase(found);
   return nullptr;
+}
+
+// The one used last; null without any.
+Entry* youngestOf(Entries& entries, std::string_view family) {
+  Entry* youngest = nullptr;
+  for (auto it = entries.lower_bound(family); it != entries.end() && it->first.starts_with(family); ++it) {
+    if (youngest == nullptr || it->second.lastUsed > youngest->lastUsed) youngest = &it->second;
+  }
+  return youngest;
 }
 
 void evictOldest(Entries& entries) {
@@ -231,6 +241,7 @@ SDL_Renderer* gpuRenderer() { return cache().renderer; }
 void gpuBeginFrame() {
   cache().drawCalls = 0;
   cache().paints = 0;
+  cache().owesPictures = false;
   ++cache().frame;
 }
 
@@ -261,6 +272,21 @@ SDL_Texture* gpuTexture(const std::string& key, int w, int h, void (*paint)(cair
   if (!texture) return nullptr;
   return store(state, key, {std::move(texture), w, h, state.frame});
 }
+
+SDL_Texture* gpuTextureOrStandIn(const std::string& key, std::string_view family, int w, int h,
+                                 void (*paint)(cairo_t*, void*), void* user) {
+  Cache& state = cache();
+  if (state.paints >= kMostPaints && !state.entries.contains(key)) {
+    if (Entry* standIn = youngestOf(state.entries, family)) {
+      standIn->lastUsed = state.frame;
+      state.owesPictures = true;
+      return standIn->texture.get();
+    }
+  }
+  return gpuTexture(key, w, h, paint, user);
+}
+
+bool gpuOwesPictures() { return cache().owesPictures; }
 
 SDL_Texture* gpuRenderTarget(const std::string& key, int w, int h, void (*paint)(void*), void* user,
                              bool redraw) {

@@ -62,6 +62,15 @@ int gpuPixels(double logicalLength);
 // than 400 in the cache first drops the third that was not used for longest.
 SDL_Texture* gpuTexture(const std::string& key, int w, int h, void (*paint)(cairo_t*, void*), void* user);
 
+// The same for one of many pictures that a frame may ask for at once, as a zoom does. Painting them all would
+// hold the frame up: once it has painted kMostPaints pictures, one that is there under a key beginning with
+// `family` stands in for a new one, the one used last, and the frame owes the player the right one.
+inline constexpr int kMostPaints = 6;
+SDL_Texture* gpuTextureOrStandIn(const std::string& key, std::string_view family, int w, int h,
+                                 void (*paint)(cairo_t*, void*), void* user);
+// Whether anything stood in since the frame began: then another frame should follow.
+bool gpuOwesPictures();
+
 // The same for a picture that the renderer itself paints: during `paint` blits go into the texture, which
 // holds premultiplied pixels whatever the others hold. A picture that is there already is painted again only
 // if `redraw` says so, and grows old like any other even when it is used.

@@ -333,10 +333,10 @@ double drawTileFan(cairo_t* cr, double cx, double cy, double tileW) {
 SDL_Texture* tileTexture(const std::string& face, double w, double h, bool selected) {
   const int deviceW = gpuPixels(w);
   const int deviceH = gpuPixels(h);
-  const std::string key = (selected ? "tileSel|" : "tile|") + face + "|" + std::to_string(deviceW) + "x" +
-                          std::to_string(deviceH);
+  const std::string family = (selected ? "tileSel|" : "tile|") + face + "|";
+  const std::string key = family + std::to_string(deviceW) + "x" + std::to_string(deviceH);
   TileJob job{face, w, h, selected};
-  return gpuTexture(key, deviceW, deviceH, paintTileJob, &job);
+  return gpuTextureOrStandIn(key, family, deviceW, deviceH, paintTileJob, &job);
 }
 
 }  // namespace ui

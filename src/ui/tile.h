@@ -65,7 +65,7 @@ inline constexpr double kTileFanH = 1.32 * kTileAspect;
 double drawTileFan(cairo_t* cr, double cx, double cy, double tileW);
 
 // The cached picture of drawTileBase for a tile of w x h, or null without a renderer or when it cannot be
-// made.
+// made. In a frame that needs many new ones a picture of another size may stand in (gpuTextureOrStandIn).
 SDL_Texture* tileTexture(const std::string& face, double w, double h, bool selected);
 
 }  // namespace ui

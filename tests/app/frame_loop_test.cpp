@@ -517,6 +517,26 @@ TEST_F(StillPicture, GivesWayToAnotherScreensAtOnce) {
   EXPECT_TRUE(paints());
 }
 
+TEST_F(StillPicture, IsPaintedUntilNothingStandsInForAnother) {
+  settle();
+  int frames = 0;
+  const auto zoomed = [&frames](ui::Ctx& ctx) {
+    ++frames;
+    for (const char size : {'1', '2'}) {
+      if (size == '2' && frames == 1) break;
+      for (char name = 'a'; name <= 't'; ++name) {
+        const std::string family = std::string(1, name) + '|';
+        ui::gpuTextureOrStandIn(family + size, family, 2, 2, paintWhole, nullptr);
+      }
+    }
+    ctx.stillUntil = ui::kForever;
+  };
+  SDL_Event key = keyDown(SDLK_PLUS, SDL_SCANCODE_KP_PLUS);
+  SDL_PushEvent(&key);
+  for (int i = 0; i < 20; ++i) pass(loop, zoomed);
+  EXPECT_EQ(frames, 1 + (20 + ui::kMostPaints - 1) / ui::kMostPaints);
+}
+
 // The play clock would run slow.
 TEST_F(StillPicture, CountsTheWholeWaitAsTimeOfTheNextFrame) {
   settle(0.5);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "rules/boards.h"
+#include "rules/levels.h"
 #include "support/glyph_font.h"
 #include "support/gpu_window.h"
 #include "support/picture.h"
@@ -560,6 +561,45 @@ TEST_F(BoardTextures, AreTheSameForAllZoomsOfOneQuality) {
   ui::drawBoard(ctx, boardAt({{0, 0, 0}}), {0, 0, 50, 67}, {.zoom = 1.5}, nullptr);
   EXPECT_TRUE(isCached("tile|dot1|75x101", 75, 101));
   EXPECT_EQ(ui::tileTexture("dot1", 75, 100.5, false), kept);
+}
+
+double meanDifference(cairo_surface_t* a, cairo_surface_t* b) {
+  const support::Pixels left(a);
+  const support::Pixels right(b);
+  const int w = cairo_image_surface_get_width(a);
+  const int h = cairo_image_surface_get_height(a);
+  double sum = 0;
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x) sum += support::channelDifference(left.at(x, y), right.at(x, y));
+  return sum / (w * h);
+}
+
+// A zoom asks for a sharper picture of every tile; a frame that painted them all would be late.
+TEST_F(BoardTextures, BecomeSharpOverSomeFramesAfterAZoom) {
+  const ui::Rect rect{0, 0, 600, 400};
+  mj::GameState game = mj::createGame(mj::levelToConfig(1).slots, 1);
+  const GpuWindow window(600, 400);
+  ui::Ctx ctx;
+  const auto shownAt = [&](double zoom) {
+    window.clear(0x203040);
+    ui::gpuBeginFrame();
+    ui::drawBoard(ctx, game, rect, {.zoom = zoom}, nullptr);
+    return window.picture();
+  };
+  shownAt(1);
+  ASSERT_GT(ui::gpuPaints(), 20) << "nothing could stand in for the first ones";
+  const ui::CairoSurface first = shownAt(2);
+  EXPECT_LE(ui::gpuPaints(), ui::kMostPaints + 1) << "tiles and the veil";
+  int frames = 1;
+  for (; ui::gpuOwesPictures() && frames < 30; ++frames) shownAt(2);
+  EXPECT_GT(frames, 3);
+  EXPECT_LT(frames, 10);
+  const ui::CairoSurface sharp = shownAt(2);
+  EXPECT_EQ(ui::gpuPaints(), 0);
+  ui::gpuDropTextures("", ui::kKeepNone);
+  EXPECT_TRUE(support::samePicture(shownAt(2).get(), sharp.get()));
+  EXPECT_FALSE(support::samePicture(first.get(), sharp.get()));
+  EXPECT_LT(meanDifference(first.get(), sharp.get()), 4) << "every tile was there, only less sharp";
 }
 
 int overlayOpacity(const std::string& kind) {

@@ -102,6 +102,62 @@ TEST_F(Gpu, ReplacesAPictureOfAnotherSize) {
   EXPECT_TRUE(isPainted("a", 10, 10));
 }
 
+// --- many new pictures at once ---
+
+// Asks for a picture of the family and answers whether it had to be painted.
+bool isPaintedOrStoodIn(const std::string& family, int size, SDL_Texture** shown = nullptr) {
+  int painted = 0;
+  SDL_Texture* texture =
+      ui::gpuTextureOrStandIn(family + std::to_string(size), family, size, size, countPaint, &painted);
+  EXPECT_NE(texture, nullptr);
+  if (shown != nullptr) *shown = texture;
+  return painted > 0;
+}
+
+// As many new pictures as a frame may have.
+void paintTheMost() {
+  for (int i = 0; i < ui::kMostPaints; ++i) EXPECT_TRUE(isPaintedOrStoodIn("other|" + std::to_string(i), 4));
+}
+
+TEST_F(Gpu, LetsThePictureUsedLastStandInWhereAFrameHasPaintedEnough) {
+  whitePicture("a|7", 7, 7);
+  whitePicture("a|9", 9, 9);
+  ui::gpuBeginFrame();
+  whitePicture("a|7", 7, 7);
+  ui::gpuBeginFrame();
+  paintTheMost();
+  EXPECT_FALSE(ui::gpuOwesPictures());
+  SDL_Texture* shown = nullptr;
+  EXPECT_FALSE(isPaintedOrStoodIn("a|", 8, &shown));
+  EXPECT_EQ(sizeOf(shown).w, 7);
+  EXPECT_TRUE(ui::gpuOwesPictures());
+
+  ui::gpuBeginFrame();
+  EXPECT_FALSE(ui::gpuOwesPictures());
+  EXPECT_TRUE(isPaintedOrStoodIn("a|", 8, &shown));
+  EXPECT_EQ(sizeOf(shown).w, 8);
+  EXPECT_FALSE(ui::gpuOwesPictures());
+}
+
+TEST_F(Gpu, PaintsWhatNothingCanStandInFor) {
+  whitePicture("ab|7", 7, 7);
+  ui::gpuBeginFrame();
+  paintTheMost();
+  EXPECT_TRUE(isPaintedOrStoodIn("a|", 8));
+  EXPECT_FALSE(ui::gpuOwesPictures());
+}
+
+TEST_F(Gpu, OwesNoPictureThatIsThere) {
+  whitePicture("a|8", 8, 8);
+  whitePicture("a|7", 7, 7);
+  ui::gpuBeginFrame();
+  paintTheMost();
+  SDL_Texture* shown = nullptr;
+  EXPECT_FALSE(isPaintedOrStoodIn("a|", 8, &shown));
+  EXPECT_EQ(sizeOf(shown).w, 8);
+  EXPECT_FALSE(ui::gpuOwesPictures());
+}
+
 TEST_F(Gpu, PaintsInLogicalUnits) {
   ui::gpuSetScale(1.5);
   // Two thirds of 30 pixels are 20 units at this scale.
