@@ -3,6 +3,7 @@
 #include <SDL.h>
 #include <cairo.h>
 #include <fcntl.h>
+#include <malloc.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -43,6 +44,10 @@ void holdStandardStreams() {
   while (file >= 0 && file <= STDERR_FILENO) file = open("/dev/null", O_RDWR);
   if (file > STDERR_FILENO) close(file);
 }
+
+// Large pictures come and go with the screens. The allocator would learn from the first of them to keep such
+// room for later, between small things that stay; so told it gives each picture's memory back.
+void returnLargeMemory() { mallopt(M_MMAP_THRESHOLD, 128 * 1024); }
 
 // Gives a variable of the environment a value while it lives, unless the player has given it one.
 class VariableDefault {
@@ -219,6 +224,7 @@ int play(std::span<const char* const> arguments) {
 
 int main(int argc, char** argv) {
   holdStandardStreams();
+  returnLargeMemory();
   const std::span<const char* const> arguments(argv + 1, argc > 1 ? static_cast<std::size_t>(argc - 1) : 0U);
   if (const auto text = ui::infoText(arguments)) {
     std::fputs(text->c_str(), stdout);

@@ -10,24 +10,23 @@
 namespace ui {
 
 void FrameCanvas::resize(int w, int h) {
-  const bool whole = surface && cairo_surface_status(surface.get()) == CAIRO_STATUS_SUCCESS && texture;
+  const bool whole = surface && cairo_surface_status(surface.get()) == CAIRO_STATUS_SUCCESS;
   if (whole && w == width && h == height) return;
   width = w;
   height = h;
   surface.reset(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h));
-  texture.reset(SDL_CreateTexture(renderer, SDL_PIXELFORMAT_ARGB8888, SDL_TEXTUREACCESS_STREAMING, w, h));
-  if (texture) SDL_SetTextureBlendMode(texture.get(), gpuBlendMode());
-  // cairo makes its surfaces clear; what a new texture holds nobody knows.
-  bands.assign(static_cast<std::size_t>((h + kBandRows - 1) / kBandRows), Band::Cleared);
+  bands.clear();
+  bands.resize(static_cast<std::size_t>((h + kBandRows - 1) / kBandRows));
 }
 
 void FrameCanvas::drop() {
   surface.reset();
-  texture.reset();
+  bands.clear();
 }
 
 CairoContext FrameCanvas::begin(double scale) {
-  if (!std::exchange(shown, false)) std::fill(bands.begin(), bands.end(), Band::Inked);
+  if (!std::exchange(shown, false))
+    for (Band& band : bands) band.inked = true;
   clear();
   CairoContext cr(cairo_create(surface.get()));
   cairo_scale(cr.get(), scale, scale);
@@ -37,28 +36,28 @@ CairoContext FrameCanvas::begin(double scale) {
 void FrameCanvas::flush() { cairo_surface_flush(surface.get()); }
 
 void FrameCanvas::upload() {
-  // Either is missing only when memory is short: the textures of this frame still appear.
-  if (!texture || row(0) == nullptr) return;
+  // Missing only when memory is short: the textures of this frame still appear.
+  if (row(0) == nullptr) return;
   shown = true;
-  for (std::size_t band = 0; band < bands.size(); ++band) {
-    const Rows rows = rowsOf(band);
-    const bool inked = hasInk(rows);
-    if (inked || bands[band] == Band::Cleared) send(rows);
-    bands[band] = inked ? Band::Inked : Band::Empty;
-    if (!inked) continue;
-    const SDL_Rect place = {0, rows.first, width, rows.count};
-    SDL_RenderCopy(renderer, texture.get(), &place, &place);
+  for (std::size_t i = 0; i < bands.size(); ++i) {
+    Band& band = bands[i];
+    const Rows rows = rowsOf(i);
+    band.inked = hasInk(rows);
+    if (band.inked) {
+      show(band, rows);
+    } else {
+      band.texture.reset();
+    }
   }
 }
 
 void FrameCanvas::clear() {
   if (row(0) == nullptr) return;
-  for (std::size_t band = 0; band < bands.size(); ++band) {
-    if (bands[band] != Band::Inked) continue;
-    const Rows rows = rowsOf(band);
+  for (std::size_t i = 0; i < bands.size(); ++i) {
+    if (!std::exchange(bands[i].inked, false)) continue;
+    const Rows rows = rowsOf(i);
     for (int y = rows.first; y < rows.first + rows.count; ++y)
       std::memset(row(y), 0, sizeof(std::uint32_t) * static_cast<std::size_t>(width));
-    bands[band] = Band::Cleared;
   }
   cairo_surface_mark_dirty(surface.get());
 }
@@ -85,17 +84,24 @@ bool FrameCanvas::hasInk(const Rows& rows) const {
   return false;
 }
 
-void FrameCanvas::send(const Rows& rows) {
-  const SDL_Rect place = {0, rows.first, width, rows.count};
-  const int stride = cairo_image_surface_get_stride(surface.get());
-  if (gpuIsPremultiplied()) {
-    SDL_UpdateTexture(texture.get(), &place, row(rows.first), stride);
-    return;
+void FrameCanvas::show(Band& band, const Rows& rows) {
+  if (!band.texture) {
+    band.texture.reset(SDL_CreateTexture(renderer, SDL_PIXELFORMAT_ARGB8888, SDL_TEXTUREACCESS_STREAMING,
+                                         width, rows.count));
+    if (band.texture) SDL_SetTextureBlendMode(band.texture.get(), gpuBlendMode());
   }
-  straight.resize(static_cast<std::size_t>(stride / 4) * static_cast<std::size_t>(rows.count));
-  std::memcpy(straight.data(), row(rows.first), straight.size() * 4);
-  unpremultiply(straight);
-  SDL_UpdateTexture(texture.get(), &place, straight.data(), stride);
+  const unsigned char* pixels = row(rows.first);
+  const int stride = cairo_image_surface_get_stride(surface.get());
+  if (!gpuIsPremultiplied()) {
+    straight.resize(static_cast<std::size_t>(stride / 4) * static_cast<std::size_t>(rows.count));
+    std::memcpy(straight.data(), pixels, straight.size() * 4);
+    unpremultiply(straight);
+    pixels = reinterpret_cast<const unsigned char*>(straight.data());
+  }
+  // Without a texture both do nothing.
+  SDL_UpdateTexture(band.texture.get(), nullptr, pixels, stride);
+  const SDL_Rect place = {0, rows.first, width, rows.count};
+  SDL_RenderCopy(renderer, band.texture.get(), nullptr, &place);
 }
 
 }  // namespace ui

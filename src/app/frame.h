@@ -1,7 +1,7 @@
 // frame.h: the picture that a frame's screen draws into, and its way to the window: one cairo surface of the
-// size of the renderer's output, one streaming texture of the same size, both kept until that size changes.
-// Most of it is empty in most frames: it is cleared, uploaded and copied in bands, and only where there is or
-// was anything. Units: device pixels.
+// size of the renderer's output, kept until that size changes. Most of it is empty in most frames: it is
+// cleared, uploaded and copied in bands, only where there is or was anything, and only what shows anything
+// has a texture. Units: device pixels.
 #pragma once
 
 #include <cstdint>
@@ -16,10 +16,10 @@ class FrameCanvas {
   // The renderer must outlive the canvas.
   explicit FrameCanvas(SDL_Renderer* target) : renderer(target) {}
 
-  // Makes surface and texture anew if the size is another. Should one of them fail, the frame is drawn
+  // Makes the surface anew if the size is another. Should that fail, or a texture later, the frame is drawn
   // without it, and the next frame tries again.
   void resize(int w, int h);
-  // Forgets both, for a renderer that has lost its textures.
+  // Forgets all, for a renderer that has lost its textures.
   void drop();
   // Clears the surface to transparent. The context draws on it in units of `scale` device pixels; it must be
   // gone before flush().
@@ -33,10 +33,9 @@ class FrameCanvas {
   static constexpr int kBandRows = 32;
 
  private:
-  enum class Band : std::uint8_t {
-    Empty,    // on the surface and in the texture
-    Cleared,  // on the surface, but not yet in the texture
-    Inked,
+  struct Band {
+    SdlTexture texture;  // while there is ink to show
+    bool inked = false;
   };
   struct Rows {
     int first;
@@ -47,11 +46,10 @@ class FrameCanvas {
   bool hasInk(const Rows& rows) const;
   Rows rowsOf(std::size_t band) const;
   void clear();
-  void send(const Rows& rows);
+  void show(Band& band, const Rows& rows);
 
   SDL_Renderer* renderer;
   CairoSurface surface;
-  SdlTexture texture;
   std::vector<Band> bands;
   std::vector<std::uint32_t> straight;  // pixels on their way to a renderer that knows no premultiplied ones
   bool shown = true;                    // what was drawn last has been uploaded, and its bands are known

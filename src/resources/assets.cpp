@@ -1,8 +1,11 @@
 #include "resources/assets.h"
 
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
 #include <map>
@@ -35,9 +38,19 @@ const assets_data::Entry* findEntry(const std::string& name) {
   return found == end ? nullptr : found;
 }
 
+// The pages of the executable that the bytes lie in need not stay in memory: nobody asks for them again.
+void forgetPages(const assets_data::Entry& entry) {
+  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const auto begin = (reinterpret_cast<std::uintptr_t>(entry.data) + page - 1) / page * page;
+  const auto end = reinterpret_cast<std::uintptr_t>(entry.data + entry.size) / page * page;
+  // Should it fail they stay, which harms nothing.
+  if (begin < end) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+}
+
 std::string unscrambled(const assets_data::Entry& entry) {
   std::string bytes(reinterpret_cast<const char*>(entry.data), entry.size);
   assets_data::scramble(bytes);
+  forgetPages(entry);
   return bytes;
 }
 

@@ -97,13 +97,23 @@ std::string feltKey(const FeltJob& job, const std::string& size) {
   return key + "|" + size;
 }
 
+// Each is as large as the window: only that of the screen before is kept, which may come back.
+void keepOneBeside(const std::string& key) {
+  static auto& last = *new std::array<std::string, 2>;
+  if (key == last[0]) return;
+  if (key != last[1]) gpuDropTextures(last[1], kKeepNone);
+  last = {key, last[0]};
+}
+
 SDL_Texture* feltTexture(FeltJob& job) {
   const int w = gpuPixels(job.w);
   const int h = gpuPixels(job.h);
   const std::string size = std::to_string(w) + "x" + std::to_string(h);
   // Dragging the window's edge asks for a size a frame, each picture as large as the window.
   gpuDropTextures("felt|", "|" + size);
-  return gpuTexture(feltKey(job, size), w, h, paintFeltJob, &job);
+  const std::string key = feltKey(job, size);
+  keepOneBeside(key);
+  return gpuTexture(key, w, h, paintFeltJob, &job);
 }
 
 }  // namespace

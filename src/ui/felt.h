@@ -1,5 +1,6 @@
 // felt.h: the cloth behind every screen, with its light, its dark rim and the golden frame. Painted once for
-// a window's size and theme, then copied. Knows nothing of what lies on the table. Units: logical pixels.
+// a window's size and theme, then copied; kept for the theme shown last and the one before it. Knows nothing
+// of what lies on the table. Units: logical pixels.
 #pragma once
 
 #include "rules/table_themes.h"

@@ -1,5 +1,7 @@
 #include "app/frame.h"
 
+#include <SDL.h>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <random>
@@ -7,6 +9,27 @@
 
 #include "support/gpu_window.h"
 #include "support/picture.h"
+
+namespace {
+
+int liveTextures = 0;
+
+}  // namespace
+
+// In place of SDL's own in this program.
+SDL_Texture* SDL_CreateTexture(SDL_Renderer* renderer, Uint32 format, int access, int w, int h) {
+  static auto* const create =
+      reinterpret_cast<decltype(SDL_CreateTexture)*>(dlsym(RTLD_NEXT, "SDL_CreateTexture"));
+  SDL_Texture* texture = create(renderer, format, access, w, h);
+  if (texture != nullptr) ++liveTextures;
+  return texture;
+}
+void SDL_DestroyTexture(SDL_Texture* texture) {
+  static auto* const destroy =
+      reinterpret_cast<decltype(SDL_DestroyTexture)*>(dlsym(RTLD_NEXT, "SDL_DestroyTexture"));
+  if (texture != nullptr) --liveTextures;
+  destroy(texture);
+}
 
 namespace {
 
@@ -103,6 +126,26 @@ TEST(FrameCanvas, ShowsWhateverWasDrawnAndNothingOfTheFramesBefore) {
     });
     ASSERT_TRUE(support::samePicture(window.picture().get(), expected.get(), 2)) << frame;
   }
+}
+
+// At 3840 x 2160 a texture of the whole window is 33 MB.
+TEST(FrameCanvas, HasTexturesOfWhatItShowsAlone) {
+  constexpr int kPictureH = 10 * ui::FrameCanvas::kBandRows + 7;
+  const support::GpuWindow window(64, kPictureH);
+  ui::FrameCanvas canvas(window.renderer());
+  canvas.resize(64, kPictureH);
+  const int before = liveTextures;
+  const auto texturesAfter = [&](double top, double h) {
+    fill(canvas.begin(1).get(), 0, top, 64, h);
+    canvas.flush();
+    canvas.upload();
+    return liveTextures - before;
+  };
+  EXPECT_EQ(texturesAfter(0, 0), 0);
+  EXPECT_EQ(texturesAfter(40, 40), 2);
+  EXPECT_EQ(texturesAfter(0, kPictureH), 11);
+  EXPECT_EQ(texturesAfter(kPictureH - 1, 1), 1);
+  EXPECT_EQ(texturesAfter(0, 0), 0);
 }
 
 TEST(FrameCanvas, IsDrawnOnInLogicalPixels) {

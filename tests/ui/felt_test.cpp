@@ -225,13 +225,24 @@ TEST(FeltTexture, OfASizeThatOnlyEndsAlikeIsDroppedToo) {
   EXPECT_FALSE(isCached("felt|jade|orn|1300x220", 1300, 220));
 }
 
-TEST(FeltTexture, OfSeveralThemesStayWhileTheSizeDoes) {
+// Each is as large as the window: a screen's own and that of the one below it are enough.
+TEST(FeltTexture, IsKeptBesideTheOneBeforeAlone) {
   const GpuWindow window(300, 220);
-  for (int stage = 0; stage < 10; ++stage) drawInWindow(300, 220, mj::tableThemeForStage(stage), true);
-  for (int stage = 0; stage < 10; ++stage) {
-    const std::string name = mj::tableThemeForStage(stage)->name;
-    EXPECT_TRUE(isCached("felt|" + name + "|orn|300x220", 300, 220)) << name;
-  }
+  const auto show = [](int stage) { drawInWindow(300, 220, mj::tableThemeForStage(stage), true); };
+  const auto isKept = [](int stage) {
+    return isCached("felt|" + std::string(mj::tableThemeForStage(stage)->name) + "|orn|300x220", 300, 220);
+  };
+  for (const int stage : {0, 1, 0, 1, 1}) show(stage);
+  EXPECT_TRUE(isKept(0));
+  EXPECT_TRUE(isKept(1));
+  show(2);
+  EXPECT_FALSE(isKept(0));
+  EXPECT_TRUE(isKept(1));
+  EXPECT_TRUE(isKept(2));
+  show(1);
+  show(3);
+  EXPECT_FALSE(isKept(2));
+  EXPECT_TRUE(isKept(1));
 }
 
 TEST(FeltTexture, CoversEveryPixelAtFractionalScales) {
