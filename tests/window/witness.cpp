@@ -77,6 +77,12 @@ extern "C" int SDL_GetRendererOutputSize(SDL_Renderer* renderer, int* w, int* h)
   return ask(renderer, w, h);
 }
 
+extern "C" void SDL_RenderPresent(SDL_Renderer* renderer) {
+  static const auto present = original<void (*)(SDL_Renderer*)>("SDL_RenderPresent");
+  ++testimony().frames;
+  present(renderer);
+}
+
 extern "C" int SDL_PollEvent(SDL_Event* event) {
   static const auto poll = original<int (*)(SDL_Event*)>("SDL_PollEvent");
   const int got = poll(event);

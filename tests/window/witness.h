@@ -1,5 +1,6 @@
 // witness.h: what a program that is about to be killed has told about itself: how long it has played by the
-// clock that counts for the game, when it saved last, and what it hears of the mouse. Written by witness.cpp,
+// clock that counts for the game, when it saved last, and what it shows and
+// hears of the mouse. Written by witness.cpp,
 // which is preloaded into the game, into a file that outlives it. Units: seconds.
 #pragma once
 
@@ -20,6 +21,7 @@ struct Testimony {
   int saves = 0;             // times that save.json was put in place
   bool screenSaver = false;  // it may come
   int passes = 0;            // of its loop
+  int frames = 0;            // shown
   int releases = 0;          // of the left button that it has heard of
   double releasedAt = 0;     // when it heard of the last one, and how long after the one before
   double sinceRelease = 0;

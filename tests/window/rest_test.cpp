@@ -1,0 +1,91 @@
+// A window that nobody touches: screens at rest show no frames and ask nothing of the display.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include "window/session.h"
+#include "window/witness.h"
+
+namespace {
+
+using screens::MenuEntry;
+using window::Environment;
+using window::Key;
+using window::Session;
+using window::Testimony;
+
+struct Renderer {
+  const char* name;
+  Environment environment;
+};
+
+class Rest : public testing::TestWithParam<Renderer> {
+ protected:
+  Rest() : session({.environment = environment(), .preload = VESKARA_WITNESS, .toTable = false}) {}
+
+  static std::string witness() { return testing::TempDir() + "/rest_witness"; }
+  static Environment environment() {
+    return window::changed(GetParam().environment, {{window::kWitnessVariable, witness()}});
+  }
+
+  static int frames() { return window::testimonyIn(witness()).frames; }
+  // Times that the program wrote anything: to the display, for nothing is saved here.
+  long writes() {
+    std::ifstream file("/proc/" + std::to_string(session.game.process().pid()) + "/io");
+    std::string name;
+    long value = 0;
+    while (file >> name >> value && name != "syscw:") continue;
+    return value;
+  }
+  // Until what the last input brought about is shown.
+  static bool comesToRest() {
+    return window::waitFor([] {
+      const int before = frames();
+      std::this_thread::sleep_for(std::chrono::milliseconds(300));
+      return frames() == before;
+    });
+  }
+  void expectRest(const std::string& screen) {
+    ASSERT_TRUE(comesToRest()) << screen;
+    const int shown = frames();
+    const long written = writes();
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    EXPECT_EQ(frames(), shown) << screen;
+    EXPECT_LE(writes() - written, 1) << screen;
+  }
+
+  Session session;
+};
+
+const Renderer kRenderers[] = {{"OpenGl", {}}, {"Software", window::kNoOpenGl}};
+std::string nameOf(const testing::TestParamInfo<Renderer>& info) { return info.param.name; }
+INSTANTIATE_TEST_SUITE_P(With, Rest, testing::ValuesIn(kRenderers), nameOf);
+
+TEST_P(Rest, ShowsNoFramesAndAsksNothingOfTheDisplay) {
+  for (const MenuEntry entry :
+       {MenuEntry::LevelSelect, MenuEntry::Gallery, MenuEntry::Settings, MenuEntry::About}) {
+    ASSERT_TRUE(window::chooseFromMenu(session.game, entry));
+    expectRest("menu entry " + std::to_string(static_cast<int>(entry)));
+    session.game.type(Key::Escape);
+  }
+  ASSERT_TRUE(window::continueFromMenu(session.game));
+  session.game.type(Key::Space);
+  expectRest("pause");
+}
+
+TEST_P(Rest, InPlayShowsTheClockAndNothingElse) {
+  ASSERT_TRUE(window::continueFromMenu(session.game));
+  ASSERT_TRUE(session.showsTable());
+  // The flash at the end of the fly-in passes.
+  std::this_thread::sleep_for(std::chrono::seconds(2));
+  const int shown = frames();
+  std::this_thread::sleep_for(std::chrono::seconds(3));
+  EXPECT_GE(frames() - shown, 2);
+  EXPECT_LE(frames() - shown, 5) << "three seconds, and at most one save";
+}
+
+}  // namespace
