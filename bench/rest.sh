@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# What the game costs while nobody touches it: its processor time on each screen, in parts of one core, that of the
+# sound's threads apart; and its memory after the menu, the level select and the gallery were seen. In a virtual
+# display, without a window manager, for each of SDL's two renderers and the size given.
+# Run: bench/rest.sh PROGRAM [WIDTH HEIGHT [SECONDS]]
+set -euo pipefail
+program=$(realpath "$1") w=${2:-1100} h=${3:-760} seconds=${4:-20}
+scratch=$(mktemp -d)
+trap 'kill $(jobs -p) 2>/dev/null || true; wait; rm -rf "$scratch"' EXIT
+
+Xvfb -displayfd 3 -screen 0 "${w}x${h}x24" 3>"$scratch/display" 2>/dev/null &
+until [ -s "$scratch/display" ]; do sleep 0.1; done
+export DISPLAY=":$(cat "$scratch/display")" SDL_AUDIODRIVER=dummy XDG_CACHE_HOME="$scratch/cache"
+
+# ticks THREADS...: hundredths of a second that they have used.
+ticks() { cat "${@/%//stat}" 2>/dev/null | sed 's/.*) //' | awk '{ sum += $12 + $13 } END { print sum + 0 }'; }
+sound_threads() { grep -lE '^(SDLAudio|audio)' /proc/"$game"/task/*/comm 2>/dev/null | xargs -rn1 dirname; }
+measure() {
+  local sound before after sound_before sound_after
+  sleep 3
+  sound=$(sound_threads)
+  before=$(ticks /proc/"$game") sound_before=$(ticks ${sound:-/none})
+  sleep "$seconds"
+  after=$(ticks /proc/"$game") sound_after=$(ticks ${sound:-/none})
+  awk -v name="$1" -v all=$((after - before)) -v sound=$((sound_after - sound_before)) -v s="$seconds" \
+    'BEGIN { printf "  %-24s %6.2f %%   sound %5.2f %%\n", name, (all - sound) / s, sound / s }'
+}
+memory() {
+  awk '/^Pss:/ { pss = $2 } /^Pss_Anon:/ { anon = $2 }
+       END { printf "  memory: PSS %.1f MiB, anonymous %.1f MiB\n", pss / 1024, anon / 1024 }' \
+    /proc/"$game"/smaps_rollup
+}
+click() { xdotool mousemove "$(($1 + w / 2))" "$(($2 + h / 2))" click 1; sleep 2; }
+key() { xdotool key "$1"; sleep 2; }
+
+for renderer in opengl software; do
+  echo "$renderer, $w x $h"
+  export XDG_DATA_HOME="$scratch/$renderer"
+  mkdir -p "$XDG_DATA_HOME/veskara"
+  echo "{\"windowW\":$w,\"windowH\":$h,\"windowX\":0,\"windowY\":0}" >"$XDG_DATA_HOME/veskara/settings.json"
+  SDL_RENDER_DRIVER=$renderer "$program" >/dev/null 2>&1 &
+  game=$!
+  sleep 6
+  measure "menu"
+  click -107 143; measure "level select"; key Escape
+  click 133 143; measure "gallery"; key Escape
+  click -107 213; measure "settings"; key Escape
+  click 133 213; measure "about"; key Escape
+  click 0 0
+  sleep 8
+  measure "playing"
+  memory
+  key space
+  measure "pause"
+  kill "$game"
+  wait "$game" || true
+done
