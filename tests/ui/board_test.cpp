@@ -577,7 +577,7 @@ double meanDifference(cairo_surface_t* a, cairo_surface_t* b) {
 // A zoom asks for a sharper picture of every tile; a frame that painted them all would be late.
 TEST_F(BoardTextures, BecomeSharpOverSomeFramesAfterAZoom) {
   const ui::Rect rect{0, 0, 600, 400};
-  mj::GameState game = mj::createGame(mj::levelToConfig(1).slots, 1);
+  mj::GameState game = mj::createGame(mj::levelToConfig(91).slots, 91);
   const GpuWindow window(600, 400);
   ui::Ctx ctx;
   const auto shownAt = [&](double zoom) {
