@@ -7,6 +7,7 @@ Needs:  Debian's python3-numpy, python3-scipy and vorbis-tools; python3-pil for 
         sitting at the table over time, effects and music at their default volumes.
 """
 
+import re
 import sys
 from collections import Counter
 from pathlib import Path
@@ -18,13 +19,12 @@ import calm_score as score
 from loudness import MOMENT, SHORT_TERM, integrated, levels, loudest_moment, loudness_range, true_peak
 from synth import RATE, midi, note, read_ogg, samples
 
-DEFAULT_DIRECTORY = Path(__file__).resolve().parent.parent / "assets/audio"
+PROJECT = Path(__file__).resolve().parent.parent
+DEFAULT_DIRECTORY = PROJECT / "assets/audio"
 
 # What the player's settings begin with, in dB: the music's volume is 0.25, that of the effects 1.
 MUSIC_VOLUME = 20.0 * np.log10(0.25)
 
-# How audio.cpp varies the tile: pitch and level.
-TILES = ((1.0, 1.0), (0.972, 0.95), (1.018, 0.88), (0.988, 0.84), (1.029, 0.93), (1.008, 0.8))
 TILES_A_SECOND = 20
 
 # A small loudspeaker gives back next to nothing below this.
@@ -58,9 +58,21 @@ def laid(track, start, sound):
     track[first:first + len(part)] += part
 
 
+def tiles():
+    """Pitch, level and brightness of the tile as it is, and of the variants that the game makes of it."""
+    source = (PROJECT / "src/resources/audio.cpp").read_text()
+    variants = re.findall(r"Variant\{([\d.]+),\s*([\d.]+),\s*([\d.]+)\}", source)
+    assert variants, "audio.cpp has no variants of the tile"
+    return [(1.0, 1.0, 1.0)] + [tuple(map(float, variant)) for variant in variants]
+
+
+TILES = tiles()
+
+
 def varied(tile, number):
-    pitch, level = TILES[number * 5 % len(TILES)]
-    return level * signal.resample(tile, int(len(tile) / pitch), axis=0)
+    pitch, level, brightness = TILES[number % len(TILES)]
+    resampled = signal.resample(tile, int(len(tile) / pitch), axis=0)
+    return level * signal.lfilter([brightness], [1.0, brightness - 1.0], resampled, axis=0)
 
 
 def row_of_tiles(tile, vary):
@@ -172,6 +184,20 @@ def print_instruments():
         print(f"| {name} | {np.mean(centroids):.0f} Hz ({min(centroids):.0f} to {max(centroids):.0f}) | {t60:.1f} s |")
 
 
+def print_flute():
+    """A long note of the flute: how far what is heard between its partials, the breath, lies below them."""
+    from make_music import LEAD, Blown, flute
+    blown = Blown(start=0.0, end=6.0, pitch=midi("D5"), strength=0.9, tongued=True, flicked=False)
+    breaths = []
+    for seed in range(8):
+        sound = flute(np.random.default_rng(seed), [blown])[samples(LEAD + 1.0):samples(LEAD + 5.0)]
+        frequencies, energy = spectrum(np.hanning(len(sound)) * sound)
+        partial = note("D5") * np.clip(np.round(frequencies / note("D5")), 1, 5)
+        tone = energy[np.abs(frequencies - partial) < 0.02 * partial].sum()
+        breaths.append(decibels(tone / (1.0 - tone)) / 2.0)
+    print(f"| Breath below the tone | {np.mean(breaths):.1f} dB (of 8, {min(breaths):.1f} to {max(breaths):.1f}) |")
+
+
 def sitting():
     """(Time, name) of what is heard from a deal to its win: 144 tiles fly in, ever faster, then twenty pairs, three
     refusals, a hint."""
@@ -254,6 +280,8 @@ def main():
     print_score()
     print("\n| Struck on D3 | Centroid (of 8 plucks) | T60 |\n|---|---|---|")
     print_instruments()
+    print("\n| Flute, D5 | |\n|---|---|")
+    print_flute()
 
 
 if __name__ == "__main__":

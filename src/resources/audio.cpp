@@ -48,7 +48,7 @@ struct Variant {
 };
 
 // Tiles land by the dozen: twenty times a second one and the same sound would rattle. None of these is louder
-// than the file.
+// than the file. tools/measure_sounds.py reads them here.
 constexpr std::array kTileVariants = {Variant{0.972, 0.95, 0.3}, Variant{1.018, 0.88, 0.5},
                                       Variant{0.988, 0.84, 0.16}, Variant{1.029, 0.93, 0.22},
                                       Variant{1.008, 0.8, 0.4}};

@@ -14,7 +14,7 @@ using ui::Rect;
 constexpr double kWideAspect = 1.15;
 constexpr double kWideWindow = 900;
 constexpr double kFrameGap = 6;                     // between the golden frame and what lies within
-constexpr double kGap = 8;                          // between buttons
+constexpr double kGap = 8;                          // between buttons, and beside what is told
 constexpr double kFooterH = ui::kFooterHeight + 6;  // and the space above it
 constexpr double kButtonH = 40;
 
@@ -91,11 +91,12 @@ InfoLayout infoLayout(const Rect& panel, double starScale) {
       flat ? middleOf(panel, std::min(panel.w, kMaxFlatW), topH) : middleOf(panel, panel.w, allH);
   const double columnW = flat ? block.w / 2 : block.w;
   layout.stars = middleOf({block.x, block.y, columnW, starsH}, kAwardW * starScale, starsH);
-  layout.headline = {block.x, block.y + starsH + kStarsGap, columnW, headlineH};
-  const double linesX = block.x + block.w - columnW;
+  const double textW = columnW - 2 * kGap;
+  layout.headline = {block.x + kGap, block.y + starsH + kStarsGap, textW, headlineH};
+  const double linesX = block.x + block.w - columnW + kGap;
   double y = flat ? block.y + (topH - linesH) / 2 : block.y + topH + kHeadlineGap;
   for (Rect& line : layout.lines) {
-    line = {linesX, y, columnW, kLineH};
+    line = {linesX, y, textW, kLineH};
     y += kLineH;
   }
   return layout;

@@ -199,6 +199,20 @@ PangoAlignment pangoAlignment(Align align, PangoDirection direction) {
   return (align == Align::Right) != mirrored ? PANGO_ALIGN_RIGHT : PANGO_ALIGN_LEFT;
 }
 
+// Pango would break a line between any two syllables of Korean, which is read by words with spaces between.
+void keepWordsWhole(PangoLayout* layout, std::string_view text) {
+  const TextAttributes attributes(pango_attr_list_new());
+  for (std::size_t begin = 0; begin < text.size();) {
+    const std::size_t end = std::min(text.find(' ', begin), text.size());
+    PangoAttribute* whole = pango_attr_word_new();
+    whole->start_index = static_cast<guint>(begin);
+    whole->end_index = static_cast<guint>(end);
+    pango_attr_list_insert(attributes.get(), whole);
+    begin = end + 1;
+  }
+  pango_layout_set_attributes(layout, attributes.get());
+}
+
 // A layout of its own, so that the cached one never breaks a line.
 TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const TextStyle& style) {
   const FontKey key = keyOf(cr, style, style.size);
@@ -212,6 +226,7 @@ TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const
   pango_layout_set_width(layout.get(), static_cast<int>(std::max(width, 1.0) * PANGO_SCALE));
   pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
   pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
+  if (i18n::currentLanguage() == "ko") keepWordsWhole(layout.get(), text);
   const PangoDirection direction = pango_layout_get_direction(layout.get(), 0);
   pango_layout_set_alignment(layout.get(), pangoAlignment(style.align, direction));
   return layout;

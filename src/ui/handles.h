@@ -26,6 +26,7 @@ using CairoPattern = std::unique_ptr<cairo_pattern_t, ReleaseWith<cairo_pattern_
 using CairoPath = std::unique_ptr<cairo_path_t, ReleaseWith<cairo_path_destroy>>;
 
 using TextLayout = std::unique_ptr<PangoLayout, ReleaseWith<g_object_unref>>;
+using TextAttributes = std::unique_ptr<PangoAttrList, ReleaseWith<pango_attr_list_unref>>;
 using FontDescription = std::unique_ptr<PangoFontDescription, ReleaseWith<pango_font_description_free>>;
 
 // SDL returns null on failure. A texture must go before its renderer, a renderer before its window.

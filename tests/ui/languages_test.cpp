@@ -68,4 +68,39 @@ TEST(Text, TakesTheShapesOfTheReadersLanguage) {
   EXPECT_TRUE(support::samePicture(drawn(han).get(), japanese.get(), 0));
 }
 
+struct Size {
+  double w;
+  double h;
+};
+
+Size sizeOf(const std::string& text) {
+  Size size = {};
+  support::makePicture(8, 8, [&](cairo_t* cr) { ui::measureText(cr, text, {}, size.w, size.h); });
+  return size;
+}
+
+double wrappedHeight(double width, const std::string& text) {
+  double height = 0;
+  support::makePicture(8, 8, [&](cairo_t* cr) { height = ui::wrappedTextHeight(cr, width, text, {}); });
+  return height;
+}
+
+// In a column that has room for a word and the first syllables of the next.
+TEST(WrappedText, BreaksKoreanBetweenWords) {
+  const std::string word = "마작패를";
+  const double column = 1.7 * sizeOf(word).w;
+  const double line = sizeOf(word).h;
+  i18n::setLanguage("ko");
+  EXPECT_NEAR(wrappedHeight(column, word + " " + word + " " + word), 3 * line, 1);
+  i18n::setLanguage("ja");
+  EXPECT_NEAR(wrappedHeight(column, word + " " + word + " " + word), 2 * line, 1);
+}
+
+// A word of its own that no column holds is broken nevertheless.
+TEST(WrappedText, BreaksAKoreanWordThatIsWiderThanItsColumn) {
+  i18n::setLanguage("ko");
+  const std::string word = "마작패를";
+  EXPECT_NEAR(wrappedHeight(0.6 * sizeOf(word).w, word), 2 * sizeOf(word).h, 1);
+}
+
 }  // namespace

@@ -47,7 +47,7 @@ const Entry kEntries_ja[] = {
     {"settings.quit", "ゲーム終了"},
     {"settings.resetProgress", "進行状況をリセット"},
     {"settings.resetProgressConfirmBody",
-     "解放したレベルとベスト記録に加え、保存された実績の画像もすべて完全に失われます。"
+     "解放したレベルとベスト記録に加え、保存した実績画像もすべて失われます。"
      "この操作は元に戻せません。"},
     {"settings.resetProgressConfirmNo", "キャンセル"},
     {"settings.resetProgressConfirmTitle", "進行状況をリセットしますか？"},

@@ -7,7 +7,7 @@ const Entry kEntries_ko[] = {
     {"about.headline", "정보"},
     {"about.music", "음악 및 사운드"},
     {"app.tagline", "마작패. 짝. 평온."},
-    {"attract.clickToPlay", "클릭하여 플레이"},
+    {"attract.clickToPlay", "클릭하면 시작합니다"},
     {"attract.demo", "데모"},
     {"common.cancel", "취소"},
     {"common.ok", "확인"},

@@ -14,7 +14,7 @@ const Entry kEntries_ro[] = {
     {"gallery.confirmDelete", "Sigur ștergi această înregistrare?"},
     {"gallery.deleteHint", "Clic dreapta pe o imagine pentru a șterge înregistrarea."},
     {"gallery.deleteOne", "Șterge înregistrarea"},
-    {"gallery.empty", "Nicio tablă rezolvată încă."},
+    {"gallery.empty", "Încă nicio tablă rezolvată."},
     {"gallery.headline", "Realizări"},
     {"levels.headline", "Alege nivelul"},
     {"levels.layers", "Straturi: {{n}}"},

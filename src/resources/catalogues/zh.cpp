@@ -45,7 +45,7 @@ const Entry kEntries_zh[] = {
     {"settings.quit", "退出游戏"},
     {"settings.resetProgress", "重置进度"},
     {"settings.resetProgressConfirmBody",
-     "所有已解锁的关卡、最佳成绩以及已保存的成就图片都将永久丢失。此操作无法撤销。"},
+     "所有已解锁的关卡、最佳成绩以及已保存的成就图片都会被永久删除。此操作无法撤销。"},
     {"settings.resetProgressConfirmNo", "取消"},
     {"settings.resetProgressConfirmTitle", "要重置进度吗？"},
     {"settings.resetProgressConfirmYes", "是，重置"},
