@@ -599,7 +599,10 @@ TEST_F(BoardTextures, BecomeSharpOverSomeFramesAfterAZoom) {
   ui::gpuDropTextures("", ui::kKeepNone);
   EXPECT_TRUE(support::samePicture(shownAt(2).get(), sharp.get()));
   EXPECT_FALSE(support::samePicture(first.get(), sharp.get()));
-  EXPECT_LT(meanDifference(first.get(), sharp.get()), 4) << "every tile was there, only less sharp";
+  // Every tile was there, only less sharp.
+  window.clear(0x203040);
+  EXPECT_LT(meanDifference(first.get(), sharp.get()),
+            0.1 * meanDifference(window.picture().get(), sharp.get()));
 }
 
 int overlayOpacity(const std::string& kind) {
