@@ -1,16 +1,17 @@
 #!/usr/bin/env bash
 # What the game costs while nobody touches it: its processor time on each screen, in parts of one core, that of the
-# sound's threads apart; and its memory after the menu, the level select and the gallery were seen. In a virtual
-# display, without a window manager, for each of SDL's two renderers and the size given.
+# sound's threads apart; and its memory in play, after all those screens were seen. In a virtual display with a window
+# manager, for each of SDL's two renderers.
 # Run: bench/rest.sh PROGRAM [WIDTH HEIGHT [SECONDS]]
 set -euo pipefail
 program=$(realpath "$1") w=${2:-1100} h=${3:-760} seconds=${4:-20}
 scratch=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null || true; wait; rm -rf "$scratch"' EXIT
 
-Xvfb -displayfd 3 -screen 0 "${w}x${h}x24" 3>"$scratch/display" 2>/dev/null &
+Xvfb -displayfd 3 -screen 0 "$((w + 100))x$((h + 100))x24" 3>"$scratch/display" 2>/dev/null &
 until [ -s "$scratch/display" ]; do sleep 0.1; done
 export DISPLAY=":$(cat "$scratch/display")" SDL_AUDIODRIVER=dummy XDG_CACHE_HOME="$scratch/cache"
+openbox --config-file "$(dirname "$0")/../tests/window/openbox.xml" >/dev/null 2>&1 &
 
 # ticks THREADS...: hundredths of a second that they have used.
 ticks() { cat "${@/%//stat}" 2>/dev/null | sed 's/.*) //' | awk '{ sum += $12 + $13 } END { print sum + 0 }'; }
@@ -30,14 +31,21 @@ memory() {
        END { printf "  memory: PSS %.1f MiB, anonymous %.1f MiB\n", pss / 1024, anon / 1024 }' \
     /proc/"$game"/smaps_rollup
 }
-click() { xdotool mousemove "$(($1 + w / 2))" "$(($2 + h / 2))" click 1; sleep 2; }
+window() { xdotool search --onlyvisible --name "Quenlock's Mahjong" "$@"; }
+# click X Y: from the middle of the window.
+click() {
+  local WINDOW X Y WIDTH HEIGHT SCREEN
+  eval "$(window getwindowgeometry --shell)"
+  xdotool mousemove $((X + WIDTH / 2 + $1)) $((Y + HEIGHT / 2 + $2)) click 1
+  sleep 2
+}
 key() { xdotool key "$1"; sleep 2; }
 
 for renderer in opengl software; do
   echo "$renderer, $w x $h"
   export XDG_DATA_HOME="$scratch/$renderer"
   mkdir -p "$XDG_DATA_HOME/veskara"
-  echo "{\"windowW\":$w,\"windowH\":$h,\"windowX\":0,\"windowY\":0}" >"$XDG_DATA_HOME/veskara/settings.json"
+  echo "{\"windowW\":$w,\"windowH\":$h}" >"$XDG_DATA_HOME/veskara/settings.json"
   SDL_RENDER_DRIVER=$renderer "$program" >/dev/null 2>&1 &
   game=$!
   sleep 6
@@ -52,6 +60,12 @@ for renderer in opengl software; do
   memory
   key space
   measure "pause"
+  key Escape
+  xdotool mousemove 0 0
+  xdotool windowfocus "$(xdotool getmouselocation --shell | sed -n 's/^WINDOW=//p')"
+  measure "menu, unwatched"
+  window windowminimize
+  measure "menu, minimised"
   kill "$game"
   wait "$game" || true
 done
