@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -135,14 +136,16 @@ void sit(int w, int h) {
 
 }  // namespace
 
-int main() {  // NOLINT(bugprone-exception-escape): no directory, no measurement
+// Run: hitch_bench [WIDTH HEIGHT]
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): no directory, no measurement
+  const std::span<char*> arguments(argv, static_cast<std::size_t>(argc));
+  const bool hasSize = arguments.size() == 3;
   const support::TempDir files;
   setenv("XDG_DATA_HOME", files.path().c_str(), 1);
   SDL_SetHint(SDL_HINT_VIDEODRIVER, "dummy");
   if (SDL_Init(SDL_INIT_VIDEO) != 0) return 1;
   ui::registerBundledFonts();
-  sit(1100, 760);
-  sit(3840, 2160);
+  sit(hasSize ? std::atoi(arguments[1]) : 1100, hasSize ? std::atoi(arguments[2]) : 760);
   SDL_Quit();
   return 0;
 }

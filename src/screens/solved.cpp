@@ -29,7 +29,10 @@
 namespace screens {
 namespace {
 
-constexpr double kRecordAt = 0.4;  // painting the picture holds up a frame: not one of the first
+// Painting the picture of the board and writing it down each hold up a frame: not the same one, and none of
+// the first.
+constexpr double kPaintAt = 0.2;
+constexpr double kRecordAt = 0.4;
 constexpr int kShotSize = 640;
 constexpr double kFadeTime = 0.46;
 constexpr double kFadeAlpha = 0.85;
@@ -61,6 +64,7 @@ class Solved : public ui::Screen {
 
   std::optional<double> startedAt;
   std::array<bool, 3> chimed = {};
+  ui::CairoSurface picture;
   bool recorded = false;
 };
 
@@ -104,7 +108,9 @@ void Solved::chime(double t) {
 }
 
 void Solved::record(double t) {
-  if (recorded || t < kRecordAt) return;
+  if (recorded || t < kPaintAt) return;
+  if (!picture) picture = ui::captureBoard(board, *mj::tableThemeForLevel(level), kShotSize);
+  if (t < kRecordAt) return;
   recorded = true;
   store::ensureDataDirs();
   const std::string id = store::newSolveId();
@@ -117,8 +123,8 @@ void Solved::record(double t) {
                              .shot = id + ".png",
                              .stars = stars,
                              .aids = aids};
-  const mj::TableTheme& theme = *mj::tableThemeForLevel(level);
-  if (!ui::captureBoardPng(board, theme, kShotSize, store::shotPath(entry))) entry.shot.clear();
+  if (!ui::writePng(picture.get(), store::shotPath(entry))) entry.shot.clear();
+  picture.reset();
   store::recordSolve(entry);
 }
 

@@ -79,24 +79,6 @@ void paintCapture(cairo_t* cr, const mj::GameState& game, const mj::TableTheme& 
   strokeRoundedRect(cr, {4, 4, size - 8, size - 8}, 12, 2, theme.ornament, 0.45);
 }
 
-// Null when cairo cannot make it.
-CairoSurface captured(const mj::GameState& game, const mj::TableTheme& theme, int size) {
-  CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size, size));
-  if (cairo_surface_status(picture.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
-  const CairoContext cr(cairo_create(picture.get()));
-  paintCapture(cr.get(), game, theme, size);
-  return cairo_status(cr.get()) == CAIRO_STATUS_SUCCESS ? std::move(picture) : nullptr;
-}
-
-bool writePng(cairo_surface_t* picture, const std::string& path) {
-  const std::string unfinished = path + ".tmp";
-  const bool written = cairo_surface_write_to_png(picture, unfinished.c_str()) == CAIRO_STATUS_SUCCESS &&
-                       std::rename(unfinished.c_str(), path.c_str()) == 0;
-  // Gone already if all went well; otherwise half a picture is no use to anyone.
-  if (!written) std::remove(unfinished.c_str());
-  return written;
-}
-
 }  // namespace
 
 void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game) {
@@ -111,11 +93,28 @@ void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game) {
 
 void forgetMenuBackdrop() { gpuDropTextures(kBackdropKey, kKeepNone); }
 
+CairoSurface captureBoard(const mj::GameState& game, const mj::TableTheme& theme, int size) {
+  if (size < 1) return nullptr;
+  CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size, size));
+  if (cairo_surface_status(picture.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
+  const CairoContext cr(cairo_create(picture.get()));
+  paintCapture(cr.get(), game, theme, size);
+  return cairo_status(cr.get()) == CAIRO_STATUS_SUCCESS ? std::move(picture) : nullptr;
+}
+
+bool writePng(cairo_surface_t* picture, const std::string& path) {
+  if (picture == nullptr) return false;
+  const std::string unfinished = path + ".tmp";
+  const bool written = cairo_surface_write_to_png(picture, unfinished.c_str()) == CAIRO_STATUS_SUCCESS &&
+                       std::rename(unfinished.c_str(), path.c_str()) == 0;
+  // Gone already if all went well; otherwise half a picture is no use to anyone.
+  if (!written) std::remove(unfinished.c_str());
+  return written;
+}
+
 bool captureBoardPng(const mj::GameState& game, const mj::TableTheme& theme, int size,
                      const std::string& path) {
-  if (size < 1) return false;
-  const CairoSurface picture = captured(game, theme, size);
-  return picture && writePng(picture.get(), path);
+  return writePng(captureBoard(game, theme, size).get(), path);
 }
 
 }  // namespace ui

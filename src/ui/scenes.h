@@ -8,6 +8,7 @@
 #include "rules/engine.h"
 #include "rules/table_themes.h"
 #include "ui/context.h"
+#include "ui/handles.h"
 
 namespace ui {
 
@@ -18,9 +19,14 @@ namespace ui {
 void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game);
 void forgetMenuBackdrop();
 
-// Writes a PNG of size x size pixels: the theme's cloth, the board as it looks on the table, a thin frame.
-// A file of that name is replaced once the picture is whole: should anything go wrong, or the program die
-// meanwhile, it is as it was before. False when nothing could be written, or without a pixel to write.
+// A picture of size x size pixels: the theme's cloth, the board as it looks on the table, a thin frame. Null
+// when it cannot be made, as without a pixel.
+CairoSurface captureBoard(const mj::GameState& game, const mj::TableTheme& theme, int size);
+// Writes a picture as a PNG. A file of that name is replaced once the new one is whole: should anything go
+// wrong, or the program die meanwhile, it is as it was before. False when nothing could be written, and for
+// null.
+bool writePng(cairo_surface_t* picture, const std::string& path);
+// Both at once.
 bool captureBoardPng(const mj::GameState& game, const mj::TableTheme& theme, int size,
                      const std::string& path);
 
