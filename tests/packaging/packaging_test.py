@@ -326,11 +326,20 @@ class InstalledTree(Scratch):
             self.assertEqual((done.returncode, done.stderr), (0, ""))
             self.assertIn('"veskara - Quenlock\'s Mahjong', run("lexgrog", self.tree / manual))
 
+    def test_has_manual_pages_no_wider_than_a_terminal(self):
+        need("man")
+        for manual in MANUALS:
+            page = run("man", "-E", "UTF-8", "-l", self.tree / manual,
+                       env=os.environ | {"LC_ALL": "C.UTF-8", "MANWIDTH": "80", "MAN_KEEP_FORMATTING": ""})
+            rows = re.sub(r"\x1b\[[\d;]*m|.\x08", "", page).expandtabs().splitlines()
+            self.assertGreater(len(rows), 80, manual)
+            self.assertLessEqual(max(map(len, rows)), 80, manual)
+
     def test_has_manual_pages_that_know_what_the_program_asks_for(self):
         options = re.findall(r"^  (--\w+)", run(self.tree / "bin/veskara", "--help"), re.MULTILINE)
         self.assertIn("--version", options)
         sources = "".join(path.read_text() for path in (SOURCE / "src").rglob("*.cpp"))
-        variables = set(re.findall(r'\b(?:getenv|envOr)\("(\w+)"', sources))
+        variables = set(re.findall(r'\b(?:getenv|envOr)\("(\w+)"', sources)) | {"SNAP", "APPDIR"}
         self.assertIn("VESKARA_AUTOPLAY", variables)
         for manual in self.manuals():
             for option in options:
