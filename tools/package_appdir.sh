@@ -8,10 +8,12 @@ cd "$(dirname "$0")/.."
 build=${1:-build/release}
 appdir=${2:-$build/packages/Veskara.AppDir}
 id=example.quenlock.Veskara
-# What must be the system's own: the C and C++ runtime, what talks to its graphics and sound drivers, and the fonts'
-# libraries, which read its configuration and caches.
-of_the_system='^(ld-linux|lib(c|m|pthread|gcc_s|stdc\+\+|GL|EGL|gbm|drm|X11|xcb|Xau|Xdmcp|asound)'
-of_the_system+='|lib(wayland-[a-z]+|fontconfig|freetype|harfbuzz|fribidi|expat|z))[-.]'
+# What must be the system's own; docs/packaging.md names each. The C and C++ runtime, what talks to its graphics and
+# sound drivers, and the fonts' libraries, which read its configuration and caches. Also what its graphics driver loads
+# beside these: of two versions of a library a program has only the first, and the driver would lack what is new in the
+# other.
+of_the_system='^(ld-linux|lib(c|m|pthread|gcc_s|stdc\+\+|GL|EGL|gbm|drm|X11|Xau|Xdmcp|Xext|Xfixes|xcb|wayland-[a-z]+'
+of_the_system+='|asound|fontconfig|freetype|harfbuzz|fribidi|expat|ffi|lzma|tinfo|z|zstd))[-.]'
 
 declare -A place # of each library that the game loads, by its name
 files=()         # those that are taken
@@ -41,6 +43,10 @@ gather "$build/veskara"
 { dpkg-query --search "${files[@]}" 2>/dev/null || true; } | sed 's/:.*//' | sort --unique | while read -r package; do
   install -D -m 644 "/usr/share/doc/$package/copyright" "$appdir/usr/share/doc/$package/copyright"
 done
+# The texts that these point to: only Debian has them where they say. Some write GPL-2 as GPL-2.0.
+cp --recursive --dereference /usr/share/common-licenses "$appdir/usr/share/"
+sed --in-place --expression 's,/usr/share/common-licenses,../../common-licenses,g' \
+  --expression 's,common-licenses/GPL-\([123]\)\.0,common-licenses/GPL-\1,g' "$appdir"/usr/share/doc/*/copyright
 # In the files themselves, as a variable of the environment would reach the browser that the game may open.
 patchelf --set-rpath '$ORIGIN/../lib' "$appdir/usr/bin/veskara"
 for library in "$appdir"/usr/lib/*; do patchelf --set-rpath '$ORIGIN' "$library"; done

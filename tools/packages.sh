@@ -9,8 +9,8 @@ headless_packages="xvfb maim xdotool"
 # What the tests and benchmarks need beside these. One version of clang-format and clang-tidy, for each lays out and
 # finds something else; Debian 12 and 13 both have it.
 check_packages="git locales python3 python3-pil strace clang libclang-rt-dev clang-format-19 clang-tidy-19 cppcheck
-  libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox x11-xkb-utils libx11-dev
-  libxtst-dev"
+  libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox weston x11-xkb-utils
+  libx11-dev libxtst-dev"
 # What makes packages of the game, and what the tests of these need beside it.
 package_packages="dpkg-dev file patchelf"
 check_packages+=" $package_packages appstream desktop-file-utils fakeroot flatpak-builder librsvg2-bin lintian
@@ -50,6 +50,7 @@ package_table="
   nlohmann-json3-dev module:nlohmann_json          json-devel                 nlohmann-json      nlohmann_json-devel        nlohmann-json
   libvorbis-dev      module:vorbisfile             libvorbis-devel            libvorbis          libvorbis-devel            libvorbis-dev
   openbox            command:openbox               openbox                    openbox            openbox                    openbox
+  weston             command:weston                weston                     weston             weston                     weston
   x11-xkb-utils      command:setxkbmap             setxkbmap                  xorg-setxkbmap     setxkbmap                  setxkbmap
   libx11-dev         module:x11                    libX11-devel               libx11             libX11-devel               libx11-dev
   libxtst-dev        module:xtst                   libXtst-devel              libxtst            libXtst-devel              libxtst-dev

@@ -52,7 +52,7 @@ constexpr std::array<LineLook, kAboutLines> kLines = {{
     {kGroupGap, Wording::Key, "about.dev", 13, ui::palette::kMutedText},
     {2, Wording::Fixed, "The Quenlock team", 21, ui::palette::kLightText, true},
     {0, Wording::Fixed, "Quenlock Software", 16, ui::palette::kLightText},
-    {2, Wording::Fixed, "© 2026", 14, ui::palette::kMutedText},
+    {2, Wording::Fixed, "GPL 3 or later · © 2026", 14, ui::palette::kMutedText},
     {10, Wording::Fixed, "hello@quenlock.example", 16, ui::palette::kCream, false, kMail},
     {2, Wording::Fixed, "quenlock.example", 16, ui::palette::kCream, false, kWeb},
     {kGroupGap, Wording::Key, "about.music", 13, ui::palette::kMutedText},

@@ -14,7 +14,7 @@ SOURCE = Path(__file__).resolve().parents[2]
 EVERYWHERE = ("awk", "bash", "cat", "chmod", "dirname", "env", "grep", "mkdir", "nproc", "sed", "sort", "touch")
 NEEDED = ("Xvfb", "appstreamcli", "clang++", "clang-format-19", "clang-tidy-19", "cppcheck", "desktop-file-validate",
           "file", "git", "localedef", "ninja", "openbox", "patchelf", "python3", "rsvg-convert", "setxkbmap", "strace",
-          "xprop")
+          "weston", "xprop")
 INSTALLS = {"dnf": "dnf install SDL2-devel", "pacman": "pacman -S sdl2-compat",
             "zypper": "zypper install sdl2-compat-devel", "apk": "apk add sdl2-dev"}
 

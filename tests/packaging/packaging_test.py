@@ -61,9 +61,25 @@ def files_below(root):
     return {str(path.relative_to(root)) for path in root.rglob("*") if path.is_symlink() or not path.is_dir()}
 
 
-def library_places():
-    """Where the libraries lie that the program loads, by their names."""
-    return {name: Path(place) for name, place in re.findall(r"(?m)^\t(\S+) => (\S+)", run("ldd", PROGRAM))}
+def library_places(file=PROGRAM):
+    """Where the libraries lie that a program or a library loads, by their names."""
+    return {name: Path(place) for name, place in re.findall(r"(?m)^\t(\S+) => (/\S+)", run("ldd", file))}
+
+
+def needed_by(file):
+    """The libraries that it asks for by itself, by their names."""
+    return set(re.findall(r"NEEDED.*\[(.+)\]", run("readelf", "--dynamic", file)))
+
+
+def graphics_driver():
+    """The files of Mesa's OpenGL that no program asks for by itself."""
+    directory = library_places()["libX11.so.6"].parent
+    files = [directory / "libGL.so.1", directory / "libGLX_mesa.so.0", directory / "libEGL_mesa.so.0",
+             directory / "dri/swrast_dri.so"]
+    found = [file for file in files if file.exists()]
+    if not found:
+        raise unittest.SkipTest("there is no OpenGL driver")
+    return found
 
 
 def owners_of(libraries):
@@ -131,14 +147,14 @@ class Display:
 class Game:
     """The game running on a display with files of its own, while it is entered. Its window is there at once."""
 
-    def __init__(self, program, display, home):
-        self.program, self.display, self.home = program, display, home
+    def __init__(self, command, display, home, variables=None):
+        self.command, self.display, self.home, self.variables = command, display, home, variables or {}
 
     def __enter__(self):
         environment = {"PATH": os.environ["PATH"], "HOME": str(self.home), "DISPLAY": self.display.name,
                        "SDL_AUDIODRIVER": "dummy", "FONTCONFIG_FILE": os.environ["FONTCONFIG_FILE"]}
         self.errors = tempfile.TemporaryFile("w+")
-        self.process = subprocess.Popen([self.program], env=environment, cwd="/",
+        self.process = subprocess.Popen(self.command, env=environment | self.variables, cwd="/",
                                         stdout=subprocess.DEVNULL, stderr=self.errors)
         if not wait_for(lambda: self.display.property("WM_CLASS") or self.process.poll() is not None):
             raise AssertionError("no window comes")
@@ -310,11 +326,20 @@ class InstalledTree(Scratch):
             self.assertEqual((done.returncode, done.stderr), (0, ""))
             self.assertIn('"veskara - Quenlock\'s Mahjong', run("lexgrog", self.tree / manual))
 
+    def test_has_manual_pages_no_wider_than_a_terminal(self):
+        need("man")
+        for manual in MANUALS:
+            page = run("man", "-E", "UTF-8", "-l", self.tree / manual,
+                       env=os.environ | {"LC_ALL": "C.UTF-8", "MANWIDTH": "80", "MAN_KEEP_FORMATTING": ""})
+            rows = re.sub(r"\x1b\[[\d;]*m|.\x08", "", page).expandtabs().splitlines()
+            self.assertGreater(len(rows), 80, manual)
+            self.assertLessEqual(max(map(len, rows)), 80, manual)
+
     def test_has_manual_pages_that_know_what_the_program_asks_for(self):
         options = re.findall(r"^  (--\w+)", run(self.tree / "bin/veskara", "--help"), re.MULTILINE)
         self.assertIn("--version", options)
         sources = "".join(path.read_text() for path in (SOURCE / "src").rglob("*.cpp"))
-        variables = set(re.findall(r'\b(?:getenv|envOr)\("(\w+)"', sources))
+        variables = set(re.findall(r'\b(?:getenv|envOr)\("(\w+)"', sources)) | {"SNAP", "APPDIR"}
         self.assertIn("VESKARA_AUTOPLAY", variables)
         for manual in self.manuals():
             for option in options:
@@ -399,13 +424,12 @@ class DebianPackage(Scratch):
         self.assertEqual(summed, {path for path in files_below(root) if not path.startswith("DEBIAN/")})
 
     def test_depends_on_the_libraries_it_uses_and_on_nothing_else(self):
-        dynamic = run("readelf", "--dynamic", self.unpacked() / "usr/games/veskara")
-        libraries = re.findall(r"NEEDED.*\[(.+)\]", dynamic)
         wanted = {dependency.split()[0] for dependency in self.field("Depends").split(",")}
-        self.assertEqual(wanted, owners_of(libraries))
+        self.assertEqual(wanted, owners_of(needed_by(self.unpacked() / "usr/games/veskara")))
 
-    def test_recommends_the_fonts_of_all_languages(self):
-        self.assertLessEqual({"fonts-dejavu-core", "fonts-noto-cjk"}, set(self.field("Recommends").split(", ")))
+    def test_recommends_the_fonts_of_all_languages_a_frame_under_wayland_and_an_opener_of_links(self):
+        self.assertEqual({"fonts-dejavu-core", "fonts-noto-cjk", "libdecor-0-plugin-1-cairo", "xdg-utils"},
+                         set(self.field("Recommends").split(", ")))
 
     def test_is_the_same_bytes_again(self):
         again = self.scratch / "again"
@@ -430,7 +454,7 @@ class DebianPackage(Scratch):
         self.assertIn("Status: install ok installed", (records / "status").read_text())
         program = system / "usr/games/veskara"
         self.assertRegex(run(program, "--version"), "^Quenlock's Mahjong ")
-        with Display() as display, Game(program, display, self.scratch / "home") as game:
+        with Display() as display, Game([program], display, self.scratch / "home") as game:
             self.assertEqual(display.property("WM_CLASS"), WINDOW_CLASS)
             self.assertTrue(wait_for(lambda: "Icon (64 x 64)" in display.property("_NET_WM_ICON")))
             self.assertEqual(game.end(), 0)
@@ -441,6 +465,14 @@ class DebianPackage(Scratch):
         self.assertEqual(left, set())
         self.assertEqual([name for name in os.listdir(records / "info") if "veskara" in name], [])
         self.assertNotIn("veskara", (records / "status").read_text())
+
+
+# The shell's script that becomes a command in another root: $0 is the root, $1 the command.
+ENTER = '''
+mount --rbind /dev "$0/dev"
+mount --rbind /proc "$0/proc"
+exec unshare --root="$0" "$1"
+'''
 
 
 class AppDir(Scratch):
@@ -462,16 +494,93 @@ class AppDir(Scratch):
             self.assertIn(self.folder, path.parents)
         self.assertEqual(png_size(self.folder / ".DirIcon"), (256, 256))
 
+    def own_libraries(self):
+        """Where they lie, by their names."""
+        return {path.name: path for path in (self.folder / "usr/lib").iterdir()}
+
+    def left_to_the_system(self):
+        """The libraries that docs/packaging.md says so of, without their versions."""
+        chapter = (SOURCE / "docs/packaging.md").read_text().split("## AppDir")[1].split("\n## ")[0]
+        return set(re.findall(r"`(lib[^`]+)`", chapter))
+
     def test_carries_the_licence_of_each_library(self):
-        libraries = [path.name for path in (self.folder / "usr/lib").iterdir()]
         documents = {path.parent.name for path in (self.folder / "usr/share/doc").glob("*/copyright")}
-        self.assertEqual(documents, owners_of(libraries) | {"veskara"})
+        self.assertEqual(documents, owners_of(self.own_libraries()) | {"veskara"})
+
+    def test_carries_the_texts_that_its_licences_point_to(self):
+        for document in (self.folder / "usr/share/doc").glob("*/copyright"):
+            text = document.read_text()
+            self.assertFalse("/usr/share/common-licenses" in text, document)
+            for names in re.findall(r"common-licenses/\{?(\w[\w.,-]*\w)", text):
+                for name in names.split(","):
+                    self.assertTrue((document.parent / "../../common-licenses" / name).is_file(), f"{document}: {name}")
+
+    def test_has_no_link_out_of_itself(self):
+        for path in self.folder.rglob("*"):
+            self.assertIn(self.folder, path.resolve(strict=True).parents)
+
+    def test_leaves_to_the_system_what_its_description_says(self):
+        own = self.own_libraries()
+        needed = set().union(*map(needed_by, (self.folder / "usr/bin/veskara", *own.values())))
+        left = {name.split(".so")[0] for name in needed - set(own) if name.startswith("lib")}
+        self.assertEqual(self.left_to_the_system(), left)
+
+    def test_leaves_the_graphics_driver_all_that_it_loads(self):
+        loaded = set().union(*map(library_places, graphics_driver()))
+        self.assertIn("libdrm.so.2", loaded)
+        self.assertEqual(loaded & set(self.own_libraries()), set())
+
+    def bare_system(self):
+        """The root of a system that has what it must, its graphics driver and a shell, in no Debian's places."""
+        root = self.scratch / "system"
+        libraries = root / "usr/lib"
+        commands = root / "usr/bin"
+        for directory in (libraries / "dri", commands, *(root / name for name in ("dev", "home", "proc"))):
+            directory.mkdir(parents=True)
+        for link, place in (("bin", "usr/bin"), ("lib", "usr/lib"), ("lib64", "usr/lib")):
+            (root / link).symlink_to(place)
+        files = [Path(shutil.which(name)) for name in ("sh", "dirname", "readlink", "true")]
+        for file in files:
+            shutil.copy(file, commands)
+        left = self.left_to_the_system()
+        files += [place for name, place in library_places().items() if name.split(".so")[0] in left]
+        files += graphics_driver()
+        for file in files:
+            for name, place in library_places(file).items():
+                shutil.copy(place, libraries / name)
+            if file.parent.name == "dri":
+                shutil.copy(file, libraries / "dri")
+            elif ".so" in file.name:
+                shutil.copy(file, libraries)
+        loader = re.search(r"interpreter: (.+)\]", run("readelf", "--segments", PROGRAM))[1]
+        shutil.copy(loader, libraries)
+        for place in ("usr/share/X11/locale", "usr/share/fonts/truetype/dejavu"):
+            shutil.copytree(Path("/", place), root / place)
+        shutil.copy(os.environ["FONTCONFIG_FILE"], root / "fonts.conf")
+        shutil.copytree(self.folder, root / self.folder.name, symlinks=True)
+        return root
+
+    def test_runs_on_a_bare_system_of_another_layout(self):
+        need("Xvfb", "xprop", "unshare")
+        root = self.bare_system()
+        enter = ["unshare", "--user", "--map-root-user", "--mount", "sh", "-euc", ENTER, root]
+        if subprocess.run([*enter, "true"], capture_output=True, check=False).returncode != 0:
+            raise unittest.SkipTest("a root of its own may not be entered here")
+        variables = {"FONTCONFIG_FILE": "/fonts.conf", "LIBGL_DRIVERS_PATH": "/usr/lib/dri",
+                     "LIBGL_ALWAYS_SOFTWARE": "1"}
+        with Display() as display, Game([*enter, f"/{self.folder.name}/AppRun"], display, "/home",
+                                        variables) as game:
+            self.assertEqual(display.property("WM_CLASS"), WINDOW_CLASS)
+            loaded = {Path(path).name for path in game.loaded_files()}
+            self.assertLessEqual(set(self.own_libraries()), loaded)
+            self.assertTrue(any(name.startswith(("swrast_dri", "libgallium")) for name in loaded), "no OpenGL")
+            self.assertEqual(game.end(), 0)
 
     def test_runs_where_it_was_moved_to_with_its_own_libraries(self):
         need("Xvfb", "xprop")
-        own = {path.name: str(path) for path in (self.folder / "usr/lib").iterdir()}
+        own = {name: str(path) for name, path in self.own_libraries().items()}
         self.assertIn("libSDL2_mixer-2.0.so.0", own)
-        with Display() as display, Game(self.folder / "AppRun", display, self.scratch / "home") as game:
+        with Display() as display, Game([self.folder / "AppRun"], display, self.scratch / "home") as game:
             self.assertEqual(display.property("WM_CLASS"), WINDOW_CLASS)
             loaded = {path for path in game.loaded_files() if Path(path).name in own}
             self.assertEqual(loaded, set(own.values()))

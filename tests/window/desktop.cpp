@@ -10,11 +10,11 @@
 #include <array>
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 namespace window {
 namespace {
 
-constexpr const char* kTitle = "Quenlock's Mahjong";
 constexpr unsigned kLeftButton = 1;
 constexpr unsigned kRightButton = 3;
 constexpr unsigned kWheelUp = 4;
@@ -232,8 +232,11 @@ std::vector<std::string> gameCommand(const std::vector<std::string>& arguments) 
 Game::Game(Desktop& shownOn, const std::vector<std::string>& arguments, const Environment& changes)
     : Game(gameCommand(arguments), shownOn, changes) {}
 
-Game::Game(const std::vector<std::string>& command, Desktop& shownOn, const Environment& changes)
-    : desktop(shownOn), child(command, changed(shownOn.environment(), changes)) {
+Game::Game(const std::vector<std::string>& command, Desktop& shownOn, const Environment& changes,
+           std::string windowTitle)
+    : desktop(shownOn),
+      title(std::move(windowTitle)),
+      child(command, changed(shownOn.environment(), changes)) {
   waitFor([this] { return findWindow() || child.hasEnded(); });
   if (window == 0) throw std::runtime_error("no window: " + child.output() + child.errors());
 }
@@ -245,8 +248,7 @@ bool Game::findWindow() {
   Display* display = desktop.connection->display;
   const Window root = desktop.connection->root();
   const std::vector<Window> active = property<Window>(display, root, "_NET_ACTIVE_WINDOW");
-  if (active.empty() || titleOf(display, active[0]) != kTitle || !isViewable(display, active[0]))
-    return false;
+  if (active.empty() || titleOf(display, active[0]) != title || !isViewable(display, active[0])) return false;
   window = active[0];
   return true;
 }
@@ -380,6 +382,15 @@ void Game::typeCharacter(char character, Key modifier) const {
   desktop.connection->key(modifier, true);
   typeCharacter(character);
   desktop.connection->key(modifier, false);
+}
+
+void Game::dragRight(Key held, Point from, Point to) const {
+  moveMouse(from);
+  desktop.connection->key(held, true);
+  desktop.connection->button(kRightButton, true);
+  moveMouse(to);
+  desktop.connection->button(kRightButton, false);
+  desktop.connection->key(held, false);
 }
 
 void Game::dragCorner(int dx, int dy) const {

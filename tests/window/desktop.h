@@ -37,6 +37,8 @@ inline constexpr Size kSmallScreen = {800, 600};
 inline constexpr Size kFirstWindow = {1100, 760};
 inline constexpr Size kSmallestWindow = {640, 480};
 
+inline constexpr const char* kTitle = "Quenlock's Mahjong";
+
 // The layout that a display begins with.
 inline constexpr const char* kLatinKeyboard = "us";
 
@@ -114,8 +116,10 @@ class Game {
   // std::runtime_error, with what the program wrote, when no window comes.
   explicit Game(Desktop& shownOn, const std::vector<std::string>& arguments = {},
                 const Environment& changes = {});
-  // The same for another command that starts it.
-  Game(const std::vector<std::string>& command, Desktop& shownOn, const Environment& changes);
+  // The same for another command that starts it, or for another program that writes a line once its window
+  // has this title.
+  Game(const std::vector<std::string>& command, Desktop& shownOn, const Environment& changes,
+       std::string windowTitle = kTitle);
 
   Child& process() { return child; }
 
@@ -145,6 +149,9 @@ class Game {
   void typeCharacter(char character) const;
   void typeCharacter(char character, Key modifier) const;
 
+  // Moves the mouse from one place to the other with the right button and this key held.
+  void dragRight(Key held, Point from, Point to) const;
+
   // Drags the window's lower right corner by so much with the mouse, as the window manager offers it.
   void dragCorner(int dx, int dy) const;
   // Asks the window manager for another place, and does not wait.
@@ -161,6 +168,7 @@ class Game {
   bool findWindow();
 
   Desktop& desktop;
+  std::string title;
   Child child;
   unsigned long window = 0;
 };
