@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,6 +20,7 @@
 #include "screens/about.h"
 #include "screens/attract.h"
 #include "screens/card.h"
+#include "screens/environment.h"
 #include "screens/gallery_layout.h"
 #include "screens/level_grid.h"
 #include "screens/list_screen.h"
@@ -375,6 +377,17 @@ TEST_P(LevelPage, ShowsOnEachCardItsOwnLayout) {
   }
 }
 
+TEST(LevelPictures, OfAResultBelowZeroShowNoStars) {
+  const support::DataHome data;
+  const auto pageWith = [&](const std::string& stars) {
+    data.write("progress.json", R"({"currentLevel":5,"bests":{"2":{"stars":)" + stars + "}}}");
+    return Shown(screens::makeLevelSelect()).harness.picture();
+  };
+  const ui::CairoSurface none = pageWith("0");
+  EXPECT_TRUE(support::samePicture(pageWith("-1").get(), none.get()));
+  EXPECT_FALSE(support::samePicture(pageWith("1").get(), none.get()));
+}
+
 // --- gallery ---
 
 store::SolveEntry entryOf(int level, int seconds, std::int64_t day) {
@@ -394,6 +407,8 @@ struct GalleryShown : Shown {
 };
 
 TEST(GalleryWords, SayOnEachCardItsLevelItsTimeAndItsDay) {
+  const test::Environment zone("TZ", "UTC");
+  tzset();
   const support::DataHome data;
   store::ensureDataDirs();
   store::recordSolve(entryOf(8, 3661, 20'453));  // from 1 January 1970
