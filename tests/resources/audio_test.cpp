@@ -2,6 +2,7 @@
 
 #include <SDL.h>
 #include <SDL_mixer.h>
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -56,6 +57,21 @@ constexpr std::array<SoundFile, 13> kEffects = {{{Sfx::Click, "audio/sfx_click.o
                                                  {Sfx::Star2, "audio/sfx_star2.ogg"},
                                                  {Sfx::Star3, "audio/sfx_star3.ogg"}}};
 constexpr const char* kMusic = "audio/bgm_calm.ogg";
+
+// In frames, of the device that was opened last.
+int askedChunk = 0;
+
+}  // namespace
+
+// In place of SDL_mixer's own in this program.
+int Mix_OpenAudio(int frequency, Uint16 format, int channels, int chunk) {
+  static auto* const openAudio =
+      reinterpret_cast<decltype(Mix_OpenAudio)*>(dlsym(RTLD_NEXT, "Mix_OpenAudio"));
+  askedChunk = chunk;
+  return openAudio(frequency, format, channels, chunk);
+}
+
+namespace {
 
 // The sounds of most tests: each effect is of a level of its own, the music goes up and down. All levels are
 // multiples of the mixer's full volume, so that each volume comes out exactly.
@@ -554,6 +570,11 @@ TEST_F(Audio, IsOpenedForStereoAtCdRate) {
   EXPECT_EQ(frequency, 44100);
   EXPECT_EQ(format, AUDIO_S16SYS);
   EXPECT_EQ(channels, 2);
+}
+
+TEST_F(Audio, IsOpenedInPiecesShortEnoughToAnswerAClick) {
+  open();
+  EXPECT_EQ(askedChunk, 1024);
 }
 
 TEST_F(Audio, ShutdownGivesTheDeviceBack) {

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <bit>
 #include <climits>
 #include <clocale>
 #include <cmath>
@@ -290,6 +291,19 @@ TEST(JsonDump, WritesNumbersShortWhereTheyAreWhole) {
   EXPECT_EQ(number(HUGE_VAL).dump(), "inf");
   EXPECT_EQ(number(-HUGE_VAL).dump(), "-inf");
   EXPECT_EQ(number(std::numeric_limits<double>::quiet_NaN()).dump(), "nan");
+}
+
+TEST(JsonDump, WritesEveryNumberSoThatItIsReadBackToTheLastBit) {
+  std::mt19937_64 random(1);
+  const auto readBack = [](double n) { return js::parse(number(n).dump()).n; };
+  for (int round = 0; round < 20000; ++round) {
+    const auto n = std::bit_cast<double>(random());  // of any size
+    if (std::isfinite(n)) {
+      EXPECT_EQ(readBack(n), n);
+    }
+    const double part = std::generate_canonical<double, 53>(random);  // as volumes are
+    EXPECT_EQ(readBack(part), part);
+  }
 }
 
 TEST(JsonDump, EscapesNoMoreThanItMust) {

@@ -96,8 +96,15 @@ std::string describe(const Comparison& found) {
          std::to_string(found.y) + ") by " + std::to_string(found.largest);
 }
 
-testing::AssertionResult replaceCommitted(cairo_surface_t* seen, const std::string& path) {
-  if (!save(seen, path)) return testing::AssertionFailure() << path << " could not be written";
+ui::CairoSurface asSeen(cairo_surface_t* seen, cairo_surface_t* /*committed*/) {
+  return ui::CairoSurface(cairo_surface_reference(seen));
+}
+
+constexpr Keeping kPixelByPixel = {save, asSeen};
+
+testing::AssertionResult replaceCommitted(cairo_surface_t* seen, const std::string& path,
+                                          const Keeping& keeping) {
+  if (!keeping.save(seen, path)) return testing::AssertionFailure() << path << " could not be written";
   std::cout << "rewrote " << path << '\n';
   return testing::AssertionFailure() << path << " was rewritten: look at it";
 }
@@ -178,8 +185,12 @@ testing::AssertionResult sameLook(cairo_surface_t* seen, cairo_surface_t* expect
 }
 
 testing::AssertionResult looksLike(cairo_surface_t* seen, const std::string& name) {
+  return looksLike(seen, name, kPixelByPixel);
+}
+
+testing::AssertionResult looksLike(cairo_surface_t* seen, const std::string& name, const Keeping& keeping) {
   const std::string path = VESKARA_PICTURES_DIR "/" + name + ".png";
-  if (std::getenv("VESKARA_UPDATE_PICTURES") != nullptr) return replaceCommitted(seen, path);
+  if (std::getenv("VESKARA_UPDATE_PICTURES") != nullptr) return replaceCommitted(seen, path, keeping);
 
   const std::string seenPath = name + ".seen.png";
   const ui::CairoSurface committed(cairo_image_surface_create_from_png(path.c_str()));
@@ -187,10 +198,12 @@ testing::AssertionResult looksLike(cairo_surface_t* seen, const std::string& nam
     save(seen, seenPath);
     return testing::AssertionFailure() << path << " cannot be read; what was seen is in " << seenPath;
   }
-  const testing::AssertionResult same = sameLook(seen, committed.get());
+  const bool comparable = sameSize(seen, committed.get());
+  const ui::CairoSurface kept = comparable ? keeping.asKept(seen, committed.get()) : asSeen(seen, nullptr);
+  const testing::AssertionResult same = sameLook(kept.get(), committed.get());
   if (same) return same;
   save(seen, seenPath);
-  if (sameSize(seen, committed.get())) saveDifference(seen, committed.get(), name + ".difference.png");
+  if (comparable) saveDifference(kept.get(), committed.get(), name + ".difference.png");
   return testing::AssertionFailure() << path << ": " << same.message() << "; what was seen is in "
                                      << seenPath;
 }

@@ -56,4 +56,13 @@ testing::AssertionResult sameLook(cairo_surface_t* seen, cairo_surface_t* expect
 // it.
 testing::AssertionResult looksLike(cairo_surface_t* seen, const std::string& name);
 
+// The same for committed pictures that are not kept pixel by pixel.
+struct Keeping {
+  // False after it has said on standard error why not.
+  bool (*save)(cairo_surface_t* picture, const std::string& path);
+  // What was seen as it would be kept beside the committed one, which has its size.
+  ui::CairoSurface (*asKept)(cairo_surface_t* seen, cairo_surface_t* committed);
+};
+testing::AssertionResult looksLike(cairo_surface_t* seen, const std::string& name, const Keeping& keeping);
+
 }  // namespace support

@@ -410,6 +410,22 @@ TEST_F(GpuEviction, SparesWhatThisFrameUsed) {
   EXPECT_EQ(paintedOf(200, 332), 132);
 }
 
+// A picture that was refused and kept all the same would take the room of others.
+TEST_F(GpuEviction, IsNotCausedByRefusedPictures) {
+  const auto broken = [](cairo_t* cr, void*) { cairo_scale(cr, 0, 0); };
+  const auto paintNothing = [](void*) {};
+  EXPECT_TRUE(isPainted("old"));
+  ui::gpuBeginFrame();
+  for (int i = 0; i < 401; ++i) {
+    EXPECT_EQ(ui::gpuTexture(numbered(i), 0, 5, broken, nullptr), nullptr);
+    EXPECT_EQ(ui::gpuTexture(numbered(i), 40000, 1, broken, nullptr), nullptr);
+    EXPECT_EQ(ui::gpuTexture(numbered(i), 4, 4, broken, nullptr), nullptr);
+    EXPECT_EQ(ui::gpuRenderTarget(numbered(i), 4, -1, paintNothing, nullptr, false), nullptr);
+  }
+  EXPECT_TRUE(isPainted("new"));
+  EXPECT_FALSE(isPainted("old"));
+}
+
 TEST_F(GpuEviction, IsNotCausedByAPictureThatIsThere) {
   paintedOf(0, 401);
   EXPECT_FALSE(isPainted(numbered(5)));
@@ -663,60 +679,6 @@ TEST_F(GpuBlit, IsCountedFromTheFramesBeginning) {
   EXPECT_EQ(ui::gpuDrawCalls(), 2);
   ui::gpuBeginFrame();
   EXPECT_EQ(ui::gpuDrawCalls(), 0);
-}
-
-// --- profiler ---
-
-// The environment is read once a process, so each of these runs in one of its own.
-class ProfilerDeathTest : public testing::Test {
- protected:
-  void SetUp() override { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
-};
-
-void printReport() { std::fprintf(stderr, "<%s>", ui::profReport().c_str()); }
-
-TEST_F(ProfilerDeathTest, ReportsEndedSectionsInTheOrderOfTheirNames) {
-  const auto profile = [] {
-    setenv("VESKARA_STATS", "", 1);
-    ui::profBegin("felt");
-    ui::profEnd("felt");
-    ui::profBegin("board");
-    ui::profEnd("board");
-    ui::profBegin("board");
-    ui::profEnd("board");
-    ui::profBegin("never ended");
-    printReport();
-    std::_Exit(0);
-  };
-  EXPECT_EXIT(profile(), testing::ExitedWithCode(0), "< board [0-9]+\\.[0-9] felt [0-9]+\\.[0-9]>");
-}
-
-TEST_F(ProfilerDeathTest, StartsAnewAfterAReport) {
-  const auto profile = [] {
-    setenv("VESKARA_STATS", "0", 1);
-    ui::profBegin("felt");
-    ui::profEnd("felt");
-    ui::profBegin("board");
-    ui::profEnd("board");
-    printReport();
-    ui::profBegin("felt");
-    ui::profEnd("felt");
-    printReport();
-    printReport();
-    std::_Exit(0);
-  };
-  EXPECT_EXIT(profile(), testing::ExitedWithCode(0), "< board [0-9.]+ felt [0-9.]+>< felt [0-9.]+><>");
-}
-
-TEST_F(ProfilerDeathTest, SaysNothingUnlessAsked) {
-  const auto profile = [] {
-    unsetenv("VESKARA_STATS");
-    ui::profBegin("felt");
-    ui::profEnd("felt");
-    printReport();
-    std::_Exit(0);
-  };
-  EXPECT_EXIT(profile(), testing::ExitedWithCode(0), "<>");
 }
 
 }  // namespace

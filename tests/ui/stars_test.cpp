@@ -113,7 +113,7 @@ bool shines(cairo_surface_t* picture, int x) {
 }
 
 TEST(StarRow, FillsTheMiddleFirstThenTheLeftThenTheRight) {
-  for (const int stars : {0, 1, 2, 3, 4}) {
+  for (const int stars : {-1, 0, 1, 2, 3, 4}) {
     const auto picture = row(stars, 9);
     EXPECT_EQ(shines(picture.get(), kMiddle), stars >= 1) << stars;
     EXPECT_EQ(shines(picture.get(), kLeft), stars >= 2) << stars;

@@ -1,4 +1,5 @@
-// Preloaded into the game: keeps a Testimony up to date, and raises signals as a file is put in its place.
+// Preloaded into the game: keeps a Testimony up to date, raises signals as a file is put in its place, and
+// refuses what it is told to.
 
 #include "window/witness.h"
 
@@ -63,7 +64,24 @@ void raiseSignalsAt(std::string_view path) {
   }
 }
 
+bool isRefused(std::string_view function) {
+  const char* const refused = std::getenv(window::kRefuseVariable);
+  if (refused == nullptr || refused != function) return false;
+  SDL_SetError("refused by a test");
+  return true;
+}
+
 }  // namespace
+
+extern "C" SDL_Window* SDL_CreateWindow(const char* title, int x, int y, int w, int h, Uint32 flags) {
+  static const auto create = original<decltype(&SDL_CreateWindow)>("SDL_CreateWindow");
+  return isRefused("SDL_CreateWindow") ? nullptr : create(title, x, y, w, h, flags);
+}
+
+extern "C" SDL_Renderer* SDL_CreateRenderer(SDL_Window* window, int index, Uint32 flags) {
+  static const auto create = original<decltype(&SDL_CreateRenderer)>("SDL_CreateRenderer");
+  return isRefused("SDL_CreateRenderer") ? nullptr : create(window, index, flags);
+}
 
 // Asked for once in each pass of the loop, after its events and just before the game looks at the clock.
 extern "C" int SDL_GetRendererOutputSize(SDL_Renderer* renderer, int* w, int* h) {

@@ -14,6 +14,8 @@ namespace window {
 // star in front mean that one time only, such as the second in "2*progress.json:9".
 inline constexpr const char* kWitnessVariable = "VESKARA_TEST_WITNESS";
 inline constexpr const char* kRaiseVariable = "VESKARA_TEST_RAISE";
+// The variable that names what SDL refuses: SDL_CreateWindow or SDL_CreateRenderer.
+inline constexpr const char* kRefuseVariable = "VESKARA_TEST_REFUSE";
 
 struct Testimony {
   double played = 0;  // the game's time: of a slow frame no more counts than a tenth of a second
