@@ -334,6 +334,13 @@ void measureText(cairo_t* cr, std::string_view text, const TextStyle& style, dou
   height = size.h;
 }
 
+double inkBottom(cairo_t* cr, std::string_view text, const TextStyle& style) {
+  if (!isDrawable(text, style)) return 0;
+  PangoRectangle ink;
+  pango_layout_get_extents(fittedLayout(cr, text, style), &ink, nullptr);
+  return pango_units_to_double(ink.y + ink.height);
+}
+
 void drawText(cairo_t* cr, double x, double y, std::string_view text, const TextStyle& style) {
   if (!isDrawable(text, style)) return;
   PangoLayout* layout = fittedLayout(cr, text, style);

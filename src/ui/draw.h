@@ -61,6 +61,9 @@ void softShadowFromPath(cairo_t* cr, double dx, double dy, double blur, std::uin
 // 0 wide and one line high.
 void measureText(cairo_t* cr, std::string_view text, const TextStyle& style, double& width, double& height);
 
+// How far below the top of its box the text's ink ends, which depends on the font.
+double inkBottom(cairo_t* cr, std::string_view text, const TextStyle& style);
+
 // Draws with the top of the text's box at y, and x on it where `style.align` says. This and all text below
 // begins on the nearest whole device pixel, unless the context is turned.
 void drawText(cairo_t* cr, double x, double y, std::string_view text, const TextStyle& style);
