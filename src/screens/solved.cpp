@@ -14,6 +14,7 @@
 #include "rules/levels.h"
 #include "rules/table_themes.h"
 #include "screens/screens.h"
+#include "screens/solve_picture.h"
 #include "screens/solved_layout.h"
 #include "screens/win.h"
 #include "storage/storage.h"
@@ -30,7 +31,6 @@ namespace screens {
 namespace {
 
 constexpr double kRecordAt = 0.4;  // painting the picture holds up a frame: not one of the first
-constexpr int kShotSize = 640;
 constexpr double kFadeTime = 0.46;
 constexpr double kFadeAlpha = 0.85;
 constexpr std::array<audio::Sfx, 3> kChimes = {audio::Sfx::Star1, audio::Sfx::Star2, audio::Sfx::Star3};
@@ -118,7 +118,7 @@ void Solved::record(double t) {
                              .stars = stars,
                              .aids = aids};
   const mj::TableTheme& theme = *mj::tableThemeForLevel(level);
-  if (!ui::captureBoardPng(board, theme, kShotSize, store::shotPath(entry))) entry.shot.clear();
+  if (!ui::captureBoardPng(board, theme, kSolvePictureSide, store::shotPath(entry))) entry.shot.clear();
   store::recordSolve(entry);
 }
 

@@ -18,7 +18,11 @@ namespace ui {
 void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game);
 void forgetMenuBackdrop();
 
-// Writes a PNG of size x size pixels: the theme's cloth, the board as it looks on the table, a thin frame.
+// Paints a square of this size in the context's corner: the theme's cloth, the board as it looks on the
+// table, a thin frame.
+void drawCapture(cairo_t* cr, const mj::GameState& game, const mj::TableTheme& theme, double size);
+
+// Writes this picture as a PNG of size x size pixels.
 // A file of that name is replaced once the picture is whole: should anything go wrong, or the program die
 // meanwhile, it is as it was before. False when nothing could be written, or without a pixel to write.
 bool captureBoardPng(const mj::GameState& game, const mj::TableTheme& theme, int size,
