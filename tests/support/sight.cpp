@@ -119,4 +119,22 @@ double meanDifference(const Samples& a, const Samples& b, double enough) {
   return sum / count;
 }
 
+double luminance(std::uint32_t color) {
+  return 0.2126 * toLinear(color >> 16 & 0xFF) + 0.7152 * toLinear(color >> 8 & 0xFF) +
+         0.0722 * toLinear(color & 0xFF);
+}
+
+double contrast(double a, double b) { return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05); }
+
+double lightest(cairo_surface_t* picture, double x0, double y0, double x1, double y1) {
+  const Pixels pixels(picture);
+  double most = 0;
+  for (int y = static_cast<int>(y0); y < static_cast<int>(y1); ++y) {
+    for (int x = static_cast<int>(x0); x < static_cast<int>(x1); ++x) {
+      most = std::max(most, luminance(pixels.at(x, y)));
+    }
+  }
+  return most;
+}
+
 }  // namespace support
