@@ -8,12 +8,12 @@
 #include "rules/table_themes.h"
 #include "screens/card.h"
 #include "screens/gallery_layout.h"
-#include "ui/board.h"
+#include "screens/solve_picture.h"
 #include "ui/draw.h"
-#include "ui/felt.h"
 #include "ui/format.h"
 #include "ui/gpu.h"
 #include "ui/palette.h"
+#include "ui/scenes.h"
 #include "ui/stars.h"
 
 namespace screens {
@@ -23,7 +23,6 @@ using ui::Rect;
 
 constexpr double kTextGap = 8;  // at least, between two texts of a line
 constexpr double kStarRadius = 6;
-constexpr double kBoardMargin = 0.06;  // of the picture's side, as in the pictures of solved boards
 
 // A place on whole device pixels, where a picture is copied without blurring.
 double onPixel(double length) { return std::round(length * ui::gpuScale()) / ui::gpuScale(); }
@@ -66,19 +65,14 @@ void paintPicture(cairo_t* cr, const Rect& area, cairo_surface_t* picture) {
   cairo_fill(cr);
 }
 
+// As a picture of it would be.
 void paintBoard(cairo_t* cr, const Rect& area, int level, const mj::GameState& board) {
   const Rect place = fitted(area, 1, 1);
-  const double side = place.w;
-  const double margin = kBoardMargin * side;
   cairo_translate(cr, place.x, place.y);
-  cairo_rectangle(cr, 0, 0, side, side);
+  cairo_scale(cr, place.w / kSolvePictureSide, place.h / kSolvePictureSide);
+  cairo_rectangle(cr, 0, 0, kSolvePictureSide, kSolvePictureSide);
   cairo_clip(cr);
-  ui::drawCloth(cr, side, side, *mj::tableThemeForLevel(level));
-  ui::Ctx ctx;
-  ctx.cr = cr;
-  ctx.w = side;
-  ctx.h = side;
-  ui::drawBoard(ctx, board, ui::insetRect({0, 0, side, side}, margin), {.software = true}, nullptr);
+  ui::drawCapture(cr, board, *mj::tableThemeForLevel(level), kSolvePictureSide);
 }
 
 }  // namespace

@@ -26,6 +26,7 @@
 #include "ui/handles.h"
 #include "ui/palette.h"
 #include "ui/stars.h"
+#include "ui/tile.h"
 
 namespace screens {
 namespace {
@@ -40,6 +41,17 @@ constexpr double kLockedAlpha = 0.35;
 constexpr double kLockedMiniature = 0.5;  // its opacity: the padlock stands out from it
 
 std::string counted(const char* key, int n) { return i18n::tr(key, {{"n", std::to_string(n)}}); }
+
+constexpr double kRefusalTime = 0.48;  // as long as a pair that does not match
+constexpr double kRefusalFill = 0.35;
+constexpr double kRefusalLine = 3;
+
+// Fades out: `left` is 1 at first and 0 at last.
+void drawRefusal(cairo_t* cr, const ui::Rect& card, double left) {
+  ui::fillRoundedRect(cr, card, kCardRadius, ui::kMismatchColor, kRefusalFill * left);
+  ui::strokeRoundedRect(cr, ui::insetRect(card, kRefusalLine / 2), kCardRadius, kRefusalLine,
+                        ui::kMismatchColor, left);
+}
 
 void drawPadlock(cairo_t* cr, double cx, double cy) {
   constexpr double kBodyW = 26;
@@ -92,6 +104,7 @@ class LevelSelect : public ui::Screen {
 
  private:
   void turnTo(int newPage);
+  void refuse(int i, double now);
   void cards(ui::Ctx& ctx);
   void card(ui::Ctx& ctx, const ui::Rect& rect, int i);
   std::string cardKey(int i) const;
@@ -107,6 +120,12 @@ class LevelSelect : public ui::Screen {
   const store::Career career = store::loadCareer();
   int page;
   double scroll = 0;
+  // The locked card that was clicked glows for a moment.
+  struct Refusal {
+    int card;
+    double until;
+  };
+  std::optional<Refusal> refusal;
   // By layout, which the level tells, and size in device pixels.
   std::map<std::string, ui::CairoSurface> miniatures;
 };
@@ -114,6 +133,7 @@ class LevelSelect : public ui::Screen {
 LevelSelect::LevelSelect() : page(chosenPages().levels.value_or(pageOf(career.progress.currentLevel))) {}
 
 void LevelSelect::update(ui::Ctx& ctx) {
+  if (refusal && ctx.time >= refusal->until) refusal.reset();
   std::optional<int> chosen;
   const bool left = listFrame(ctx, mj::tableThemeForStage(page), i18n::tr("levels.headline"), false, [&] {
     chosen = pageChips(ctx, page, pageOf(career.progress.currentLevel));
@@ -121,12 +141,19 @@ void LevelSelect::update(ui::Ctx& ctx) {
   });
   if (left) return ui::Game::instance().pop();
   if (chosen) turnTo(*chosen);
+  if (refusal) ctx.stillUntil = ctx.time;
+}
+
+void LevelSelect::refuse(int i, double now) {
+  audio::play(audio::Sfx::Error);
+  refusal = {i, now + kRefusalTime};
 }
 
 void LevelSelect::turnTo(int newPage) {
   page = newPage;
   chosenPages().levels = newPage;
   scroll = 0;
+  refusal.reset();
   ui::gpuDropTextures(kCardKey, ui::kKeepNone);
 }
 
@@ -144,9 +171,10 @@ void LevelSelect::card(ui::Ctx& ctx, const ui::Rect& rect, int i) {
   ui::gpuPicture(ctx.cr, cardKey(i), rect,
                  [&](cairo_t* cr, double w, double h) { paintCard(cr, {0, 0, w, h}, i); });
   if (!isLocked(i)) lightCard(ctx, rect);
+  if (refusal && refusal->card == i) drawRefusal(ctx.cr, rect, (refusal->until - ctx.time) / kRefusalTime);
 
   if (!ctx.takeClick(rect)) return;
-  if (isLocked(i)) return audio::play(audio::Sfx::Error);
+  if (isLocked(i)) return refuse(i, ctx.time);
   audio::play(audio::Sfx::Click);
   store::clearGame();
   const int level = levelAt(i);

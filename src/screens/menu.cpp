@@ -27,6 +27,9 @@ namespace {
 
 constexpr double kShineTime = 3;  // of each plaque, one after the other
 constexpr double kTaglineSize = 14;
+// How far above and below a text the backdrop is darkened; above the tagline are the title's tiles.
+constexpr double kTaglineReach = 16;
+constexpr double kFooterReach = 34;
 constexpr double kIdleTime = 60;  // without input, until the demo
 // The tiles have dropped long ago: that is the splash screen's.
 constexpr double kAtRest = -1e9;
@@ -63,13 +66,10 @@ mj::GameState randomDeal() {
 }
 
 // Keeps what is written there readable above the backdrop's tiles.
-void drawShade(cairo_t* cr, const ui::Rect& text) {
-  constexpr double kReach = 14;
-  constexpr double kRadius = 6;
-  constexpr double kAlpha = 0.65;
-  ui::roundedRectPath(cr, text, kRadius);
-  ui::softShadowFromPath(cr, 0, 0, kReach, ui::palette::kVeil, kAlpha);
-  cairo_new_path(cr);
+void drawShade(cairo_t* cr, const ui::Rect& text, double reachY) {
+  constexpr double kReachX = 110;
+  constexpr double kAlpha = 0.8;
+  ui::drawSoftPatch(cr, text, kReachX, reachY, ui::palette::kVeil, kAlpha);
 }
 
 bool hasInput(const ui::Input& in) {
@@ -87,8 +87,8 @@ void Menu::update(ui::Ctx& ctx) {
   takeTimes(ctx);
   drawTable(ctx);
   drawTitle(ctx);
+  drawShade(ctx.cr, layout.footer, kFooterReach);
   plaques(ctx);
-  drawShade(ctx.cr, layout.footer);
   ui::footer(ctx, layout.footerBottom);
   if (ctx.time - *lastInput > kIdleTime) ui::Game::instance().push({.kind = ui::ScreenKind::Attract});
 }
@@ -114,7 +114,7 @@ void Menu::drawTitle(const ui::Ctx& ctx) const {
   drawTitleBlock(ctx, layout.title, layout.titleTop, kAtRest);
   ui::profEnd("titel");
   if (!layout.taglineTop) return;
-  drawShade(ctx.cr, taglineRect(ctx, *layout.taglineTop, kTaglineSize));
+  drawShade(ctx.cr, taglineRect(ctx, *layout.taglineTop, kTaglineSize), kTaglineReach);
   drawTagline(ctx, *layout.taglineTop, kTaglineSize);
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -68,6 +69,16 @@ void drawCounter(const ui::Ctx& ctx, const ui::Rect& rect, ui::ActionIcon icon, 
                      ui::palette::kMutedText, 1);
   ui::drawTextIn(ctx.cr, {rect.x + kTextX, rect.y, rect.w - kTextX, rect.h}, std::to_string(number),
                  {.size = 15, .color = ui::palette::kLightText});
+}
+
+// The clock's colour is let through: on the lightest cloths it needs a darker ground.
+void drawClock(cairo_t* cr, const ui::Rect& clock, std::int64_t elapsedMs) {
+  constexpr double kInset = 8;
+  constexpr double kRadius = 8;
+  constexpr double kAlpha = 0.45;
+  ui::fillRoundedRect(cr, clock, kRadius, ui::palette::kVeil, kAlpha);
+  ui::drawTextIn(cr, {clock.x + kInset, clock.y, clock.w - 2 * kInset, clock.h}, ui::formatTime(elapsedMs),
+                 {.size = 15, .color = ui::palette::kLightText, .alpha = 0.6, .align = ui::Align::Center});
 }
 
 void drawPanelWithTitle(const ui::Ctx& ctx, const PanelLayout& layout, std::string_view title) {
@@ -280,8 +291,7 @@ void Playing::drawHeaderTexts(const ui::Ctx& ctx) const {
   drawCounter(ctx, layout.counters[0], ui::ActionIcon::Card, tilesLeft);
   drawCounter(ctx, layout.counters[1], ui::ActionIcon::Hint, game.hints);
   drawCounter(ctx, layout.counters[2], ui::ActionIcon::Shuffle, game.shuffles);
-  ui::drawTextIn(ctx.cr, layout.time, ui::formatTime(elapsedMs()),
-                 {.size = 15, .color = ui::palette::kLightText, .alpha = 0.6, .align = ui::Align::Right});
+  drawClock(ctx.cr, layout.time, elapsedMs());
 }
 
 void Playing::drawTiles(ui::Ctx& ctx) {

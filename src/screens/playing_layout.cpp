@@ -19,7 +19,8 @@ constexpr double kLabelX = 52;
 constexpr double kMinLabelW = 120;
 constexpr double kMaxLabelW = 200;
 constexpr double kCounterW = 62;
-constexpr double kTimeW = 56;
+constexpr double kTimeW = 72;
+constexpr double kTimeH = 28;
 
 constexpr double kMaxActionW = 150;
 constexpr double kGroupGap = 12;  // at least, between the labelled buttons and the icons
@@ -32,7 +33,7 @@ void layHeader(PlayingLayout& layout) {
   const double right = header.x + header.w;
   layout.back = middleOf(header, header.x, kPlateW, kPlateH);
   layout.pause = middleOf(header, right - kPlateW, kPlateW, kPlateH);
-  layout.time = middleOf(header, layout.pause.x - kGap - kTimeW, kTimeW, header.h);
+  layout.time = middleOf(header, layout.pause.x - kGap - kTimeW, kTimeW, kTimeH);
   const double labelX = header.x + kLabelX;
   const double counters = static_cast<double>(layout.counters.size()) * kCounterW;
   const double labelW = std::clamp(layout.time.x - labelX - counters, kMinLabelW, kMaxLabelW);

@@ -8,6 +8,9 @@
 
 namespace screens {
 
+// The side of the pictures that the game writes, in their pixels.
+inline constexpr int kSolvePictureSide = 640;
+
 // Larger pictures than this, in either direction, are not ours and are not even decoded.
 inline constexpr int kLargestPicture = 4096;
 

@@ -14,6 +14,7 @@
 #include "rules/levels.h"
 #include "rules/table_themes.h"
 #include "screens/screens.h"
+#include "screens/solve_picture.h"
 #include "screens/solved_layout.h"
 #include "screens/win.h"
 #include "storage/storage.h"
@@ -33,7 +34,6 @@ namespace {
 // the first.
 constexpr double kPaintAt = 0.2;
 constexpr double kRecordAt = 0.4;
-constexpr int kShotSize = 640;
 constexpr double kFadeTime = 0.46;
 constexpr double kFadeAlpha = 0.85;
 constexpr std::array<audio::Sfx, 3> kChimes = {audio::Sfx::Star1, audio::Sfx::Star2, audio::Sfx::Star3};
@@ -109,7 +109,7 @@ void Solved::chime(double t) {
 
 void Solved::record(double t) {
   if (recorded || t < kPaintAt) return;
-  if (!picture) picture = ui::captureBoard(board, *mj::tableThemeForLevel(level), kShotSize);
+  if (!picture) picture = ui::captureBoard(board, *mj::tableThemeForLevel(level), kSolvePictureSide);
   if (t < kRecordAt) return;
   recorded = true;
   store::ensureDataDirs();

@@ -232,6 +232,17 @@ TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const
   return layout;
 }
 
+// Stops of a gradient that rises over the first `share` of its way and falls over the last, without a kink.
+void addSoftEnds(cairo_pattern_t* pattern, double share, std::uint32_t color, double alpha) {
+  constexpr int kSteps = 8;
+  for (int i = 0; i <= kSteps; ++i) {
+    const double t = 1.0 * i / kSteps;
+    const double risen = alpha * t * t * (3 - 2 * t);
+    addStop(pattern, share * t, color, risen);
+    addStop(pattern, 1 - share * t, color, risen);
+  }
+}
+
 }  // namespace
 
 Rect insetRect(const Rect& rect, double inset) {
@@ -327,11 +338,33 @@ void softShadowFromPath(cairo_t* cr, double dx, double dy, double blur, std::uin
   cairo_append_path(cr, path.get());
 }
 
+void drawSoftPatch(cairo_t* cr, const Rect& rect, double reachX, double reachY, std::uint32_t color,
+                   double alpha) {
+  const Rect all{rect.x - reachX, rect.y - reachY, rect.w + 2 * reachX, rect.h + 2 * reachY};
+  const CairoPattern across(cairo_pattern_create_linear(all.x, 0, all.x + all.w, 0));
+  const CairoPattern down(cairo_pattern_create_linear(0, all.y, 0, all.y + all.h));
+  addSoftEnds(across.get(), reachX / all.w, color, alpha);
+  addSoftEnds(down.get(), reachY / all.h, color, 1);
+  cairo_save(cr);
+  cairo_rectangle(cr, all.x, all.y, all.w, all.h);
+  cairo_clip(cr);
+  cairo_set_source(cr, across.get());
+  cairo_mask(cr, down.get());
+  cairo_restore(cr);
+}
+
 void measureText(cairo_t* cr, std::string_view text, const TextStyle& style, double& width, double& height) {
   TextSize size;
   if (style.size > 0) size = sizeOf(fittedLayout(cr, text, style));
   width = size.w;
   height = size.h;
+}
+
+double inkBottom(cairo_t* cr, std::string_view text, const TextStyle& style) {
+  if (!isDrawable(text, style)) return 0;
+  PangoRectangle ink;
+  pango_layout_get_extents(fittedLayout(cr, text, style), &ink, nullptr);
+  return pango_units_to_double(ink.y + ink.height);
 }
 
 void drawText(cairo_t* cr, double x, double y, std::string_view text, const TextStyle& style) {

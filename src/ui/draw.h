@@ -57,9 +57,17 @@ void drawLine(cairo_t* cr, double x0, double y0, double x1, double y1, double li
 // the rings of the blur lie on it. The path is still there afterwards, to be filled.
 void softShadowFromPath(cairo_t* cr, double dx, double dy, double blur, std::uint32_t color, double alpha);
 
+// Darkens or lightens `rect` by the colour, fading out in an even curve to nothing `reachX` and `reachY`
+// beyond it: a patch without an edge, for texts on a restless ground.
+void drawSoftPatch(cairo_t* cr, const Rect& rect, double reachX, double reachY, std::uint32_t color,
+                   double alpha);
+
 // The size of the text's box as drawText would draw it, shrinking included, in whole pixels. An empty text is
 // 0 wide and one line high.
 void measureText(cairo_t* cr, std::string_view text, const TextStyle& style, double& width, double& height);
+
+// How far below the top of its box the text's ink ends, which depends on the font.
+double inkBottom(cairo_t* cr, std::string_view text, const TextStyle& style);
 
 // Draws with the top of the text's box at y, and x on it where `style.align` says. This and all text below
 // begins on the nearest whole device pixel, unless the context is turned.

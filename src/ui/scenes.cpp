@@ -68,17 +68,6 @@ void drawFadedBoard(Ctx& ctx, const mj::GameState& game, const Drift& drift) {
   cairo_paint_with_alpha(ctx.cr, kBackdropAlpha);
 }
 
-void paintCapture(cairo_t* cr, const mj::GameState& game, const mj::TableTheme& theme, double size) {
-  Ctx ctx;
-  ctx.cr = cr;
-  ctx.w = size;
-  ctx.h = size;
-  const double margin = size * 0.06;
-  drawCloth(cr, size, size, theme);
-  drawBoard(ctx, game, {margin, margin, size - 2 * margin, size - 2 * margin}, {.software = true}, nullptr);
-  strokeRoundedRect(cr, {4, 4, size - 8, size - 8}, 12, 2, theme.ornament, 0.45);
-}
-
 }  // namespace
 
 void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game) {
@@ -98,7 +87,7 @@ CairoSurface captureBoard(const mj::GameState& game, const mj::TableTheme& theme
   CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, size, size));
   if (cairo_surface_status(picture.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
   const CairoContext cr(cairo_create(picture.get()));
-  paintCapture(cr.get(), game, theme, size);
+  drawCapture(cr.get(), game, theme, size);
   return cairo_status(cr.get()) == CAIRO_STATUS_SUCCESS ? std::move(picture) : nullptr;
 }
 
@@ -110,6 +99,17 @@ bool writePng(cairo_surface_t* picture, const std::string& path) {
   // Gone already if all went well; otherwise half a picture is no use to anyone.
   if (!written) std::remove(unfinished.c_str());
   return written;
+}
+
+void drawCapture(cairo_t* cr, const mj::GameState& game, const mj::TableTheme& theme, double size) {
+  Ctx ctx;
+  ctx.cr = cr;
+  ctx.w = size;
+  ctx.h = size;
+  const double margin = size * 0.06;
+  drawCloth(cr, size, size, theme);
+  drawBoard(ctx, game, {margin, margin, size - 2 * margin, size - 2 * margin}, {.software = true}, nullptr);
+  strokeRoundedRect(cr, {4, 4, size - 8, size - 8}, 12, 2, theme.ornament, 0.45);
 }
 
 bool captureBoardPng(const mj::GameState& game, const mj::TableTheme& theme, int size,

@@ -19,8 +19,10 @@ namespace ui {
 void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game);
 void forgetMenuBackdrop();
 
-// A picture of size x size pixels: the theme's cloth, the board as it looks on the table, a thin frame. Null
-// when it cannot be made, as without a pixel.
+// Paints a square of this size in the context's corner: the theme's cloth, the board as it looks on the
+// table, a thin frame.
+void drawCapture(cairo_t* cr, const mj::GameState& game, const mj::TableTheme& theme, double size);
+// The same as a picture of size x size pixels. Null when it cannot be made, as without a pixel.
 CairoSurface captureBoard(const mj::GameState& game, const mj::TableTheme& theme, int size);
 // Writes a picture as a PNG. A file of that name is replaced once the new one is whole: should anything go
 // wrong, or the program die meanwhile, it is as it was before. False when nothing could be written, and for

@@ -126,6 +126,15 @@ struct Blossom {
 constexpr Blossom kFlower{6, kRed, 0.16, 0.26, 0.5};
 constexpr Blossom kSeason{4, kGreen, 0.1, 0.34, 0.3};
 
+// In the corner. In a font whose letters lie low in their line the number is raised to stay on the face.
+void drawNumber(cairo_t* cr, const Rect& face, const std::string& number, unsigned color) {
+  constexpr double kFoot = 0.97;
+  const TextStyle style{
+      .family = "sans", .size = face.h * 0.16, .bold = true, .color = color, .align = Align::Right};
+  const double top = std::min(face.h - 0.18 * face.h, kFoot * face.h - inkBottom(cr, number, style));
+  drawText(cr, face.x + face.w - 0.06 * face.w, face.y + top, number, style);
+}
+
 void drawBlossom(cairo_t* cr, const Rect& face, const Blossom& blossom, int rank) {
   const double w = face.w;
   const double cx = face.x + w / 2;
@@ -142,9 +151,7 @@ void drawBlossom(cairo_t* cr, const Rect& face, const Blossom& blossom, int rank
   fillCircle(cr, cx, cy, w * 0.1, palette::kGold, 1);
   strokeCircle(cr, cx, cy, w * 0.1, 1, 0x000000, 0.15);
 
-  const TextStyle style{
-      .family = "sans", .size = face.h * 0.16, .bold = true, .color = blossom.color, .align = Align::Right};
-  drawText(cr, face.x + w - 0.06 * w, face.y + face.h - 0.18 * face.h, std::to_string(rank + 1), style);
+  drawNumber(cr, face, std::to_string(rank + 1), blossom.color);
 }
 
 void drawBlank(cairo_t* cr, const Rect& rect, const TilePaint& paint, double alpha) {

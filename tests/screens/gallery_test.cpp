@@ -6,12 +6,16 @@
 #include <filesystem>
 #include <string>
 
+#include "rules/engine.h"
+#include "rules/levels.h"
+#include "rules/table_themes.h"
 #include "screens/gallery_layout.h"
 #include "screens/list_screen.h"
 #include "screens/solve_picture.h"
 #include "screens/stack.h"
 #include "support/heard.h"
 #include "support/picture.h"
+#include "ui/scenes.h"
 
 namespace {
 
@@ -99,6 +103,32 @@ TEST(Gallery, ShowsTheDealtBoardWhereThePictureFileIsGone) {
   visit.enter();
   EXPECT_FALSE(support::samePicture(board.get(), visit.stack.harness.picture().get()))
       << "another deal shows other tiles";
+}
+
+// The picture's pixels are reduced, the board's are painted at their size: at the rim, where the frame is,
+// there are no tiles, whose edges may differ.
+TEST(Gallery, ShowsTheDealtBoardInTheFrameOfItsPicture) {
+  GalleryVisit visit;
+  ASSERT_TRUE(ui::captureBoardPng(mj::createGame(mj::levelToConfig(1).slots, 1), *mj::tableThemeForLevel(1),
+                                  screens::kSolvePictureSide, visit.stack.data.path("solves/1.png")));
+  visit.add(entryOf(1, "1.png"));
+  visit.enter();
+  const auto asPicture = visit.stack.harness.picture();
+  visit.leave();
+  std::filesystem::remove(visit.stack.data.path("solves/1.png"));
+  visit.enter();
+  const auto asBoard = visit.stack.harness.picture();
+  const ui::Rect card = GalleryVisit::card(0);
+  const ui::Rect area = screens::solveCardLayout(card.w, card.h).picture;
+  const double rim = 0.05 * area.w;
+  for (int y = static_cast<int>(card.y + area.y); y < card.y + area.y + area.h / 2; ++y) {
+    for (int x = static_cast<int>(card.x + area.x); x < card.x + area.x + rim; ++x) {
+      ASSERT_LE(support::channelDifference(support::pixelAt(asPicture.get(), x, y),
+                                           support::pixelAt(asBoard.get(), x, y)),
+                10)
+          << x << ' ' << y;
+    }
+  }
 }
 
 TEST(Gallery, ShowsAPictureFileAsItIsAtTheNextVisit) {

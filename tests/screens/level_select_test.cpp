@@ -263,6 +263,20 @@ TEST_F(LevelSelectView, PutsAPadlockInTheMiddleOfLockedCards) {
   }
 }
 
+TEST_F(LevelSelectView, ShowsForAMomentThatALockedCardWasRefused) {
+  show(1);
+  const std::uint32_t open = at(plate(0));
+  const std::uint32_t locked = at(plate(1));
+  harness.click(plate(1).x, plate(1).y);
+  harness.frame();
+  EXPECT_GE(support::channelDifference(at(plate(1)), locked), 40);
+  EXPECT_EQ(at(plate(0)), open);
+  EXPECT_EQ(at(plate(2)), locked);
+  harness.frame(0.5);
+  harness.frame();
+  EXPECT_EQ(at(plate(1)), locked);
+}
+
 TEST_F(LevelSelectView, LightsUpTheOpenCardUnderThePointer) {
   show(1);
   const std::uint32_t locked = at(plate(1));

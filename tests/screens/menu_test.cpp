@@ -16,9 +16,11 @@
 #include "screens/menu.h"
 #include "screens/menu_layout.h"
 #include "screens/stack.h"
+#include "screens/title_block.h"
 #include "support/file_reads.h"
 #include "support/heard.h"
 #include "support/picture.h"
+#include "support/sight.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
 #include "ui/palette.h"
@@ -30,8 +32,13 @@ namespace {
 using screens::MenuEntry;
 using screens::MenuLayout;
 using screens::menuLayout;
+using support::contrast;
 using support::kSmallH;
 using support::kSmallW;
+using support::kUsualH;
+using support::kUsualW;
+using support::lightest;
+using support::luminance;
 using support::ScreenHarness;
 using test::Shows;
 using test::Stack;
@@ -191,37 +198,66 @@ TEST_P(MenuLayouts, HaveRoomForTheirLabelsInEveryLanguage) {
 
 // --- what is written on the backdrop ---
 
-double linear(std::uint32_t color, int shift) {
-  const double channel = (color >> shift & 0xFF) / 255.0;
-  return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-}
-
-double luminance(std::uint32_t color) {
-  return 0.2126 * linear(color, 16) + 0.7152 * linear(color, 8) + 0.0722 * linear(color, 0);
-}
-
-// The lightest of a row of pixels.
-double lightest(cairo_surface_t* picture, double x0, double x1, double y) {
-  double most = 0;
-  for (int x = static_cast<int>(x0); x < static_cast<int>(x1); ++x) {
-    most = std::max(most, luminance(support::pixelAt(picture, x, static_cast<int>(y))));
-  }
-  return most;
+// A menu before the deal of a level, seen at rest.
+ui::CairoSurface menuBefore(int level, int w, int h) {
+  const support::DataHome data;
+  screens::Menu menu(mj::createGame(mj::levelToConfig(level).slots, 1));
+  ScreenHarness harness([&](ui::Ctx& ctx) { menu.update(ctx); }, w, h);
+  harness.frame();
+  return harness.picture();
 }
 
 TEST(MenuFooter, StandsOutFromWhateverTilesAreBelow) {
   constexpr double kLegible = 4.5;  // a ratio that small letters need
   constexpr double kHalfLine = 83;
-  const support::DataHome data;
   for (int level = 1; level <= 100; level += 9) {
-    screens::Menu menu(mj::createGame(mj::levelToConfig(level).slots, 1));
-    ScreenHarness harness([&](ui::Ctx& ctx) { menu.update(ctx); }, kSmallW, kSmallH);
-    harness.frame();
     // Just above the letters.
     const ui::Rect footer = menuLayout(kSmallW, kSmallH).footer;
-    const double below =
-        lightest(harness.picture().get(), kSmallW / 2.0 - kHalfLine, kSmallW / 2.0 + kHalfLine, footer.y + 1);
-    EXPECT_GE((luminance(ui::palette::kMutedText) + 0.05) / (below + 0.05), kLegible) << level;
+    const double middle = kSmallW / 2.0;
+    const double below = lightest(menuBefore(level, kSmallW, kSmallH).get(), middle - kHalfLine, footer.y + 1,
+                                  middle + kHalfLine, footer.y + 2);
+    EXPECT_GE(contrast(luminance(ui::palette::kMutedText), below), kLegible) << level;
+  }
+}
+
+// Its letters, whose colour is let through, are as light as their lightest pixel.
+TEST(MenuTagline, StandsOutFromWhateverTilesAreBelow) {
+  constexpr double kLegible = 3;
+  const ui::CairoContext cr(cairo_create(support::makePicture(1, 1).get()));
+  ui::Ctx ctx;
+  ctx.cr = cr.get();
+  ctx.w = kUsualW;
+  const ui::Rect text = screens::taglineRect(ctx, *menuLayout(kUsualW, kUsualH).taglineTop, 14);
+  for (int level = 1; level <= 100; level += 9) {
+    const auto picture = menuBefore(level, kUsualW, kUsualH);
+    const double letters = lightest(picture.get(), text.x, text.y, text.x + text.w, text.y + text.h);
+    const double below = lightest(picture.get(), text.x, text.y, text.x + text.w, text.y + 3);
+    EXPECT_GE(contrast(letters, below), kLegible) << level;
+  }
+}
+
+// Between two neighbouring pixels of a line the shade darkens the cloth by little.
+TEST(MenuShade, HasNoEdge) {
+  constexpr int kStep = 6;
+  const support::DataHome data;
+  screens::Menu menu{mj::GameState{}};  // no tiles, whose edges are seen
+  ScreenHarness harness([&](ui::Ctx& ctx) { menu.update(ctx); }, kUsualW, kUsualH);
+  harness.frame();
+  const auto picture = harness.picture();
+  const ui::Rect footer = menuLayout(kUsualW, kUsualH).footer;
+  const int y = static_cast<int>(footer.y) + 1;  // above the letters
+  for (int x = 60; x < kUsualW / 2; ++x) {
+    EXPECT_LE(support::channelDifference(support::pixelAt(picture.get(), x - 1, y),
+                                         support::pixelAt(picture.get(), x, y)),
+              kStep)
+        << x;
+  }
+  const int middle = static_cast<int>(footer.x) + 2;  // beside the letters
+  for (int row = static_cast<int>(footer.y) - 30; row < kUsualH - 40; ++row) {
+    EXPECT_LE(support::channelDifference(support::pixelAt(picture.get(), middle, row - 1),
+                                         support::pixelAt(picture.get(), middle, row)),
+              kStep)
+        << row;
   }
 }
 

@@ -7,9 +7,11 @@
 #include <string>
 #include <utility>
 
+#include "screens/playing_layout.h"
 #include "screens/sitting.h"
 #include "support/glyph_font.h"
 #include "support/picture.h"
+#include "support/sight.h"
 #include "ui/gpu.h"
 
 namespace {
@@ -51,6 +53,29 @@ TEST_P(PlayingLook, Paused) {
 
 INSTANTIATE_TEST_SUITE_P(Window, PlayingLook, testing::Values(std::pair(640, 480), std::pair(1100, 760)),
                          [](const auto& param) { return std::to_string(param.param.first); });
+
+class Clock : public testing::TestWithParam<support::Drawing> {};
+
+TEST_P(Clock, StandsOutFromEveryCloth) {
+  constexpr double kLegible = 3;
+  for (const auto& [w, h] : {std::pair(640, 480), std::pair(1100, 760)}) {
+    for (int level = 1; level <= 100; level += 10) {
+      Sitting sitting({.kind = ui::ScreenKind::Playing, .level = level, .deal = 1}, GetParam(), w, h);
+      sitting.waitForIntro();
+      const auto picture = sitting.harness.picture();
+      const ui::Rect clock = screens::playingLayout(w, h).time;
+      const double middle = clock.y + clock.h / 2;
+      const double right = clock.x + clock.w;
+      const double letters = support::lightest(picture.get(), clock.x, middle - 8, right, middle + 8);
+      const double below =
+          support::lightest(picture.get(), clock.x + 10, middle - 12, right - 10, middle - 10);
+      EXPECT_GE(support::contrast(letters, below), kLegible) << level << ", " << w << " x " << h;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Renderer, Clock,
+                         testing::Values(support::Drawing::Cairo, support::Drawing::Textures));
 
 // Frames that painted a picture for the texture cache, out of so many.
 int framesThatPaint(Sitting& sitting, int all) {

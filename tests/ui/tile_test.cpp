@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <set>
@@ -12,8 +13,10 @@
 #include "support/glyph_font.h"
 #include "support/gpu_window.h"
 #include "support/picture.h"
+#include "support/sight.h"
 #include "ui/board_scenes.h"
 #include "ui/draw.h"
+#include "ui/fonts.h"
 #include "ui/gpu.h"
 
 namespace {
@@ -133,6 +136,7 @@ TEST(TilePulse, OfARefusalFlickersTwiceInEachTurn) {
 // --- faces ---
 
 constexpr double kWidths[] = {24, 56, 96};
+constexpr double kTileWidths[] = {16, 24, 40, 56, 96};
 
 ui::CairoSurface contactSheet(double w, bool selected) {
   constexpr int kColumns = 7;
@@ -178,15 +182,15 @@ struct ClosestFaces {
   std::string names;
 };
 
-// The two faces most alike among those that match each other, or among those that do not.
-ClosestFaces closestFaces(double w, bool matching) {
+// The two faces most alike among those that match each other.
+ClosestFaces closestMatchingFaces(double w) {
   const std::vector<std::string> faces = allFaces();
   std::vector<ui::CairoSurface> pictures;
   for (const std::string& face : faces) pictures.push_back(picture(w, face));
   ClosestFaces closest;
   for (std::size_t i = 0; i < faces.size(); ++i) {
     for (std::size_t j = i + 1; j < faces.size(); ++j) {
-      if ((mj::matchKey(faces[i]) == mj::matchKey(faces[j])) != matching) continue;
+      if (mj::matchKey(faces[i]) != mj::matchKey(faces[j])) continue;
       const int pixels = clearlyDifferent(pictures[i].get(), pictures[j].get());
       if (pixels < closest.pixels) closest = {pixels, faces[i] + " and " + faces[j]};
     }
@@ -194,20 +198,157 @@ ClosestFaces closestFaces(double w, bool matching) {
   return closest;
 }
 
-TEST_F(Tile, FacesThatDoNotMatchAreToldApartAtAnySize) {
-  for (const double w : kWidths) {
-    const ui::Rect face = ui::tileFaceRect({0, 0, w, heightOf(w)});
-    const ClosestFaces closest = closestFaces(w, false);
-    EXPECT_GE(closest.pixels, 0.015 * face.w * face.h) << w << ": " << closest.names;
-  }
-}
-
 // They match each other, so that a small number is enough.
 TEST_F(Tile, BonusFacesOfOneKindDifferByTheirNumber) {
   for (const double w : kWidths) {
     const ui::Rect face = ui::tileFaceRect({0, 0, w, heightOf(w)});
-    const ClosestFaces closest = closestFaces(w, true);
+    const ClosestFaces closest = closestMatchingFaces(w);
     EXPECT_GE(closest.pixels, 0.004 * face.w * face.h) << w << ": " << closest.names;
+  }
+}
+
+// --- how well faces are told apart ---
+
+// A tile from edge to edge, blocked or free.
+ui::CairoSurface wholeTile(double w, const std::string& face, bool dim) {
+  return onFelt(static_cast<int>(w), static_cast<int>(heightOf(w)),
+                [&](cairo_t* cr) { ui::drawTile(cr, {0, 0, w, heightOf(w)}, face, {.dim = dim}); });
+}
+
+bool isSign(const std::string& face) {
+  const mj::FaceInfo info = mj::faceInfo(face);
+  return !info.glyph.empty();
+}
+
+struct Likeness {
+  double difference = 255;
+  std::string names;
+};
+
+struct Likenesses {
+  Likeness signs;  // of a face with a sign and any other
+  Likeness pips;   // of two without
+};
+
+// The faces most alike, of those that do not match, to whichever eye sees the least difference.
+Likenesses mostAlike(double w, bool dim) {
+  const std::vector<std::string> faces = allFaces();
+  std::vector<support::Samples> pictures;
+  for (const std::string& face : faces) {
+    pictures.push_back(support::blurred(wholeTile(w, face, dim).get(), w / 40));
+  }
+  Likenesses least;
+  for (const support::Sight sight : support::kSights) {
+    std::vector<support::Samples> seen;
+    for (const support::Samples& picture : pictures) seen.push_back(support::seenBy(sight, picture));
+    for (std::size_t i = 0; i < faces.size(); ++i) {
+      for (std::size_t j = i + 1; j < faces.size(); ++j) {
+        if (mj::matchKey(faces[i]) == mj::matchKey(faces[j])) continue;
+        Likeness& best = isSign(faces[i]) || isSign(faces[j]) ? least.signs : least.pips;
+        const double difference = support::meanDifference(seen[i], seen[j], best.difference);
+        if (difference >= best.difference) continue;
+        best = {difference,
+                faces[i] + " and " + faces[j] + ", sight " + std::to_string(static_cast<int>(sight))};
+      }
+    }
+  }
+  return least;
+}
+
+// Of pips the one of dots and the one of bamboos are most alike, in grey: two small marks in the same place.
+TEST_F(Tile, FacesThatDoNotMatchAreToldApartAtAnySizeByAnyEye) {
+  struct Least {
+    double w;
+    double signs;
+    double signsBlocked;
+    double pips;
+    double pipsBlocked;
+  };
+  constexpr Least kLeast[] = {
+      {16, 2.25, 1.25, 1.0, 0.55}, {24, 2.7, 1.5, 0.72, 0.4},  {40, 2.9, 1.6, 0.8, 0.44},
+      {56, 2.9, 1.55, 0.78, 0.42}, {96, 2.9, 1.6, 0.75, 0.41},
+  };
+  for (const Least& least : kLeast) {
+    for (const bool dim : {false, true}) {
+      const Likenesses found = mostAlike(least.w, dim);
+      EXPECT_GE(found.signs.difference, dim ? least.signsBlocked : least.signs)
+          << least.w << (dim ? " blocked: " : " free: ") << found.signs.names;
+      EXPECT_GE(found.pips.difference, dim ? least.pipsBlocked : least.pips)
+          << least.w << (dim ? " blocked: " : " free: ") << found.pips.names;
+    }
+  }
+}
+
+// Rows of a face on which there is any ink of a colour.
+struct Rows {
+  int first = 1000;
+  int last = -1;
+};
+
+// Whether a pixel of the cream face is tinged with blue rather than red ink, or the other way round.
+enum class Stain { Blue, Red };
+Rows rowsOf(cairo_surface_t* picture, Stain stain) {
+  constexpr int kTinge = 40;
+  Rows rows;
+  for (int y = 0; y < cairo_image_surface_get_height(picture); ++y) {
+    for (int x = 0; x < cairo_image_surface_get_width(picture); ++x) {
+      const std::uint32_t pixel = pixelAt(picture, x, y);
+      // How much paler in red and in blue than the face's 0xF5EEDC.
+      const int lessRed = 0xF5 - static_cast<int>(pixel >> 16 & 0xFF);
+      const int lessBlue = 0xDC - static_cast<int>(pixel & 0xFF);
+      if ((stain == Stain::Blue ? lessRed - lessBlue : lessBlue - lessRed) < kTinge) continue;
+      rows.first = std::min(rows.first, y);
+      rows.last = std::max(rows.last, y);
+    }
+  }
+  return rows;
+}
+
+TEST_F(Tile, NumeralStandsClearOfTheMarkBelowIt) {
+  for (const double w : kTileWidths) {
+    for (int rank = 1; rank <= 9; ++rank) {
+      const auto face = picture(w, "wan" + std::to_string(rank));
+      EXPECT_LT(rowsOf(face.get(), Stain::Blue).last + std::floor(w / 24),
+                rowsOf(face.get(), Stain::Red).first)
+          << w << ": " << rank;
+    }
+  }
+}
+
+// Cairo cuts off what reaches farther to the right than a font's widest advance.
+TEST_F(Tile, SignsArePaintedWhole) {
+  const ui::TextStyle style{.family = ui::kGlyphFamily, .size = 100};
+  for (const std::string& face : allFaces()) {
+    const std::string glyph = mj::faceInfo(face).glyph;
+    const auto painted =
+        makePicture(160, 160, [&](cairo_t* cr) { ui::drawTextCentered(cr, 80, 80, glyph, style); });
+    const auto filled = makePicture(160, 160, [&](cairo_t* cr) {
+      ui::textPathCentered(cr, 80, 80, glyph, style);
+      cairo_fill(cr);
+    });
+    EXPECT_TRUE(samePicture(painted.get(), filled.get(), 60)) << face;
+  }
+}
+
+// The numbers of flowers and seasons lie in the corner, on the frame.
+TEST_F(Tile, SignsKeepWithinTheFrameOfTheFace) {
+  for (const double w : kTileWidths) {
+    const ui::Rect face = ui::tileFaceRect({0, 0, w, heightOf(w)});
+    const auto bare = picture(w, "windX");
+    for (const std::string& name : allFaces()) {
+      if (!isSign(name)) continue;
+      const auto seen = picture(w, name);
+      for (int y = 0; y < static_cast<int>(face.h); ++y) {
+        for (int x = 0; x < static_cast<int>(face.w); ++x) {
+          if (std::abs(x + 0.5 - face.w / 2) < 0.42 * face.w &&
+              std::abs(y + 0.5 - face.h / 2) < 0.43 * face.h) {
+            continue;
+          }
+          ASSERT_LE(channelDifference(pixelAt(seen.get(), x, y), pixelAt(bare.get(), x, y)), 24)
+              << w << ' ' << name << ' ' << x << ' ' << y;
+        }
+      }
+    }
   }
 }
 
