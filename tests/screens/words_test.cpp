@@ -555,10 +555,9 @@ TEST(AboutWords, AreItsLinesFromTopToBottom) {
   expectFooter(record, kUsualH - ui::kFooterGap);
   const screens::AboutLayout layout = screens::aboutLayout(kUsualW, kUsualH);
   const std::array<const char*, screens::kAboutLines> expected = {
-      "Quenlock's Mahjong",     "v1.1.0 Build 1054",     "Developed by",
-      "The Quenlock team",      "Quenlock Software",     "© 2026",
-      "hello@quenlock.example", "quenlock.example",      "Music & sound",
-      "The Quenlock team",      "quenlock.example/music"};
+      "Quenlock's Mahjong", "v1.1.0 Build 1054",       "Developed by",           "The Quenlock team",
+      "Quenlock Software",  "GPL 3 or later · © 2026", "hello@quenlock.example", "quenlock.example",
+      "Music & sound",      "The Quenlock team",       "quenlock.example/music"};
   for (std::size_t i = 0; i < expected.size(); ++i)
     EXPECT_THAT(record.wordsIn(layout.lines[i]), ElementsAre(expected[i]));
   EXPECT_THAT(record.wordsIn(layout.button), ElementsAre("Show licenses"));
