@@ -87,17 +87,17 @@ void EventReader::handle(const SDL_Event& event, Uint32 windowFlags, double now,
   }
 }
 
-void EventReader::readMouse(int x, int y, Uint32 buttons, SDL_Keymod modifiers, Ctx& ctx) {
+void EventReader::readMouse(int x, int y, double growth, Uint32 buttons, SDL_Keymod modifiers, Ctx& ctx) {
   Input& in = ctx.in;
-  in.mx = x;
-  in.my = y;
+  in.mx = x / growth;
+  in.my = y / growth;
   in.down = (buttons & SDL_BUTTON_LMASK) != 0;
-  in.dx = in.mx - prevMouseX;
-  in.dy = in.my - prevMouseY;
+  in.dx = (x - prevMouseX) / growth;
+  in.dy = (y - prevMouseY) / growth;
   in.ctrl = (modifiers & KMOD_CTRL) != 0;
   in.shift = (modifiers & KMOD_SHIFT) != 0;
-  prevMouseX = in.mx;
-  prevMouseY = in.my;
+  prevMouseX = x;
+  prevMouseY = y;
 }
 
 void EventReader::keyDown(const SDL_KeyboardEvent& event, Ctx& ctx) {

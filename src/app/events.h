@@ -24,8 +24,9 @@ class EventReader {
   void beginFrame(Ctx& ctx);
   // Takes one event. `windowFlags` are those of the window at this moment.
   void handle(const SDL_Event& event, Uint32 windowFlags, double now, Ctx& ctx);
-  // Takes the mouse's position and buttons and the modifier keys, after the frame's last event.
-  void readMouse(int x, int y, Uint32 buttons, SDL_Keymod modifiers, Ctx& ctx);
+  // Takes the mouse's position in the window's points, of which a logical pixel is `growth` long, its buttons
+  // and the modifier keys, after the frame's last event.
+  void readMouse(int x, int y, double growth, Uint32 buttons, SDL_Keymod modifiers, Ctx& ctx);
 
   // The program shall end: the window was closed, or Ctrl+Q.
   bool quitRequested() const { return quit; }
@@ -55,8 +56,8 @@ class EventReader {
   bool minimised = false;
   double returnEnd = -1;
   double lastLeftRelease = -10;
-  double prevMouseX = 0;
-  double prevMouseY = 0;
+  int prevMouseX = 0;  // in points
+  int prevMouseY = 0;
 };
 
 }  // namespace ui

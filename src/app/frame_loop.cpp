@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/app.h"
+#include "app/geometry.h"
 #include "app/signals.h"
 #include "ui/gpu.h"
 
@@ -27,12 +28,6 @@ constexpr int kUsualRate = 60;
 constexpr double kVsyncSlack = 0.8;
 // While the player drags the window its geometry is written no more often.
 constexpr double kGeometrySaveInterval = 2;
-
-double pixelScale(SDL_Window* window, int pixelW) {
-  int windowW = 0;
-  SDL_GetWindowSize(window, &windowW, nullptr);
-  return pixelW > 0 && windowW > 0 ? static_cast<double>(pixelW) / windowW : 1.0;
-}
 
 // Seconds for which the display shows a frame.
 double displayFrameTime(SDL_Window* window) {
@@ -64,8 +59,8 @@ bool FrameLoop::pass() {
   drainEvents();
   applyFullscreen();
   keepMaximised();
-  readMouse();
   measure();
+  readMouse();
   if (isAway()) {
     waitAway();
   } else if (isStill()) {
@@ -82,6 +77,11 @@ void FrameLoop::measure() {
   pixelW = 0;
   pixelH = 0;
   SDL_GetRendererOutputSize(renderer, &pixelW, &pixelH);
+  int windowW = 0;
+  int windowH = 0;
+  SDL_GetWindowSize(window, &windowW, &windowH);
+  growth = windowGrowth(windowW, windowH);
+  scale = pixelW > 0 && windowW > 0 ? growth * pixelW / windowW : growth;
 }
 
 // Under X11 a minimised window keeps its size, and would be drawn for nobody.
@@ -161,7 +161,7 @@ void FrameLoop::readMouse() {
   int x = 0;
   int y = 0;
   const Uint32 buttons = SDL_GetMouseState(&x, &y);
-  events.readMouse(x, y, buttons, SDL_GetModState(), ctx);
+  events.readMouse(x, y, growth, buttons, SDL_GetModState(), ctx);
 }
 
 void FrameLoop::drawFrame() {
@@ -169,7 +169,6 @@ void FrameLoop::drawFrame() {
     gpuDropTextures("", kKeepNone);
     canvas.drop();
   }
-  const double scale = pixelScale(window, pixelW);
   canvas.resize(pixelW, pixelH);
   CairoContext cr = canvas.begin(scale);
   ctx.cr = cr.get();

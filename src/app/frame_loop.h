@@ -55,6 +55,8 @@ class FrameLoop {
   double frameTime;  // between two frames, at least
   int pixelW = 0;
   int pixelH = 0;
+  double growth = 1;     // points per logical pixel
+  double scale = 1;      // device pixels per logical pixel
   double awayTime = 0;   // by which the screens' time is behind the clock
   double due = 0;        // when the display can show the next frame
   double waited = 0;     // by the loop itself since the last frame

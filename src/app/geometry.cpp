@@ -11,6 +11,10 @@ constexpr int kFrameW = 20;
 constexpr int kFrameH = 60;
 constexpr int kTitleBarH = 30;
 
+// The largest window that is filled by more room instead of larger things.
+constexpr double kRoomyW = 1920;
+constexpr double kRoomyH = 1080;
+
 }  // namespace
 
 WindowGeometry initialGeometry(const store::Settings& settings, const SDL_Rect& usable) {
@@ -30,5 +34,7 @@ WindowGeometry initialGeometry(const store::Settings& settings, const SDL_Rect& 
   }
   return geometry;
 }
+
+double windowGrowth(int w, int h) { return std::max(1.0, std::min(w / kRoomyW, h / kRoomyH)); }
 
 }  // namespace ui

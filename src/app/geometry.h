@@ -1,4 +1,5 @@
-// geometry.h: where the window opens. Units: SDL's window coordinates.
+// geometry.h: where the window opens, and how large it shows things. Units: SDL's window coordinates, here
+// called points.
 #pragma once
 
 #include <SDL.h>
@@ -20,5 +21,9 @@ struct WindowGeometry {
 // window's frame is kept, and 30 above it for its title bar. An empty `usable` means that it is not known,
 // and the stored geometry is taken as it is. Without a stored position the window is centred.
 WindowGeometry initialGeometry(const store::Settings& settings, const SDL_Rect& usable);
+
+// Points that a logical pixel is long in a window of this size: one up to 1920 x 1080. In a larger window
+// everything grows, so that a screen keeps the composition that it has there.
+double windowGrowth(int w, int h);
 
 }  // namespace ui

@@ -88,7 +88,7 @@ TEST_F(Events, NewFrameForgetsTheInputButNotTheWishToQuit) {
   take(buttonEvent(SDL_MOUSEBUTTONUP, SDL_BUTTON_LEFT));
   take(buttonEvent(SDL_MOUSEBUTTONDOWN, SDL_BUTTON_RIGHT));
   take(wheelEvent(0, 3));
-  reader.readMouse(50, 60, SDL_BUTTON_LMASK, static_cast<SDL_Keymod>(KMOD_LCTRL | KMOD_RSHIFT), ctx);
+  reader.readMouse(50, 60, 1, SDL_BUTTON_LMASK, static_cast<SDL_Keymod>(KMOD_LCTRL | KMOD_RSHIFT), ctx);
   ctx.clickTaken = true;
   ctx.quit = true;
   reader.beginFrame(ctx);
@@ -305,40 +305,59 @@ TEST_F(Events, WheelStepsAddUpAndSidewaysOnesDoNotCount) {
 }
 
 TEST_F(Events, MouseMovementIsTheDifferenceToTheFrameBefore) {
-  reader.readMouse(30, 40, 0, KMOD_NONE, ctx);
+  reader.readMouse(30, 40, 1, 0, KMOD_NONE, ctx);
   EXPECT_EQ(ctx.in.dx, 30);
   EXPECT_EQ(ctx.in.dy, 40);
   reader.beginFrame(ctx);
-  reader.readMouse(25, 47, 0, KMOD_NONE, ctx);
+  reader.readMouse(25, 47, 1, 0, KMOD_NONE, ctx);
   EXPECT_EQ(ctx.in.mx, 25);
   EXPECT_EQ(ctx.in.my, 47);
   EXPECT_EQ(ctx.in.dx, -5);
   EXPECT_EQ(ctx.in.dy, 7);
   reader.beginFrame(ctx);
-  reader.readMouse(25, 47, 0, KMOD_NONE, ctx);
+  reader.readMouse(25, 47, 1, 0, KMOD_NONE, ctx);
+  EXPECT_EQ(ctx.in.dx, 0);
+  EXPECT_EQ(ctx.in.dy, 0);
+}
+
+TEST_F(Events, MouseIsWhereItsPointLiesInAWindowWhoseThingsHaveGrown) {
+  reader.readMouse(300, 40, 1.25, 0, KMOD_NONE, ctx);
+  EXPECT_EQ(ctx.in.mx, 240);
+  EXPECT_EQ(ctx.in.my, 32);
+  reader.beginFrame(ctx);
+  reader.readMouse(305, 30, 1.25, 0, KMOD_NONE, ctx);
+  EXPECT_EQ(ctx.in.dx, 4);
+  EXPECT_EQ(ctx.in.dy, -8);
+}
+
+TEST_F(Events, MouseThatRestsDoesNotMoveWhenTheWindowGrows) {
+  reader.readMouse(300, 40, 1, 0, KMOD_NONE, ctx);
+  reader.beginFrame(ctx);
+  reader.readMouse(300, 40, 2, 0, KMOD_NONE, ctx);
+  EXPECT_EQ(ctx.in.mx, 150);
   EXPECT_EQ(ctx.in.dx, 0);
   EXPECT_EQ(ctx.in.dy, 0);
 }
 
 TEST_F(Events, HeldButtonIsTheLeftOneAlone) {
-  reader.readMouse(0, 0, SDL_BUTTON_RMASK | SDL_BUTTON_MMASK, KMOD_NONE, ctx);
+  reader.readMouse(0, 0, 1, SDL_BUTTON_RMASK | SDL_BUTTON_MMASK, KMOD_NONE, ctx);
   EXPECT_FALSE(ctx.in.down);
-  reader.readMouse(0, 0, SDL_BUTTON_RMASK | SDL_BUTTON_LMASK, KMOD_NONE, ctx);
+  reader.readMouse(0, 0, 1, SDL_BUTTON_RMASK | SDL_BUTTON_LMASK, KMOD_NONE, ctx);
   EXPECT_TRUE(ctx.in.down);
 }
 
 TEST_F(Events, EitherCtrlAndEitherShiftCount) {
   for (const SDL_Keymod key : {KMOD_LCTRL, KMOD_RCTRL}) {
-    reader.readMouse(0, 0, 0, key, ctx);
+    reader.readMouse(0, 0, 1, 0, key, ctx);
     EXPECT_TRUE(ctx.in.ctrl);
     EXPECT_FALSE(ctx.in.shift);
   }
   for (const SDL_Keymod key : {KMOD_LSHIFT, KMOD_RSHIFT}) {
-    reader.readMouse(0, 0, 0, key, ctx);
+    reader.readMouse(0, 0, 1, 0, key, ctx);
     EXPECT_FALSE(ctx.in.ctrl);
     EXPECT_TRUE(ctx.in.shift);
   }
-  reader.readMouse(0, 0, 0, static_cast<SDL_Keymod>(KMOD_CAPS | KMOD_ALT), ctx);
+  reader.readMouse(0, 0, 1, 0, static_cast<SDL_Keymod>(KMOD_CAPS | KMOD_ALT), ctx);
   EXPECT_FALSE(ctx.in.ctrl || ctx.in.shift);
 }
 

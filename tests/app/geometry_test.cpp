@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <utility>
+
 namespace {
 
 constexpr SDL_Rect kDesktop = {0, 0, 1920, 1040};
@@ -71,6 +74,35 @@ TEST(InitialGeometry, OneCoordinateAloneIsNoPosition) {
                    kCentered, 900, 700);
     expectGeometry(ui::initialGeometry(stored(store::kNoPosition, 100, 900, 700), usable), kCentered,
                    kCentered, 900, 700);
+  }
+}
+
+TEST(WindowGrowth, IsNoneUpToFullHd) {
+  for (const auto& [w, h] :
+       {std::pair(640, 480), std::pair(1100, 760), std::pair(1920, 1080), std::pair(0, 0)})
+    EXPECT_EQ(ui::windowGrowth(w, h), 1) << w << " x " << h;
+}
+
+TEST(WindowGrowth, IsNoneInAWindowThatIsLargeInOneDirectionAlone) {
+  EXPECT_EQ(ui::windowGrowth(5120, 1080), 1);
+  EXPECT_EQ(ui::windowGrowth(5120, 480), 1);
+  EXPECT_EQ(ui::windowGrowth(1920, 4000), 1);
+  EXPECT_EQ(ui::windowGrowth(760, 4000), 1);
+}
+
+TEST(WindowGrowth, IsThatOfTheSideThatGrewLess) {
+  EXPECT_EQ(ui::windowGrowth(3840, 2160), 2);
+  EXPECT_EQ(ui::windowGrowth(2880, 1620), 1.5);
+  EXPECT_EQ(ui::windowGrowth(2400, 2160), 1.25);
+  EXPECT_EQ(ui::windowGrowth(3840, 1350), 1.25);
+}
+
+TEST(WindowGrowth, LeavesALargeWindowAtLeastTheRoomOfFullHd) {
+  for (int w = 1920; w <= 8000; w += 37) {
+    for (int h = 1080; h <= 5000; h += 29) {
+      const double growth = ui::windowGrowth(w, h);
+      EXPECT_NEAR(std::max(1920 - w / growth, 1080 - h / growth), 0, 1e-9) << w << " x " << h;
+    }
   }
 }
 

@@ -23,10 +23,11 @@ namespace {
 using gallery::State;
 using gallery::Window;
 
-// The smallest, one about to get roomier bars, the usual, half of and all of a common display, a large one,
-// and a dense one.
-constexpr std::array kWindows = {Window{640, 480, 1},  Window{779, 600, 1},   Window{1100, 760, 1},
-                                 Window{960, 1080, 1}, Window{1920, 1080, 1}, Window{3840, 2160, 1},
+// The smallest, one about to get roomier bars, a high one, the usual, half of and all of a common display,
+// two in which all things grow, and a dense one.
+constexpr std::array kWindows = {Window{640, 480, 1},   Window{779, 600, 1},   Window{760, 1000, 1},
+                                 Window{1100, 760, 1},  Window{1280, 720, 1},  Window{960, 1080, 1},
+                                 Window{1920, 1080, 1}, Window{2560, 1440, 1}, Window{3840, 2160, 1},
                                  Window{1100, 760, 2}};
 const std::vector<std::string> kUsualLanguages = {"en", "de", "el", "ru", "ja", "he", "ar"};
 

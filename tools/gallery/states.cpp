@@ -202,8 +202,8 @@ void scrolledDown(Sitting& sitting) { sitting.scrollDown(100); }
 void askToReset(Sitting& sitting) {
   const ui::CairoSurface page(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
   const ui::CairoContext cr(cairo_create(page.get()));
-  const ui::Rect view = screens::listView(sitting.size().w, sitting.size().h);
-  const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), sitting.size().w);
+  const ui::Rect view = screens::listView(sitting.w(), sitting.h());
+  const screens::SettingsLayout layout = screens::settingsLayout(cr.get(), sitting.w());
   const double top = screens::settingsTop(layout, view) + std::min(view.h - layout.height, 0.0);
   scrolledDown(sitting);
   sitting.click(layout.reset.x + layout.reset.w / 2, top + layout.reset.y + layout.reset.h / 2);

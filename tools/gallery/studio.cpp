@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/frame.h"
+#include "app/geometry.h"
 #include "ui/gpu.h"
 
 namespace gallery {
@@ -53,9 +54,12 @@ Studio::~Studio() {
 Sitting::Sitting(const Studio& shownBy, const Window& shownIn, std::unique_ptr<ui::Screen> shown)
     : studio(shownBy),
       window(shownIn),
+      scale(ui::windowGrowth(window.w, window.h) * window.scale),
       unseen(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1)),
       screen(std::move(shown)) {
-  ui::gpuSetScale(window.scale);
+  ui::gpuSetScale(scale);
+  ctx.w = window.w * window.scale / scale;
+  ctx.h = window.h * window.scale / scale;
   frame(0);
 }
 
@@ -77,7 +81,7 @@ void Sitting::rightClick(double x, double y) {
 
 void Sitting::scrollDown(int steps) {
   ctx.in.wheel = -steps;
-  pointAt(0.5 * window.w, 0.5 * window.h);
+  pointAt(0.5 * ctx.w, 0.5 * ctx.h);
 }
 
 void Sitting::pointAt(double x, double y) {
@@ -98,7 +102,7 @@ ui::CairoSurface Sitting::picture(double dt) {
   SDL_RenderClear(renderer);
   ui::FrameCanvas canvas(renderer);
   canvas.resize(w, h);
-  showFrame(dt, canvas.begin(window.scale).get());
+  showFrame(dt, canvas.begin(scale).get());
   canvas.flush();
   canvas.upload();
   ui::CairoSurface seen = shownBy(renderer, w, h);
@@ -111,8 +115,6 @@ void Sitting::frame(double dt) { showFrame(dt, ui::CairoContext(cairo_create(uns
 void Sitting::showFrame(double dt, cairo_t* cr) {
   ui::gpuBeginFrame();
   ctx.cr = cr;
-  ctx.w = window.w;
-  ctx.h = window.h;
   ctx.time += dt;
   ctx.dt = std::min(dt, kLongestFrame);
   ctx.stillUntil = ctx.time;

@@ -1,6 +1,5 @@
 // studio.h: shows a screen in a window of any size and takes its picture, as SDL and cairo compose it for the
-// player. Knows no particular screen. Units: logical pixels, seconds; a scale is device pixels per logical
-// one.
+// player. Knows no particular screen. Units: logical pixels, seconds.
 #pragma once
 
 #include <memory>
@@ -11,6 +10,7 @@
 
 namespace gallery {
 
+// In points; `scale` is the display's: device pixels per point.
 struct Window {
   int w;
   int h;
@@ -50,7 +50,8 @@ class Sitting {
 
   ui::Screen& shown() const { return *screen; }
   double time() const { return ctx.time; }
-  const Window& size() const { return window; }
+  double w() const { return ctx.w; }
+  double h() const { return ctx.h; }
   // Until when the last frame's picture stays, as the screen says.
   double stillUntil() const { return ctx.stillUntil; }
 
@@ -64,6 +65,7 @@ class Sitting {
 
   const Studio& studio;
   Window window;
+  double scale;  // device pixels per logical pixel
   ui::CairoSurface unseen;
   std::unique_ptr<ui::Screen> screen;
   ui::Ctx ctx;
