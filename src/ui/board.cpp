@@ -94,7 +94,7 @@ class TexturePainter {
   }
 
   void drawResting(const BoardTile& tile) const {
-    const Rect rect = view.toScreen(tile.rect);
+    const Rect rect = shownAt(tile);
     SDL_Texture* base = baseTexture(tile);
     if (base == nullptr) return;
     blit(base, rect, alpha);
@@ -108,6 +108,15 @@ class TexturePainter {
   }
 
  private:
+  // A tile shown as large as its picture takes as many device pixels: squeezed into one less it would blur.
+  Rect shownAt(const BoardTile& tile) const {
+    Rect rect = view.toScreen(tile.rect);
+    if (view.zoom == quality) {
+      rect.w = gpuPixels(rect.w) / gpuScale();
+      rect.h = gpuPixels(rect.h) / gpuScale();
+    }
+    return rect;
+  }
   SDL_Texture* baseTexture(const BoardTile& tile) const {
     return tileTexture(tile.face, tile.rect.w * quality, tile.rect.h * quality, tile.visual.selected);
   }

@@ -563,6 +563,21 @@ TEST_F(BoardTextures, AreTheSameForAllZoomsOfOneQuality) {
   EXPECT_EQ(ui::tileTexture("dot1", 75, 100.5, false), kept);
 }
 
+// A tile of 49 by 66 is 65 1/3 device pixels wide there.
+TEST_F(BoardTextures, AreSharpWhereATileIsNoWholeNumberOfDevicePixelsWide) {
+  const Frame frame{.w = 49, .h = 66, .scale = 4.0 / 3};
+  const ui::Rect wholeFrame{0, 0, 49, 66};
+  const mj::GameState game = boardAt({{0, 0, 0}}, "wan8");
+  const ui::CairoSurface copied = board(Path::Textures, frame, game, wholeFrame);
+  const ui::CairoSurface painted = board(Path::Cairo, frame, game, wholeFrame);
+  constexpr int kOutline = 6;  // that blends, on either path
+  for (int y = kOutline; y < 88 - kOutline; ++y) {
+    for (int x = kOutline; x < 65 - kOutline; ++x)
+      ASSERT_LE(channelDifference(pixelAt(copied.get(), x, y), pixelAt(painted.get(), x, y)), 2)
+          << x << ", " << y;
+  }
+}
+
 double meanDifference(cairo_surface_t* a, cairo_surface_t* b) {
   const support::Pixels left(a);
   const support::Pixels right(b);
