@@ -131,4 +131,13 @@ TEST_P(Playing, TheBoardFollowsTheWindow) {
   EXPECT_TRUE(session.showsTable());
 }
 
+TEST(LargeScreen, APairIsTakenByMouseWhereAllThingsHaveGrown) {
+  constexpr window::Size kLargeScreen = {2560, 1440};
+  Session session({.environment = window::kNoOpenGl, .screen = kLargeScreen});
+  ASSERT_TRUE(session.showsTable());
+  session.game.type(Key::F11);
+  ASSERT_TRUE(session.hasSize(kLargeScreen));
+  session.takePair();
+}
+
 }  // namespace

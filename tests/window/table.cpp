@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "app/geometry.h"
 #include "rules/levels.h"
 #include "rules/table_themes.h"
 #include "screens/playing.h"
@@ -61,6 +62,13 @@ PixelRect pixelsInside(const ui::Rect& rect, const ui::Rect& bounds) {
           static_cast<int>(std::floor(std::min(rect.y + rect.h, bounds.y + bounds.h)))};
 }
 
+// Pixels to one of the units that the game counts in.
+double growthIn(Size windowSize) { return ui::windowGrowth(windowSize.w, windowSize.h); }
+
+ui::Rect inPixels(const ui::Rect& rect, double growth) {
+  return {rect.x * growth, rect.y * growth, rect.w * growth, rect.h * growth};
+}
+
 int channel(std::uint32_t pixel, int shift) { return static_cast<int>(pixel >> shift & 0xFF); }
 
 }  // namespace
@@ -90,10 +98,12 @@ Table::Table(int levelNumber, std::uint32_t deal)
     : game(mj::createGame(mj::levelToConfig(levelNumber).slots, deal)), level(levelNumber) {}
 
 ui::Rect Table::boardIn(Size windowSize) const {
-  return screens::playingLayout(windowSize.w, windowSize.h).board;
+  const double growth = growthIn(windowSize);
+  return screens::playingLayout(windowSize.w / growth, windowSize.h / growth).board;
 }
 
 Point Table::spotOn(int tile, Size windowSize) const {
+  const double growth = growthIn(windowSize);
   const ui::Rect board = boardIn(windowSize);
   const ui::BoardGeom geom = ui::boardGeometry(game.slots, board, view.fit);
   const ui::Rect rect =
@@ -103,9 +113,9 @@ Point Table::spotOn(int tile, Size windowSize) const {
   for (int i = 0; i < kTries * kTries; ++i) {
     const int column = (i + kTries / 2) % kTries;
     const int row = (i / kTries + kTries / 2) % kTries;
-    const Point spot = {static_cast<int>(rect.x + rect.w * (column + 0.5) / kTries),
-                        static_cast<int>(rect.y + rect.h * (row + 0.5) / kTries)};
-    if (ui::hitTestTile(game, board, view, spot.x, spot.y) == tile) return spot;
+    const Point spot = {static_cast<int>(growth * (rect.x + rect.w * (column + 0.5) / kTries)),
+                        static_cast<int>(growth * (rect.y + rect.h * (row + 0.5) / kTries))};
+    if (ui::hitTestTile(game, board, view, spot.x / growth, spot.y / growth) == tile) return spot;
   }
   throw std::runtime_error("the tile cannot be seen");
 }
@@ -119,10 +129,12 @@ int Table::blockedTile() const {
 ui::CairoSurface Table::painted(Size windowSize) const {
   useBundledFont();
   return support::makePictureApart(windowSize.w, windowSize.h, [&](cairo_t* cr) {
+    const double growth = growthIn(windowSize);
+    cairo_scale(cr, growth, growth);
     ui::Ctx ctx;
     ctx.cr = cr;
-    ctx.w = windowSize.w;
-    ctx.h = windowSize.h;
+    ctx.w = windowSize.w / growth;
+    ctx.h = windowSize.h / growth;
     ui::drawFelt(ctx, mj::tableThemeForLevel(level), true);
     ui::drawBoard(ctx, game, boardIn(windowSize), view, nullptr);
   });
@@ -131,22 +143,27 @@ ui::CairoSurface Table::painted(Size windowSize) const {
 // For each pixel of the window the slot to be judged by it: the tile that shows there, or an empty slot where
 // only the cloth does.
 std::vector<int> Table::owners(Size windowSize) const {
+  const double growth = growthIn(windowSize);
   const ui::Rect board = boardIn(windowSize);
+  const ui::Rect boardPixels = inPixels(board, growth);
   const ui::BoardView boardView(board, view);
   const ui::BoardGeom geom = ui::boardGeometry(game.slots, board, view.fit);
   std::vector<int> owner(static_cast<std::size_t>(windowSize.w * windowSize.h), kNobody);
   const auto give = [&](const ui::Rect& place, int id) {
-    const PixelRect rect = pixelsInside(place, board);
+    const PixelRect rect = pixelsInside(place, boardPixels);
     for (int y = rect.top; y < rect.bottom; ++y) {
       for (int x = rect.left; x < rect.right; ++x) owner[static_cast<std::size_t>(y * windowSize.w + x)] = id;
     }
   };
-  const auto giveSlot = [&](const mj::Slot& slot) { give(boardView.toScreen(geom.place(slot)), slot.id); };
+  const auto placeOf = [&](const mj::Slot& slot) {
+    return inPixels(boardView.toScreen(geom.place(slot)), growth);
+  };
+  const auto giveSlot = [&](const mj::Slot& slot) { give(placeOf(slot), slot.id); };
 
-  give(board, kCloth);
+  give(boardPixels, kCloth);
   for (const mj::Slot& slot : game.slots) {
     // A tile may come to lie a pixel beside its place.
-    give(ui::insetRect(boardView.toScreen(geom.place(slot)), -2), kNobody);
+    give(ui::insetRect(placeOf(slot), -2), kNobody);
   }
   for (const mj::Slot& slot : game.slots) {
     if (game.faces[static_cast<std::size_t>(slot.id)].empty()) giveSlot(slot);
@@ -181,7 +198,8 @@ Table::Comparison Table::compare(cairo_surface_t* picture) const {
     }
   }
   const ui::BoardGeom geom = ui::boardGeometry(game.slots, boardIn(windowSize), view.fit);
-  const double leastPixels = kLeastShare * geom.tileW * geom.tileH * view.zoom * view.zoom;
+  const double enlarged = view.zoom * growthIn(windowSize);
+  const double leastPixels = kLeastShare * geom.tileW * geom.tileH * enlarged * enlarged;
   for (Look& look : sums) look = look.pixels < leastPixels ? Look{} : look.means();
   return {sums, cloth.means().difference};
 }
