@@ -126,8 +126,9 @@ class LevelSelect : public ui::Screen {
     double until;
   };
   std::optional<Refusal> refusal;
-  // By layout, which the level tells, and size in device pixels.
+  // By layout, which the level tells, and size. All of one scale.
   std::map<std::string, ui::CairoSurface> miniatures;
+  double miniaturesScale = 0;
 };
 
 LevelSelect::LevelSelect() : page(chosenPages().levels.value_or(pageOf(career.progress.currentLevel))) {}
@@ -205,6 +206,7 @@ void LevelSelect::drawTexts(cairo_t* cr, const LevelCardLayout& layout, int i) c
 
 void LevelSelect::drawMiniature(cairo_t* cr, const ui::Rect& rect, const mj::LevelConfig& config,
                                 double alpha) {
+  if (std::exchange(miniaturesScale, ui::gpuScale()) != ui::gpuScale()) miniatures.clear();
   const std::string key = std::to_string(config.level) + "|" + std::to_string(ui::gpuPixels(rect.w));
   const auto [entry, isNew] = miniatures.try_emplace(key);
   if (isNew) entry->second = paintedMiniature(config.slots, rect.w);

@@ -29,6 +29,7 @@
 #include "support/picture.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/gpu.h"
 
 namespace {
 
@@ -333,6 +334,18 @@ TEST_F(LevelSelectView, ReadsTheProgressOnceAndNotForEachCard) {
   harness.click(60, 84);
   harness.click(162, 84);
   EXPECT_EQ(reads.count(), 0);
+}
+
+// As while the edge of a large window is dragged: both scales round to the same size in device pixels.
+TEST_F(LevelSelectView, PaintsItsMiniaturesAnewForEveryScale) {
+  ui::gpuSetScale(1.499);
+  show(7);
+  ui::gpuSetScale(1.5);
+  harness.frame();
+  const ui::CairoSurface rescaled = harness.picture();
+  reopen();
+  EXPECT_TRUE(support::samePicture(rescaled.get(), harness.picture().get()));
+  ui::gpuSetScale(1);
 }
 
 TEST_F(LevelSelectView, LiesOnTheFeltOfItsPage) {
