@@ -84,8 +84,8 @@ void noteFont(TextCache& cache, const FontKey& key) {
 
 // Han characters take the shapes of the reader's own language. Fonts tell the Chinese of the mainland by its
 // country.
-void useLanguage(PangoLayout* layout) {
-  const std::string code = i18n::currentLanguage();
+void useLanguage(PangoLayout* layout, const TextStyle& style) {
+  const std::string code = style.language != nullptr ? style.language : i18n::currentLanguage();
   PangoLanguage* language = pango_language_from_string(code == "zh" ? "zh-cn" : code.c_str());
   PangoContext* context = pango_layout_get_context(layout);
   if (pango_context_get_language(context) == language) return;
@@ -93,7 +93,7 @@ void useLanguage(PangoLayout* layout) {
   pango_layout_context_changed(layout);
 }
 
-void useContext(TextCache& cache, cairo_t* cr) {
+void useContext(TextCache& cache, cairo_t* cr, const TextStyle& style) {
   forgetManyFonts(cache);
   if (!cache.layout || cache.madeFor != cr) {
     cache.layout.reset(pango_cairo_create_layout(cr));
@@ -102,7 +102,7 @@ void useContext(TextCache& cache, cairo_t* cr) {
   }
   // A new context may lie where an old one lay, and the same one may have been scaled since.
   pango_cairo_update_layout(cr, cache.layout.get());
-  useLanguage(cache.layout.get());
+  useLanguage(cache.layout.get(), style);
 }
 
 void useFont(TextCache& cache, const FontKey& key) {
@@ -125,7 +125,7 @@ double shrunkSize(const TextStyle& style, double part) {
 
 PangoLayout* layoutFor(cairo_t* cr, std::string_view text, const TextStyle& style, double size) {
   TextCache& cache = textCache();
-  useContext(cache, cr);
+  useContext(cache, cr, style);
   useFont(cache, keyOf(cr, style, size));
   PangoLayout* layout = cache.layout.get();
   // A label that was just measured is laid out already; setting its text would have it done again.
@@ -220,7 +220,7 @@ TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const
   forgetManyFonts(cache);
   noteFont(cache, key);
   TextLayout layout(pango_cairo_create_layout(cr));
-  useLanguage(layout.get());
+  useLanguage(layout.get(), style);
   pango_layout_set_font_description(layout.get(), makeFont(key).get());
   // A negative width would mean never to break.
   pango_layout_set_width(layout.get(), static_cast<int>(std::max(width, 1.0) * PANGO_SCALE));

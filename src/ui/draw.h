@@ -24,8 +24,9 @@ struct TextStyle {
   std::uint32_t color = 0;
   double alpha = 1;
   Align align = Align::Left;
-  double maxWidth = 0;    // a wider text is shrunk to fit, to an eighth of a pixel; 0 or less: never
-  double minScale = 0.6;  // but never to less than this part of `size`, even if it then sticks out
+  double maxWidth = 0;             // a wider text is shrunk to fit, to an eighth of a pixel; 0 or less: never
+  double minScale = 0.6;           // but never to less than this part of `size`, even if it then sticks out
+  const char* language = nullptr;  // whose fonts are preferred; null: the current one's
 };
 
 // `rect` made smaller by `inset` on every side.

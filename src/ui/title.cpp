@@ -53,9 +53,10 @@ std::size_t charLength(char first) {
   return 1;
 }
 
-// "sans" bold, as both titles have it.
+// "sans" bold, as both titles have it. Elsewhere an apostrophe may come from a font of taller lines, and push
+// the whole word down.
 TextStyle letterStyle(double size, std::uint32_t color, double alpha) {
-  return {.family = "sans", .size = size, .bold = true, .color = color, .alpha = alpha};
+  return {.family = "sans", .size = size, .bold = true, .color = color, .alpha = alpha, .language = "en"};
 }
 
 void blitCentered(SDL_Texture* texture, double cx, double cy, double w, double h, double alpha) {

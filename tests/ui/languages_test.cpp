@@ -12,6 +12,7 @@
 #include "support/picture.h"
 #include "ui/draw.h"
 #include "ui/handles.h"
+#include "ui/title.h"
 
 namespace {
 
@@ -54,6 +55,20 @@ TEST(Fonts, HoldEveryNativeNameAndDate) {
       }
     }
   }
+}
+
+TEST(Titles, LookTheSameInEveryLanguage) {
+  const auto title = [](const std::string& language) {
+    i18n::setLanguage(language);
+    return support::makePicture(kW, kH, [](cairo_t* cr) {
+      ui::Ctx ctx;
+      ctx.cr = cr;
+      ui::drawGlowTitle(ctx, kW / 2.0, 5, "Quenlock's", 40);
+    });
+  };
+  const ui::CairoSurface english = title("en");
+  for (const i18n::Language& language : i18n::languages())
+    EXPECT_TRUE(support::samePicture(title(language.code).get(), english.get())) << language.code;
 }
 
 TEST(Fonts, LackALetterThatNoneHas) { EXPECT_GT(unknownGlyphs("\U0010FFFD"), 0); }
