@@ -1,5 +1,5 @@
-// stage.h: frames without a screen to see them, as the program makes them. Units: logical pixels, which are
-// device pixels here; seconds.
+// stage.h: frames without a screen to see them, as the program makes them. Units: device pixels, which are
+// the window's points here; seconds.
 #pragma once
 
 #include <SDL.h>
@@ -8,6 +8,7 @@
 #include <ctime>
 
 #include "app/frame.h"
+#include "app/geometry.h"
 #include "ui/gpu.h"
 #include "ui/handles.h"
 
@@ -25,12 +26,14 @@ struct Stage {
   Stage(int w, int h)
       : window(SDL_CreateWindow("", 0, 0, w, h, 0)),
         renderer(SDL_CreateRenderer(window.get(), -1, SDL_RENDERER_SOFTWARE)),
-        canvas(renderer.get()) {
+        canvas(renderer.get()),
+        scale(ui::windowGrowth(w, h)) {
     if (!renderer) std::abort();
     ui::gpuInit(renderer.get());
+    ui::gpuSetScale(scale);
     canvas.resize(w, h);
-    ctx.w = w;
-    ctx.h = h;
+    ctx.w = w / scale;
+    ctx.h = h / scale;
   }
   ~Stage() { ui::gpuShutdown(); }
   Stage(const Stage&) = delete;
@@ -40,7 +43,7 @@ struct Stage {
   template <typename Draw>
   double frame(const Draw& draw) {
     const double begun = processorTime();
-    ui::CairoContext cr = canvas.begin(1);
+    ui::CairoContext cr = canvas.begin(scale);
     ctx.cr = cr.get();
     ui::gpuBeginFrame();
     SDL_SetRenderDrawColor(renderer.get(), 0, 0, 0, SDL_ALPHA_OPAQUE);
@@ -56,6 +59,7 @@ struct Stage {
   ui::SdlWindow window;
   ui::SdlRenderer renderer;
   ui::FrameCanvas canvas;
+  double scale;  // device pixels per logical pixel
   ui::Ctx ctx;
 };
 
