@@ -18,9 +18,9 @@ constexpr double kTouch = 1;   // neighbours may overlap by so much
 
 // The ring, from its control outwards: a dark line, gold, a dark line, so that it stands out from gold, too.
 constexpr double kRingGap = 1;
-constexpr double kRing = 3;
+constexpr double kRingLine = 3;
 constexpr double kRingEdge = 1;
-constexpr double kRingReach = kRingGap + kRing + kRingEdge;
+constexpr double kRingReach = kRingGap + kRingLine + kRingEdge;
 constexpr double kRingRadius = 12;
 constexpr double kRingEdgeAlpha = 0.75;
 
@@ -45,7 +45,7 @@ Rect common(const Rect& a, const Rect& b) {
           std::max(std::min(a.y + a.h, b.y + b.h) - y, 0.0)};
 }
 
-bool isEmpty(const Rect& rect) { return rect.w <= 0 || rect.h <= 0; }
+bool isNothing(const Rect& rect) { return rect.w <= 0 || rect.h <= 0; }
 
 bool isEnter(int key) { return key == SDLK_RETURN || key == SDLK_KP_ENTER; }
 
@@ -75,9 +75,9 @@ void drawRing(cairo_t* cr, const Rect& control) {
     const double radius = std::min(kRingRadius, std::min(control.w, control.h) / 2) + reach;
     strokeRoundedRect(cr, insetRect(control, -reach), radius, width, color, alpha);
   };
-  constexpr double kMiddle = kRingGap + kRing / 2;
-  ring(kMiddle, kRing + 2 * kRingEdge, palette::kBlack, kRingEdgeAlpha);
-  ring(kMiddle, kRing, palette::kGold, 1);
+  constexpr double kMiddle = kRingGap + kRingLine / 2;
+  ring(kMiddle, kRingLine + 2 * kRingEdge, palette::kBlack, kRingEdgeAlpha);
+  ring(kMiddle, kRingLine, palette::kGold, 1);
 }
 
 }  // namespace
@@ -144,7 +144,7 @@ bool Focus::givesToBoard(int key, bool fresh) {
                                     [](const Control& control) { return control.kind == Kind::Board; });
     if (found != controls.end()) moveTo(static_cast<std::size_t>(found - controls.begin()));
   }
-  if (!place || place->kind != Kind::Board || !isShown()) return false;
+  if (!isOnBoard()) return false;
   board.keys.push_back(leads ? key : SDLK_RETURN);
   return true;
 }
@@ -224,7 +224,7 @@ std::optional<std::size_t> Focus::nearest(Direction direction) const {
     const bool together = isSame(control.view, place->view);
     const Rect from = together ? place->rect : common(place->rect, place->view);
     const Rect to = together ? control.rect : common(control.rect, control.view);
-    if (isEmpty(to)) continue;
+    if (isNothing(to)) continue;
     const Way way = wayTo(from, to, direction.x, direction.y);
     const bool ahead = way.along >= -kTouch;
     const bool inCone = way.across <= std::max(way.along, 0.0);
@@ -255,7 +255,7 @@ void Focus::end(cairo_t* cr) {
   drawnRing.reset();
   if (!isShown() || place->kind == Kind::Board) return;
   const Rect seen = common(place->rect, place->view);
-  if (isEmpty(seen)) return;
+  if (isNothing(seen)) return;
   drawRing(cr, seen);
   drawnRing = insetRect(seen, -kRingReach);
 }
@@ -274,6 +274,12 @@ int Focus::offerSlider(const Rect& rect) {
 
 BoardKeys Focus::offerBoard(const Rect& rect) {
   add(rect, Kind::Board);
+  // What lay over it is gone: the board draws its cursor now, and cannot wait for the frame's end.
+  if (wasCovered && below && isSame(below->rect, rect)) {
+    place = std::exchange(below, std::nullopt);
+    shown = true;
+    wasCovered = false;
+  }
   if (!place || !isSame(place->rect, rect)) return {};
   BoardKeys keys = board;
   keys.focused = true;

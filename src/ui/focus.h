@@ -44,6 +44,8 @@ class Focus {
   int offerSlider(const Rect& rect);
   // Without a ring anywhere the keys are the board's.
   BoardKeys offerBoard(const Rect& rect);
+  // Whether a board has the focus.
+  bool isOnBoard() const { return isShown() && place->kind == Kind::Board; }
   // Whether Delete was pressed on it.
   bool isDiscarded(const Rect& rect) const;
   // The control there, which is yet to be offered, is what Enter works without a ring.
