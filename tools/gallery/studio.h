@@ -7,6 +7,7 @@
 #include <string>
 
 #include "ui/context.h"
+#include "ui/focus.h"
 #include "ui/handles.h"
 
 namespace gallery {
@@ -66,6 +67,7 @@ class Sitting {
   Window window;
   ui::CairoSurface unseen;
   std::unique_ptr<ui::Screen> screen;
+  ui::Focus focus;
   ui::Ctx ctx;
 };
 
