@@ -327,4 +327,26 @@ TEST(PlayingKeyboard, WholeGameIsPlayed) {
   }
 }
 
+TEST(PlayingKeyboard, KeysOfOneFrameCountOneAfterTheOther) {
+  KeySitting sitting;
+  sitting.key(SDLK_UP);
+  for (int pair = 0; pair < 6; ++pair) {
+    const auto [a, b] = sitting.order[sitting.game().history.size()];
+    std::vector<int> keys;
+    int from = *sitting.cursor();
+    for (const int tile : {a, b}) {
+      for (const screens::Arrow arrow : support::wayTo(sitting.game(), from, tile))
+        keys.push_back(KeySitting::keyOf(arrow));
+      keys.push_back(SDLK_RETURN);
+      from = tile;
+    }
+    sitting.harness.next().keys = sitting.harness.next().freshKeys = keys;
+    sitting.harness.frame();
+    EXPECT_EQ(sitting.cursor(), b);
+    sitting.harness.frame(0.4);
+    sitting.harness.frame();
+    ASSERT_FALSE(sitting.lies(a) || sitting.lies(b)) << pair;
+  }
+}
+
 }  // namespace

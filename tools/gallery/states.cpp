@@ -268,7 +268,7 @@ const std::vector<State> kStates = {
     {"licences_scrolled", screens::makeLicenses, scrolledDown},
     {"menu_focus", menu, tabbed(1)},
     {"menu_doors_focus", menu, tabbed(4)},
-    {"cursor_focus", table(61), cursorBesideSelection},
+    {"selected_focus", table(61), cursorBesideSelection},
     {"zoomed_focus", table(42), cursorZoomed},
     {"nomoves_focus", table(1, 9), tabbed(2, noMoves)},
     {"paused_focus", table(77), tabbed(1, paused)},
