@@ -1,5 +1,7 @@
 #include "app/app.h"
 
+#include <SDL_keycode.h>
+
 #include <cassert>
 #include <utility>
 
@@ -8,6 +10,13 @@ namespace {
 
 // Seconds. Who goes on clicking as fast as that by then has seen the new screen.
 constexpr double kLongestRun = 1;
+// Presses of a key that follow one another within so many seconds are a run.
+constexpr double kKeyRunGap = 0.3;
+
+// Of a key that works a control, and not by being held down.
+bool hasPress(const Input& in) {
+  return in.hasFreshKey(SDLK_RETURN) || in.hasFreshKey(SDLK_KP_ENTER) || in.hasFreshKey(SDLK_SPACE);
+}
 
 }  // namespace
 
@@ -38,16 +47,27 @@ void Game::update(Ctx& ctx) {
   const bool buttonsWork = ctx.in.hasButtons();
   if (beginsScreen()) {
     forgetEarlierButtons(ctx);
+    focus.forget();
   } else {
     keepOwnButtons(ctx);
   }
+  keepOwnKeys(ctx);
   ensureScreen();
-  if (screen) screen->update(ctx);
+  showScreen(ctx);
   if (pendingRequest.operation == Operation::None) return;
   carryOut(std::exchange(pendingRequest, {}));
   ++stackVersion;
   screen.reset();
   foreignRun = foreignRun || buttonsWork;
+  foreignKeys = followsPress(ctx.time);
+}
+
+void Game::showScreen(Ctx& ctx) {
+  if (!screen) return;
+  // On the table Space means pause.
+  const bool spaceWorks = stack.back().kind != ScreenKind::Playing;
+  ctx.hand = false;
+  focus.frame(ctx, spaceWorks, [&] { screen->update(ctx); });
 }
 
 void Game::ensureScreen() {
@@ -81,6 +101,18 @@ void Game::keepOwnButtons(Ctx& ctx) {
   foreignRun = !heardOfPress || (foreignRun && follows);
   if (foreignRun) in.clicked = in.doubleClicked = false;
 }
+
+// The same of the keys that work a control: whoever goes on tapping Enter has not seen the new screen.
+void Game::keepOwnKeys(Ctx& ctx) {
+  if (ctx.time < lastPress) lastPress = -kLongestRun;  // another loop's clock
+  if (!hasPress(ctx.in)) return;
+  const bool follows = followsPress(ctx.time);
+  lastPress = ctx.time;
+  foreignKeys = beginsScreen() || (foreignKeys && follows && ctx.time - shownSince < kLongestRun);
+  if (foreignKeys) ctx.in.freshKeys.clear();
+}
+
+bool Game::followsPress(double now) const { return now - lastPress < kKeyRunGap; }
 
 void Game::carryOut(const Request& request) {
   switch (request.operation) {

@@ -8,6 +8,7 @@
 
 #include "storage/storage.h"
 #include "ui/context.h"
+#include "ui/focus.h"
 
 namespace ui {
 
@@ -39,10 +40,13 @@ class Game {
   // One frame: builds the top screen if need be, updates it, carries out its request. A screen hears of a
   // mouse button only what began on it: not of one that was down before its first frame, nor of its release,
   // nor, in its first second, of clicks that follow one on an earlier screen as fast as the second of a
-  // double click.
+  // double click. Of Enter and Space it hears as of a button.
   void update(Ctx& ctx);
   // Whether the next frame will be the first of its screen.
   bool beginsScreen() const { return !screen; }
+
+  // Which of the live screen's controls the keyboard works.
+  const Focus& keyboard() const { return focus; }
 
   // The descriptors, bottom first; never empty.
   const std::vector<GameState>& descriptors() const { return stack; }
@@ -60,6 +64,9 @@ class Game {
   void ensureScreen();
   void forgetEarlierButtons(Ctx& ctx);
   void keepOwnButtons(Ctx& ctx);
+  void keepOwnKeys(Ctx& ctx);
+  bool followsPress(double now) const;
+  void showScreen(Ctx& ctx);
   void carryOut(const Request& request);
 
   ScreenFactory makeScreen;
@@ -68,9 +75,12 @@ class Game {
   unsigned builtVersion = 0xFFFFFFFF;
   unsigned stackVersion = 0;
   Request pendingRequest;
+  Focus focus;  // on the live screen
   Hold hold = Hold::None;
-  double shownSince = 0;    // the screen; in the context's time
-  bool foreignRun = false;  // the last click was not this screen's, and one that follows fast belongs to it
+  double shownSince = 0;     // the screen; in the context's time
+  bool foreignRun = false;   // the last click was not this screen's, and one that follows fast belongs to it
+  double lastPress = -10;    // of Enter or Space; in the context's time
+  bool foreignKeys = false;  // the same of them
 };
 
 }  // namespace ui

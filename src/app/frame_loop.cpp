@@ -204,12 +204,14 @@ void FrameLoop::drawFrame() {
 void FrameLoop::updateScreen() {
   const bool first = Game::instance().beginsScreen();
   Game::instance().update(ctx);
+  handCursor.show(ctx.hand);
   if (Game::instance().beginsScreen() || gpuOwesPictures()) settled = false;
   events.beginFrame(ctx);
   if (!first) return;
-  // A first frame may take long. What was clicked meanwhile was meant for what could still be seen.
+  // A first frame may take long. What was clicked or typed meanwhile was meant for what could still be seen.
   drainEvents();
   ctx.in.dropButtons();
+  ctx.in.freshKeys.clear();
 }
 
 void FrameLoop::report(double updateTime, double uploadTime) {

@@ -7,6 +7,7 @@
 
 #include "app/events.h"
 #include "app/frame.h"
+#include "app/hand_cursor.h"
 #include "app/stats.h"
 #include "ui/context.h"
 
@@ -50,6 +51,7 @@ class FrameLoop {
   double (*now)();
   EventReader events;
   FrameCanvas canvas;
+  HandCursor handCursor;
   Ctx ctx;  // lives across frames so that its `quit` does
   bool appliedFullscreen;
   double frameTime;  // between two frames, at least

@@ -15,6 +15,7 @@
 #include "screens/list_screen.h"
 #include "screens/screens.h"
 #include "ui/draw.h"
+#include "ui/focus.h"
 #include "ui/gpu.h"
 #include "ui/palette.h"
 #include "ui/tile.h"
@@ -100,9 +101,16 @@ bool linkLine(ui::Ctx& ctx, double x, double y, const std::string& text, double 
   double textH = 0;
   ui::measureText(ctx.cr, text, {.size = size, .maxWidth = widthOf(ctx)}, textW, textH);
   const ui::Rect rect = {x - textW / 2, y, textW, h};
-  if (ctx.hover(rect))
+  if (ctx.hover(rect)) {
     ui::fillRect(ctx.cr, {rect.x, y + h - kUnderline, textW, kUnderline}, ui::palette::kCream, 1);
-  return ctx.takeClick(rect);
+    ctx.hand = true;
+  }
+  // The ring keeps clear of the lines above and below.
+  constexpr double kAside = 5;
+  constexpr double kAbove = 3;
+  constexpr double kBelow = 2;
+  const ui::Rect ringed = {rect.x - kAside, y + kAbove, textW + 2 * kAside, h - kAbove - kBelow};
+  return ui::isWorkedByKey(ctx, ringed) || ctx.takeClick(rect);
 }
 
 // Hands the address to the desktop, without waiting for what it makes of it. It goes to a shell as it is:

@@ -21,8 +21,10 @@ void drawCardPlate(cairo_t* cr, const ui::Rect& card) {
   ui::strokeRoundedRect(cr, ui::insetRect(card, 0.5), kCardRadius, 1, ui::palette::kPanelEdge, 1);
 }
 
-void lightCard(const ui::Ctx& ctx, const ui::Rect& card) {
-  if (ctx.hover(card)) ui::fillRoundedRect(ctx.cr, card, kCardRadius, ui::palette::kGold, kLightAlpha);
+void lightCard(ui::Ctx& ctx, const ui::Rect& card) {
+  if (!ctx.hover(card)) return;
+  ui::fillRoundedRect(ctx.cr, card, kCardRadius, ui::palette::kGold, kLightAlpha);
+  ctx.hand = true;
 }
 
 CardGrid cardGrid(const ui::Rect& view, double leastCardW, double gap) {

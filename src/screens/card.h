@@ -9,8 +9,8 @@ namespace screens {
 inline constexpr double kCardRadius = 10;
 
 void drawCardPlate(cairo_t* cr, const ui::Rect& card);
-// Lights the card up while the pointer is over it.
-void lightCard(const ui::Ctx& ctx, const ui::Rect& card);
+// Lights the card up while the pointer is over it, which is a hand then.
+void lightCard(ui::Ctx& ctx, const ui::Rect& card);
 
 // Cards in rows, as many in each as the window is wide, 2 to 5. What does not fit is scrolled.
 struct CardGrid {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/app.h"
@@ -15,10 +16,12 @@
 #include "screens/gallery_card.h"
 #include "screens/gallery_layout.h"
 #include "screens/list_screen.h"
+#include "screens/resume.h"
 #include "screens/screens.h"
 #include "screens/solve_picture.h"
 #include "storage/storage.h"
 #include "ui/draw.h"
+#include "ui/focus.h"
 #include "ui/gpu.h"
 #include "ui/palette.h"
 #include "ui/tile.h"
@@ -64,7 +67,10 @@ class Gallery : public ui::Screen {
   void turnTo(int newPage);
   // Places in the list, by the levels of what stands there.
   std::vector<std::size_t> placesOfPage() const;
-  void card(const ui::Ctx& ctx, std::size_t place, const ui::Rect& rect);
+  void drawCard(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect);
+  void cardInput(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect);
+  bool isDoubleClicked(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect);
+  static void playAgain(const store::SolveEntry& entry);
   void confirmDelete(ui::Ctx& ctx);
   void listAnew();
 
@@ -76,6 +82,9 @@ class Gallery : public ui::Screen {
   double scroll = 0;
   std::size_t pendingDelete = 0;  // its place
   bool confirmOpen = false;
+  // The places of the cards under the last click and the one before it, if there were cards.
+  std::optional<std::size_t> lastClicked;
+  std::optional<std::size_t> clickedBefore;
 
   // By the entries' places, for a damaged file may give two of them one id; each from its first showing on.
   std::map<std::size_t, LoadedPicture> pictures;
@@ -89,6 +98,7 @@ Gallery::Gallery()
 
 void Gallery::update(ui::Ctx& ctx) {
   const bool asking = confirmOpen;
+  if (ctx.in.clicked) clickedBefore = std::exchange(lastClicked, std::nullopt);
   std::optional<int> chosen;
   const bool left = listFrame(ctx, mj::tableThemeForStage(page), i18n::tr("gallery.headline"), asking, [&] {
     chosen = pageChips(ctx, page, pageOf(progressLevel));
@@ -107,7 +117,8 @@ void Gallery::drawBody(ui::Ctx& ctx, double top) {
     int index = 0;
     for (const std::size_t place : places) {
       const ui::Rect rect = grid.card(index++, scroll);
-      if (isInView(rect, grid.view)) card(ctx, place, rect);
+      if (isInView(rect, grid.view)) drawCard(ctx, place, rect);
+      cardInput(ctx, place, rect);
     }
   });
   drawHint(ctx);
@@ -129,16 +140,39 @@ std::vector<std::size_t> Gallery::placesOfPage() const {
   return places;
 }
 
-void Gallery::card(const ui::Ctx& ctx, std::size_t place, const ui::Rect& rect) {
+void Gallery::drawCard(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect) {
   const std::string key = kCardKey + std::to_string(place) + "|" + i18n::currentLanguage();
   ui::gpuPicture(ctx.cr, key, rect, [&](cairo_t* cr, double w, double h) {
     paintCard(cr, w, h, solves[place], pictureOf(place, cardPictureSide(w, h)));
   });
   lightCard(ctx, rect);
-  if (!ctx.takeRightClick(rect)) return;
+}
+
+void Gallery::cardInput(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect) {
+  const bool chosen = ui::isWorkedByKey(ctx, rect) || isDoubleClicked(ctx, place, rect);
+  if (ui::isDiscarded(ctx, rect)) {
+    audio::play(audio::Sfx::Click);
+    pendingDelete = place;
+    confirmOpen = true;
+  } else if (chosen) {
+    playAgain(solves[place]);
+  }
+}
+
+// Both of its clicks are on this card.
+bool Gallery::isDoubleClicked(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect) {
+  if (!ctx.takeClick(rect)) return false;
+  lastClicked = place;
+  return ctx.in.doubleClicked && clickedBefore == place;
+}
+
+// The deal as it was, unless another game waits: that is not given up unasked.
+void Gallery::playAgain(const store::SolveEntry& entry) {
+  const auto saved = resumableGame();
+  if (saved && (saved->level != entry.level || saved->seed != entry.seed))
+    return audio::play(audio::Sfx::Error);
   audio::play(audio::Sfx::Click);
-  pendingDelete = place;
-  confirmOpen = true;
+  ui::Game::instance().push({.kind = ui::ScreenKind::Playing, .level = entry.level, .deal = entry.seed});
 }
 
 CardPicture Gallery::pictureOf(std::size_t place, int side) {

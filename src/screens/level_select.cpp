@@ -22,6 +22,7 @@
 #include "screens/screens.h"
 #include "storage/storage.h"
 #include "ui/draw.h"
+#include "ui/focus.h"
 #include "ui/gpu.h"
 #include "ui/handles.h"
 #include "ui/palette.h"
@@ -106,7 +107,8 @@ class LevelSelect : public ui::Screen {
   void turnTo(int newPage);
   void refuse(int i, double now);
   void cards(ui::Ctx& ctx);
-  void card(ui::Ctx& ctx, const ui::Rect& rect, int i);
+  void drawCard(ui::Ctx& ctx, const ui::Rect& rect, int i);
+  void choose(int i, double now);
   std::string cardKey(int i) const;
   void paintCard(cairo_t* cr, const ui::Rect& rect, int i);
   void drawTexts(cairo_t* cr, const LevelCardLayout& layout, int i) const;
@@ -163,19 +165,21 @@ void LevelSelect::cards(ui::Ctx& ctx) {
   scrolledList(ctx, grid.view, grid.contentHeight(kLevelsPerPage), scroll, [&] {
     for (int i = 0; i < kLevelsPerPage; ++i) {
       const ui::Rect rect = grid.card(i, scroll);
-      if (isInView(rect, grid.view)) card(ctx, rect, i);
+      if (isInView(rect, grid.view)) drawCard(ctx, rect, i);
+      if (ui::isWorked(ctx, rect)) choose(i, ctx.time);
     }
   });
 }
 
-void LevelSelect::card(ui::Ctx& ctx, const ui::Rect& rect, int i) {
+void LevelSelect::drawCard(ui::Ctx& ctx, const ui::Rect& rect, int i) {
   ui::gpuPicture(ctx.cr, cardKey(i), rect,
                  [&](cairo_t* cr, double w, double h) { paintCard(cr, {0, 0, w, h}, i); });
   if (!isLocked(i)) lightCard(ctx, rect);
   if (refusal && refusal->card == i) drawRefusal(ctx.cr, rect, (refusal->until - ctx.time) / kRefusalTime);
+}
 
-  if (!ctx.takeClick(rect)) return;
-  if (isLocked(i)) return refuse(i, ctx.time);
+void LevelSelect::choose(int i, double now) {
+  if (isLocked(i)) return refuse(i, now);
   audio::play(audio::Sfx::Click);
   store::clearGame();
   const int level = levelAt(i);

@@ -6,8 +6,10 @@
 #include <algorithm>
 #include <string>
 
+#include "resources/audio.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/focus.h"
 #include "ui/gpu.h"
 #include "ui/palette.h"
 #include "ui/pointer_block.h"
@@ -20,6 +22,9 @@ constexpr ui::Rect kBack = {12, 8, 44, 40};
 constexpr double kHeadlineX = 68;
 constexpr double kHeadlineY = 12;
 
+constexpr double kRowStep = 60;  // by which an arrow moves a list
+constexpr double kFar = 1e9;
+
 constexpr double kMinViewH = 80;
 constexpr double kMinPagedViewH = 60;
 // The middle tile of the fan stands so far below the top of the tilted ones, in widths of a tile.
@@ -30,8 +35,36 @@ constexpr double kChipH = 40;
 constexpr double kChipGap = 6;
 constexpr double kMaxChipW = 96;
 
+// The page to which the page keys lead.
+int pageByKeys(ui::Input& in, int page) {
+  if (in.takeKey(SDLK_PAGEUP)) --page;
+  if (in.takeKey(SDLK_PAGEDOWN)) ++page;
+  if (in.takeKey(SDLK_HOME)) page = 0;
+  if (in.takeKey(SDLK_END)) page = kPages - 1;
+  return std::clamp(page, 0, kPages - 1);
+}
+
 std::string pageName(int page) {
   return std::to_string(page * kLevelsPerPage + 1) + "–" + std::to_string((page + 1) * kLevelsPerPage);
+}
+
+// Page keys move by a page, arrows that lead to no control by a row.
+double scrollByKeys(ui::Ctx& ctx, double page) {
+  double by = 0;
+  if (ctx.in.takeKey(SDLK_PAGEDOWN)) by += page;
+  if (ctx.in.takeKey(SDLK_PAGEUP)) by -= page;
+  if (ctx.in.takeKey(SDLK_END)) by += kFar;
+  if (ctx.in.takeKey(SDLK_HOME)) by -= kFar;
+  return ctx.focus == nullptr ? by : by + kRowStep * ctx.focus->unanswered();
+}
+
+// Moves the list by the wheel and by the keys, and shows what has just got the focus.
+void scrollList(ui::Ctx& ctx, const ui::Rect& view, double contentHeight, double& scroll) {
+  const double before = scroll;
+  scroll += scrollByKeys(ctx, view.h - kRowStep);
+  if (ctx.focus != nullptr) scroll += ctx.focus->hiddenPart(view);
+  ui::applyScroll(ctx, {0, view.y, ctx.w, view.h}, contentHeight, scroll);
+  if (ctx.focus != nullptr) ctx.focus->follow(view, scroll - before);
 }
 
 // True when the player goes back.
@@ -48,9 +81,9 @@ bool header(ui::Ctx& ctx, std::string_view headline) {
 bool listFrame(ui::Ctx& ctx, const mj::TableTheme* theme, std::string_view headline, bool asking,
                const std::function<void()>& body) {
   ui::drawFelt(ctx, theme, false);
-  const ui::PointerBlock question(ctx, asking);
+  const ui::InputBlock question(ctx, asking);
   const bool left = header(ctx, headline) && !asking;
-  const ui::PointerBlock leaving(ctx, left);
+  const ui::InputBlock leaving(ctx, left);
   body();
   ctx.stillUntil = ui::kForever;
   return left;
@@ -62,7 +95,8 @@ ui::Rect listView(double w, double h) {
 
 void scrolledList(ui::Ctx& ctx, const ui::Rect& view, double contentHeight, double& scroll,
                   const std::function<void()>& content) {
-  ui::applyScroll(ctx, {0, view.y, ctx.w, view.h}, contentHeight, scroll);
+  scrollList(ctx, view, contentHeight, scroll);
+  if (ctx.focus != nullptr) ctx.focus->beginView(view);
   {
     const ui::PointerBlock block(ctx, !ctx.hover(view));
     const ui::GpuClip clip(view);
@@ -72,6 +106,7 @@ void scrolledList(ui::Ctx& ctx, const ui::Rect& view, double contentHeight, doub
     content();
     cairo_restore(ctx.cr);
   }
+  if (ctx.focus != nullptr) ctx.focus->endView();
   ui::scrollbar(ctx, view, contentHeight, scroll);
 }
 
@@ -97,7 +132,10 @@ std::optional<int> pageChips(ui::Ctx& ctx, int page, int marked) {
     const ui::Rect rect = {kListMargin + i * (w + kChipGap), kChipsY, w, kChipH};
     if (ui::pageChip(ctx, rect, pageName(i), i == page, i == marked && i != page)) clicked = i;
   }
-  return clicked;
+  const int turned = pageByKeys(ctx.in, page);
+  if (turned == page) return clicked;
+  audio::play(audio::Sfx::Click);
+  return turned;
 }
 
 ui::Rect pagedListView(double w, double h, double top, double below) {

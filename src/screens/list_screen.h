@@ -24,10 +24,10 @@ inline constexpr double kColumnMargin = 20;  // at the sides of a column, at lea
 inline constexpr double kFooterRoom = ui::kFooterGap + ui::kFooterHeight + 8;
 
 // One frame: the felt, the back button and the headline, and `body`. While the screen is `asking` something
-// nothing of it hears of the mouse; the question is drawn by the caller, afterwards. True when the player
-// goes back, by the button or the Escape key, which then do nothing else: the caller pops. The frame is drawn
-// to its end all the same, or its remains would be seen until the next screen's first. Nothing in it moves by
-// itself.
+// nothing of it hears of the mouse or the keyboard; the question is drawn by the caller, afterwards. True
+// when the player goes back, by the button or the Escape key, which then do nothing else: the caller pops.
+// The frame is drawn to its end all the same, or its remains would be seen until the next screen's first.
+// Nothing in it moves by itself.
 bool listFrame(ui::Ctx& ctx, const mj::TableTheme* theme, std::string_view headline, bool asking,
                const std::function<void()>& body);
 
@@ -35,8 +35,8 @@ bool listFrame(ui::Ctx& ctx, const mj::TableTheme* theme, std::string_view headl
 ui::Rect listView(double w, double h);
 
 // Draws what scrolls, `content`, which is seen in `view` only, and its scrollbar at the view's right edge.
-// The wheel moves `scroll` beside the view, too. What is cut off at its edges does not hear of the pointer
-// either.
+// The wheel moves `scroll` beside the view, too, and so do the page keys, unless there are pages. What is cut
+// off at its edges does not hear of the pointer either; what gets the keyboard's focus there is shown whole.
 void scrolledList(ui::Ctx& ctx, const ui::Rect& view, double contentHeight, double& scroll,
                   const std::function<void()>& content);
 // Whether any of what lies there is seen.
@@ -57,8 +57,8 @@ ChosenPages& chosenPages();
 int pageOf(int level);
 
 // Draws the chips of the ten pages, each named by its first and last level; `page` is the one shown. Gives
-// the page whose chip was clicked. Where the player has come to, `marked`, bears a ring and a dot while
-// another page is shown.
+// the page whose chip was clicked, or to which the page keys turn. Where the player has come to, `marked`,
+// bears a ring and a dot while another page is shown.
 std::optional<int> pageChips(ui::Ctx& ctx, int page, int marked);
 // Where a list that begins at `top` is seen and leaves so much free below it.
 ui::Rect pagedListView(double w, double h, double top, double below);

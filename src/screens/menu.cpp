@@ -17,6 +17,7 @@
 #include "storage/storage.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/focus.h"
 #include "ui/gpu.h"
 #include "ui/palette.h"
 #include "ui/scenes.h"
@@ -120,6 +121,7 @@ void Menu::drawTitle(const ui::Ctx& ctx) const {
 
 void Menu::plaques(ui::Ctx& ctx) const {
   const std::string level = std::to_string(continued.level);
+  ui::nameMain(ctx, layout.plaque(MenuEntry::Continue));
   if (plaque(ctx, MenuEntry::Continue, i18n::tr("menu.continue", {{"n", level}}))) {
     ui::Game::instance().push(continued);
   }

@@ -1,6 +1,7 @@
 #include "screens/playing.h"
 
 #include <SDL_keycode.h>
+#include <cairo.h>
 
 #include <algorithm>
 #include <charconv>
@@ -11,6 +12,7 @@
 #include <memory>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "app/app.h"
 #include "resources/audio.h"
@@ -19,9 +21,11 @@
 #include "rules/table_themes.h"
 #include "screens/resume.h"
 #include "screens/screens.h"
+#include "screens/tile_cursor.h"
 #include "screens/win.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/focus.h"
 #include "ui/format.h"
 #include "ui/gpu.h"
 #include "ui/icons.h"
@@ -128,15 +132,17 @@ void Playing::update(ui::Ctx& ctx) {
   autosave(ctx.dt);
   endWaits(ctx.time);
   {
-    const ui::PointerBlock block(ctx, paused);
+    const ui::InputBlock block(ctx, paused);
     dragBoard(ctx);
     header(ctx);
-    drawTiles(ctx);
     const std::optional<PanelLayout> panel = stuckPanel(ctx);
-    if (panel) noMoves(ctx, *panel);
+    cursorShown = false;
+    if (!panel) boardKeys(ctx);
+    drawTiles(ctx);
     // The tiles below the panel hear of nothing.
     if (!panel || !ctx.hover(panel->panel)) boardInput(ctx);
     actionBar(ctx);
+    if (panel) noMoves(ctx, *panel);
   }
   pauseOverlay(ctx);
   keys(ctx);
@@ -294,6 +300,83 @@ void Playing::drawHeaderTexts(const ui::Ctx& ctx) const {
   drawClock(ctx.cr, layout.time, elapsedMs());
 }
 
+// What the keyboard does on the board.
+void Playing::boardKeys(ui::Ctx& ctx) {
+  if (ctx.in.dx != 0 || ctx.in.dy != 0) cursor.reset();
+  if (ctx.focus == nullptr || won()) return;
+  const ui::BoardKeys board = ctx.focus->offerBoard(layout.board);
+  if (!board.focused) return;
+  if (board.entered != 0) {
+    const std::vector<int> tiles = tilesInReadingOrder(game);
+    cursor = board.entered > 0 ? tiles.front() : tiles.back();
+  }
+  for (const int key : board.keys)
+    if (ctx.focus->isOnBoard()) cursorKey(ctx, key);
+  if (won()) return;
+  if (cursor) cursor = tileNear(game, *cursor);
+  cursorShown = cursor && ctx.focus->isOnBoard();
+  if (cursorShown) showCursorTile();
+}
+
+// The first key shows where the cursor is; Tab may lead to a partner at once.
+void Playing::cursorKey(ui::Ctx& ctx, int key) {
+  if (won()) return;
+  const bool begins = !cursor;
+  cursor = begins ? firstTile(game) : tileNear(game, *cursor);
+  if (key == SDLK_TAB && (!begins || game.selected >= 0)) return tabCursor(ctx);
+  if (begins) return;
+  switch (key) {
+    case SDLK_LEFT:
+      cursor = tileTowards(game, *cursor, Arrow::Left);
+      break;
+    case SDLK_RIGHT:
+      cursor = tileTowards(game, *cursor, Arrow::Right);
+      break;
+    case SDLK_UP:
+      cursor = tileTowards(game, *cursor, Arrow::Up);
+      break;
+    case SDLK_DOWN:
+      cursor = tileTowards(game, *cursor, Arrow::Down);
+      break;
+    case SDLK_RETURN:
+      tapTile(*cursor, ctx.time);
+      break;
+    default:
+      break;
+  }
+}
+
+// To the next partner of the selected tile, or to the next tile, and from the last one on to the buttons.
+void Playing::tabCursor(ui::Ctx& ctx) {
+  const int step = ctx.in.shift ? -1 : 1;
+  if (game.selected >= 0 && !pending && !refused) {
+    cursor = partnerAfter(game, *cursor, game.selected, step);
+    return;
+  }
+  const int next = tileAfter(game, *cursor, step);
+  if (next >= 0) {
+    cursor = next;
+  } else {
+    ctx.focus->leaveBoard(step);
+  }
+}
+
+// The zoomed board follows the cursor.
+void Playing::showCursorTile() {
+  if (zoom <= kNoZoom) return;
+  const ui::Rect& board = layout.board;
+  const ui::BoardGeom geom = ui::boardGeometry(game.slots, board, ui::FitMode::Contain);
+  const ui::BoardView view(board, {.zoom = zoom, .panX = panX, .panY = panY});
+  const ui::Rect tile = view.toScreen(geom.place(game.slots[static_cast<std::size_t>(*cursor)]));
+  const double margin = tile.w / 2;
+  const auto shift = [margin](double low, double size, double least, double room) {
+    return std::max(least + margin - low, 0.0) - std::max(low + size + margin - least - room, 0.0);
+  };
+  panX += shift(tile.x, tile.w, board.x, board.w);
+  panY += shift(tile.y, tile.h, board.y, board.h);
+  boundPan();
+}
+
 void Playing::drawTiles(ui::Ctx& ctx) {
   options = {};
   if (pending) std::tie(options.pickA, options.pickB) = pending->tiles;
@@ -307,7 +390,20 @@ void Playing::drawTiles(ui::Ctx& ctx) {
   ui::profBegin("board");
   ui::drawBoard(ctx, game, layout.board, options, &fx);
   ui::drawBursts(ctx, &fx, layout.board, options);
+  if (cursorShown) drawCursor(ctx.cr);
   ui::profEnd("board");
+}
+
+void Playing::drawCursor(cairo_t* cr) const {
+  constexpr double kReach = 8;  // beyond the board, where a tile lies at its edge
+  const ui::BoardGeom geom = ui::boardGeometry(game.slots, layout.board, options.fit);
+  const ui::Rect tile = geom.place(game.slots[static_cast<std::size_t>(*cursor)]);
+  const ui::Rect room = ui::insetRect(layout.board, -kReach);
+  cairo_save(cr);
+  cairo_rectangle(cr, room.x, room.y, room.w, room.h);
+  cairo_clip(cr);
+  ui::drawTileCursor(cr, ui::BoardView(layout.board, options).toScreen(tile));
+  cairo_restore(cr);
 }
 
 // Where it is said that no pair can be taken; nothing while one can.
@@ -317,6 +413,7 @@ std::optional<PanelLayout> Playing::stuckPanel(const ui::Ctx& ctx) const {
 }
 
 void Playing::noMoves(ui::Ctx& ctx, const PanelLayout& panel) {
+  ui::coverControls(ctx);
   drawPanelWithTitle(ctx, panel, i18n::tr("playing.noMoves"));
   if (!game.history.empty() && ui::plainButton(ctx, panel.first, i18n::tr("playing.undo"), false)) takeBack();
   if (ui::plainButton(ctx, panel.second, i18n::tr("playing.shuffle"), false)) shuffle();
@@ -378,7 +475,9 @@ void Playing::actionBar(ui::Ctx& ctx) {
 void Playing::pauseOverlay(ui::Ctx& ctx) {
   if (!paused) return;
   cover(ctx, ui::palette::kVeil, kPauseVeil);
+  ui::coverControls(ctx);
   const PanelLayout panel = pausePanel(ctx.w, ctx.h);
+  ui::nameMain(ctx, panel.first);
   drawPanelWithTitle(ctx, panel, i18n::tr("playing.paused"));
   if (ui::plainButton(ctx, panel.first, i18n::tr("playing.resume"), false)) paused = false;
   if (ui::plainButton(ctx, panel.second, i18n::tr("playing.exit"), false)) leave();

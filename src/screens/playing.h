@@ -38,6 +38,8 @@ class Playing : public ui::Screen {
   const ui::BoardOpts& boardOptions() const { return options; }
   const ui::Rect& boardRect() const { return layout.board; }
   const ui::BoardFx& effects() const { return fx; }
+  // The tile under the keyboard's cursor, as it was drawn in the last frame.
+  std::optional<int> cursorTile() const { return cursorShown ? cursor : std::nullopt; }
 
  private:
   // A drag of the zoomed board, from the press of the button to its release.
@@ -65,7 +67,12 @@ class Playing : public ui::Screen {
   void endWaits(double now);
   void header(ui::Ctx& ctx);
   void drawHeaderTexts(const ui::Ctx& ctx) const;
+  void boardKeys(ui::Ctx& ctx);
+  void cursorKey(ui::Ctx& ctx, int key);
+  void tabCursor(ui::Ctx& ctx);
+  void showCursorTile();
   void drawTiles(ui::Ctx& ctx);
+  void drawCursor(cairo_t* cr) const;
   std::optional<PanelLayout> stuckPanel(const ui::Ctx& ctx) const;
   void noMoves(ui::Ctx& ctx, const PanelLayout& panel);
   void boardInput(ui::Ctx& ctx);
@@ -120,6 +127,9 @@ class Playing : public ui::Screen {
   double panX = 0;
   double panY = 0;
   std::optional<Grab> grab;
+
+  std::optional<int> cursor;  // the keyboard's, on a free tile; forgotten when the mouse is used
+  bool cursorShown = false;
 };
 
 }  // namespace screens

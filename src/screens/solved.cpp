@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/app.h"
 #include "resources/audio.h"
@@ -21,6 +22,7 @@
 #include "ui/board.h"
 #include "ui/draw.h"
 #include "ui/felt.h"
+#include "ui/focus.h"
 #include "ui/format.h"
 #include "ui/palette.h"
 #include "ui/scenes.h"
@@ -50,6 +52,7 @@ class Solved : public ui::Screen {
   void record(double t);
   void drawInfo(ui::Ctx& ctx, const ui::Rect& rect, double scale, double t) const;
   void drawButtons(ui::Ctx& ctx, const ui::Rect& rect, bool wide) const;
+  static void toGallery();
 
   int level;
   std::uint32_t deal;
@@ -157,12 +160,22 @@ void Solved::drawButtons(ui::Ctx& ctx, const ui::Rect& rect, bool wide) const {
   const auto button = [&](std::size_t place, const std::string& label) {
     return ui::plainButton(ctx, places[place], label, false);
   };
+  ui::nameMain(ctx, places[0]);
   if (button(0, i18n::tr("solved.nextLevel", {{"n", std::to_string(nextLevel)}}))) {
     game.replace(
         {.kind = ui::ScreenKind::Playing, .level = nextLevel, .deal = static_cast<std::uint32_t>(nextLevel)});
   }
-  if (button(1, i18n::tr("solved.toGallery"))) game.replace({.kind = ui::ScreenKind::Gallery});
+  if (button(1, i18n::tr("solved.toGallery"))) toGallery();
   if (button(2, i18n::tr("solved.toMenu"))) game.resetTo({.kind = ui::ScreenKind::Menu});
+}
+
+// Whoever played from there goes back there: two of them would have to be left twice.
+void Solved::toGallery() {
+  ui::Game& game = ui::Game::instance();
+  const std::vector<ui::GameState>& stack = game.descriptors();
+  const bool fromThere = stack.size() >= 2 && stack[stack.size() - 2].kind == ui::ScreenKind::Gallery;
+  if (fromThere) return game.pop();
+  game.replace({.kind = ui::ScreenKind::Gallery});
 }
 
 }  // namespace

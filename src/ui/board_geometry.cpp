@@ -10,9 +10,6 @@
 namespace ui {
 namespace {
 
-// Shifts of a layer against the one below.
-constexpr double kLayerDx = 0.12;  // in tile widths
-constexpr double kLayerDy = 0.18;  // in tile heights
 // Smaller tiles could not be told apart; a board that needs them overflows.
 constexpr double kMinTileW = 6;
 constexpr double kMinTileH = 8;

@@ -10,6 +10,10 @@
 
 namespace ui {
 
+// Shifts of a layer against the one below.
+inline constexpr double kLayerDx = 0.12;  // in tile widths
+inline constexpr double kLayerDy = 0.18;  // in tile heights
+
 enum class FitMode {
   Contain,  // the whole board fits the rectangle
   Cover,    // the board fills the rectangle and may overflow it in one direction

@@ -11,6 +11,8 @@ using cairo_t = struct _cairo;  // NOLINT(bugprone-reserved-identifier): cairo's
 
 namespace ui {
 
+class Focus;
+
 // Left and top edges belong to a rectangle, right and bottom ones do not.
 struct Rect {
   double x = 0;
@@ -39,6 +41,8 @@ struct Input {
   bool shift = false;
 
   bool hasButtons() const { return down || pressed || clicked || rightClicked; }
+  // Takes a key, as often as it was pressed. False if it was not.
+  bool takeKey(int code) { return std::erase(keys, code) > 0; }
   // Forgets all that the mouse's buttons did.
   void dropButtons() { down = pressed = clicked = doubleClicked = rightClicked = false; }
   bool hasKey(int code) const { return std::find(keys.begin(), keys.end(), code) != keys.end(); }
@@ -63,6 +67,8 @@ struct Ctx {
   Input in;
   bool quit = false;        // a screen sets it to end the program after this frame
   bool clickTaken = false;  // one click works one control: the first that asks in drawing order
+  bool hand = false;        // a screen sets it to show the pointer as a hand in this frame
+  Focus* focus = nullptr;   // which control the keyboard works; null where it works none
 
   // Takes this frame's click if it lies in `rect` and nobody took it before.
   bool takeClick(const Rect& rect) {

@@ -33,6 +33,7 @@ using FontDescription = std::unique_ptr<PangoFontDescription, ReleaseWith<pango_
 using SdlTexture = std::unique_ptr<SDL_Texture, ReleaseWith<SDL_DestroyTexture>>;
 using SdlRenderer = std::unique_ptr<SDL_Renderer, ReleaseWith<SDL_DestroyRenderer>>;
 using SdlWindow = std::unique_ptr<SDL_Window, ReleaseWith<SDL_DestroyWindow>>;
+using SdlCursor = std::unique_ptr<SDL_Cursor, ReleaseWith<SDL_FreeCursor>>;
 using SdlSurface = std::unique_ptr<SDL_Surface, ReleaseWith<SDL_FreeSurface>>;
 
 }  // namespace ui

@@ -1,4 +1,4 @@
-// pointer_block.h: what lies under a dialog is drawn without hearing of the mouse.
+// pointer_block.h: what must not hear of the player's input is drawn without it.
 #pragma once
 
 #include <utility>
@@ -29,6 +29,25 @@ class PointerBlock {
 
   Ctx& ctx;
   Input kept;
+};
+
+// The same for what lies under a question: it hears of no key either, and the keyboard works none of it.
+class InputBlock {
+ public:
+  InputBlock(Ctx& frame, bool blocked) : pointer(frame, blocked), ctx(frame), kept(frame.focus) {
+    if (!blocked) return;
+    ctx.in.keys.clear();
+    ctx.in.freshKeys.clear();
+    ctx.focus = nullptr;
+  }
+  InputBlock(const InputBlock&) = delete;
+  InputBlock& operator=(const InputBlock&) = delete;
+  ~InputBlock() { ctx.focus = kept; }
+
+ private:
+  PointerBlock pointer;
+  Ctx& ctx;
+  Focus* kept;
 };
 
 }  // namespace ui

@@ -12,6 +12,7 @@
 #include "resources/audio.h"
 #include "resources/i18n.h"
 #include "ui/draw.h"
+#include "ui/focus.h"
 #include "ui/handles.h"
 #include "ui/palette.h"
 #include "version.h"
@@ -223,11 +224,14 @@ Size textSize(cairo_t* cr, std::string_view text, const TextStyle& style) {
 
 // --- buttons ---
 
-bool takeClick(Ctx& ctx, const Rect& rect) {
-  if (!ctx.takeClick(rect)) return false;
+// The keyboard's ring lies about `ringed`.
+bool isPressed(Ctx& ctx, const Rect& rect, const Rect& ringed) {
+  if (!isWorkedByKey(ctx, ringed) && !ctx.takeClick(rect)) return false;
   audio::play(audio::Sfx::Click);
   return true;
 }
+
+bool isPressed(Ctx& ctx, const Rect& rect) { return isPressed(ctx, rect, rect); }
 
 bool labelledButton(Ctx& ctx, const Rect& rect, const PlateLook& plate, std::string_view label,
                     TextStyle style, bool disabled = false) {
@@ -235,7 +239,7 @@ bool labelledButton(Ctx& ctx, const Rect& rect, const PlateLook& plate, std::str
   style.alpha = disabled ? plate.disabledAlpha : 1;
   drawPlate(ctx.cr, rect, plate, style.alpha, !disabled && ctx.hover(rect));
   drawLabel(ctx.cr, rect, label, style);
-  return !disabled && takeClick(ctx, rect);
+  return !disabled && isPressed(ctx, rect);
 }
 
 // What a plaque and a page's chip share: their colours, dark green or gold.
@@ -387,7 +391,7 @@ bool plaqueButton(Ctx& ctx, const Rect& rect, std::string_view label, const Plaq
   drawLabel(ctx.cr, rect, label, fitted(labelStyle({opts.fontSize, true, look.label}, alpha), rect.w - 44));
   if (opts.shineIndex >= 0 && opts.shineIndex == opts.shineActive)
     drawShine(ctx, rect, look, opts.primary ? palette::kWhite : 0xFFF7D7, alpha);
-  return !opts.disabled && takeClick(ctx, rect);
+  return !opts.disabled && isPressed(ctx, rect);
 }
 
 bool headerButton(Ctx& ctx, const Rect& rect, std::string_view label, bool disabled) {
@@ -398,7 +402,7 @@ bool backButton(Ctx& ctx, const Rect& rect) {
   if (isEmpty(rect)) return false;
   drawPlate(ctx.cr, rect, kHeaderPlate, 1, ctx.hover(rect));
   drawBackArrow(ctx.cr, rect);
-  return takeClick(ctx, rect);
+  return isPressed(ctx, rect);
 }
 
 bool actionButton(Ctx& ctx, const Rect& rect, ActionIcon icon, std::string_view label, bool disabled) {
@@ -411,7 +415,7 @@ bool actionButton(Ctx& ctx, const Rect& rect, ActionIcon icon, std::string_view 
   } else {
     drawIconAndLabel(ctx.cr, rect, icon, label, alpha);
   }
-  return !disabled && takeClick(ctx, rect);
+  return !disabled && isPressed(ctx, rect);
 }
 
 bool pageChip(Ctx& ctx, const Rect& rect, std::string_view label, bool active, bool badge) {
@@ -428,7 +432,7 @@ bool pageChip(Ctx& ctx, const Rect& rect, std::string_view label, bool active, b
     fillCircle(ctx.cr, rect.x + rect.w - 9, rect.y + 8, 4, palette::kGold, 1);
     strokeCircle(ctx.cr, rect.x + rect.w - 9, rect.y + 8, 4, 1, palette::kBlack, 0.3);
   }
-  return takeClick(ctx, rect);
+  return isPressed(ctx, rect);
 }
 
 bool chip(Ctx& ctx, const Rect& rect, std::string_view label, bool active) {
@@ -447,6 +451,7 @@ bool dangerButton(Ctx& ctx, const Rect& rect, std::string_view label) {
 
 double slider(Ctx& ctx, const Rect& rect, double value, std::optional<double> dragX) {
   constexpr double kTrackHeight = 6;
+  constexpr double kKeyStep = 5;  // of 100
   if (std::isnan(value)) value = 0;
   if (isEmpty(rect)) return value;
   const double filled = std::clamp(value, 0.0, 1.0) * rect.w;
@@ -458,7 +463,9 @@ double slider(Ctx& ctx, const Rect& rect, double value, std::optional<double> dr
 
   const Rect reach{rect.x - 12, rect.y - 6, rect.w + 24, rect.h + 12};
   if (!dragX && ctx.in.down && ctx.hover(reach)) dragX = ctx.in.mx;
-  return dragX ? std::clamp((*dragX - rect.x) / rect.w, 0.0, 1.0) : value;
+  const int steps = ctx.focus != nullptr ? ctx.focus->offerSlider({reach.x, rect.y, reach.w, rect.h}) : 0;
+  if (dragX) return std::clamp((*dragX - rect.x) / rect.w, 0.0, 1.0);
+  return steps != 0 ? std::clamp((std::round(100 * value) + kKeyStep * steps) / 100, 0.0, 1.0) : value;
 }
 
 bool toggleRow(Ctx& ctx, const Rect& rect, std::string_view label, bool on) {
@@ -467,7 +474,8 @@ bool toggleRow(Ctx& ctx, const Rect& rect, std::string_view label, bool on) {
   const Rect track{rect.x + rect.w - 52, middleY(rect) - 13, 48, 26};
   fillRoundedRect(ctx.cr, track, 13, on ? palette::kGold : palette::kPanelEdge, 1);
   fillCircle(ctx.cr, on ? track.x + track.w - 13 : track.x + 13, middleY(rect), 10, palette::kPanel, 1);
-  return takeClick(ctx, rect);
+  // Clear of the label, of the next row and of a scrollbar beside it.
+  return isPressed(ctx, rect, {rect.x - 8, rect.y + 3, rect.w + 12, rect.h - 6});
 }
 
 void applyScroll(const Ctx& ctx, const Rect& rect, double contentHeight, double& scroll) {
@@ -489,6 +497,7 @@ int confirmDialog(Ctx& ctx, std::string_view title, std::string_view message, st
                   std::string_view cancelLabel) {
   constexpr double kButtonH = 42;
   fillRect(ctx.cr, {0, 0, ctx.w, ctx.h}, palette::kVeil, 0.72);
+  coverControls(ctx);
   const double w = std::min(ctx.w - 40, kDialogWidth);
   const Rect panel{(ctx.w - w) / 2, (ctx.h - kDialogHeight) / 2, w, kDialogHeight};
   if (!isEmpty(panel)) drawDialogPanel(ctx.cr, panel, title, message);
@@ -496,7 +505,9 @@ int confirmDialog(Ctx& ctx, std::string_view title, std::string_view message, st
   const double buttonW = (w - 60) / 2;
   const double y = panel.y + kDialogButtonsTop;
   int answer = 0;
-  if (plainButton(ctx, {panel.x + 20, y, buttonW, kButtonH}, cancelLabel, false)) answer = -1;
+  const Rect cancel{panel.x + 20, y, buttonW, kButtonH};
+  nameMain(ctx, cancel);
+  if (plainButton(ctx, cancel, cancelLabel, false)) answer = -1;
   if (labelledButton(ctx, {panel.x + 40 + buttonW, y, buttonW, kButtonH}, kConfirmPlate, confirmLabel,
                      fitted(labelStyle(kConfirmLabel), buttonW - 16)))
     answer = 1;

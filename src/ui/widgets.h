@@ -4,8 +4,9 @@
 //
 // What can be clicked is clicked when it is not disabled, the frame has a click that nobody took, and that
 // lies in the control's rectangle. It then takes the click, sounds, and returns true; so of two that overlap,
-// the one called first. Under the pointer a control at most looks different; a golden chip and a switch do
-// not. A rectangle without area draws nothing and is never clicked.
+// the one called first. The keyboard works it in the same way, by the frame's focus. Under the pointer a
+// control at most looks different; a golden chip and a switch do not. A rectangle without area draws nothing
+// and is never clicked.
 #pragma once
 
 #include <optional>
@@ -41,7 +42,8 @@ bool dangerButton(Ctx& ctx, const Rect& rect, std::string_view label);
 
 // The new value: where the pointer is, 0 to 1, while the button is held on the slider or a little beside it;
 // else `value` as it came, even out of range. Not a number counts as 0. `dragX` is where a drag that began on
-// this slider has come to: it follows that instead, however far beside it.
+// this slider has come to: it follows that instead, however far beside it. With the focus on it Left and
+// Right move it by 5 of 100.
 double slider(Ctx& ctx, const Rect& rect, double value, std::optional<double> dragX = std::nullopt);
 
 // A label and its switch; true when the row was clicked anywhere: the caller flips what it shows.
@@ -58,9 +60,9 @@ enum class PanelLook { Green, Dark };
 void drawPanel(cairo_t* cr, const Rect& panel, PanelLook look);
 
 // A question over the whole screen: 1 confirmed, -1 cancelled (the Escape key does too, whatever was
-// clicked), 0 not answered yet. It takes the frame's click even where it has no button, so the screen below
-// gets none if it comes later. A long message is broken into lines, and its letters shrink as far as 0.6 of
-// their size.
+// clicked, and Enter where nothing has the focus), 0 not answered yet. It takes the frame's click even where
+// it has no button, so the screen below gets none if it comes later. A long message is broken into lines, and
+// its letters shrink as far as 0.6 of their size.
 int confirmDialog(Ctx& ctx, std::string_view title, std::string_view message, std::string_view confirmLabel,
                   std::string_view cancelLabel);
 

@@ -1,5 +1,6 @@
 #include "app/app.h"
 
+#include <SDL_keycode.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -392,6 +393,58 @@ TEST_F(Buttons, DoubleClickOnOneScreenIsHeardOf) {
   screenSees(click());
   const ui::Input seen = screenSees(fastClick());
   EXPECT_TRUE(seen.clicked && seen.doubleClicked);
+}
+
+// Whose press of Enter a screen hears of.
+class Presses : public Buttons {
+ protected:
+  // One frame, so long after the last. Whether the screen heard of a fresh Enter.
+  bool hears(int key, double after) {
+    ctx.time += after;
+    ui::Input in;
+    in.keys = in.freshKeys = {key};
+    heard = screenSees(in);
+    return heard.hasFreshKey(key);
+  }
+  ui::Input heard;
+  void changeByEnter() {
+    ctx.time += 10;
+    ui::Input in;
+    in.keys = in.freshKeys = {SDLK_RETURN};
+    change(in);
+  }
+};
+
+TEST_F(Presses, WorkTheScreenThatIsSeen) {
+  screenSees();
+  for (const int key : {SDLK_RETURN, SDLK_KP_ENTER, SDLK_SPACE}) EXPECT_TRUE(hears(key, 0.1));
+}
+
+TEST_F(Presses, BeforeTheFirstFrameWorkNothing) {
+  change();
+  EXPECT_FALSE(hears(SDLK_RETURN, 10));
+  EXPECT_THAT(heard.keys, ElementsAre(SDLK_RETURN)) << "but the key was pressed";
+}
+
+TEST_F(Presses, ThatFollowFastOnOneThatChangedTheScreenWorkNothing) {
+  changeByEnter();
+  screenSees();
+  for (int i = 0; i < 3; ++i) EXPECT_FALSE(hears(SDLK_RETURN, 0.2));
+  EXPECT_TRUE(hears(SDLK_RETURN, 0.31));
+  EXPECT_TRUE(hears(SDLK_RETURN, 0.1)) << "after one of this screen's own";
+}
+
+TEST_F(Presses, ImpatientOnesWorkASecondAfterTheScreenCameUp) {
+  changeByEnter();
+  screenSees();
+  for (int i = 0; i < 4; ++i) EXPECT_FALSE(hears(SDLK_SPACE, 0.24));
+  EXPECT_TRUE(hears(SDLK_SPACE, 0.24));
+}
+
+TEST_F(Presses, AfterAChangeThatNoPressMadeWork) {
+  change();
+  screenSees();
+  EXPECT_TRUE(hears(SDLK_RETURN, 0.01));
 }
 
 TEST(ProgramStack, IsOneForTheProcess) { EXPECT_EQ(&ui::Game::instance(), &ui::Game::instance()); }

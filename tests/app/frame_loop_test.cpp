@@ -34,6 +34,9 @@ bool watched = true;
 // What the loop asked for at most, in milliseconds, and how much of the time each wait takes.
 int longestWait = 0;
 double waitTime = 0;
+// How often the pointer was made a hand, and how often it was made its usual self again.
+int hands = 0;
+int arrows = 0;
 
 constexpr int kW = 320;
 constexpr int kH = 240;
@@ -70,6 +73,14 @@ int SDL_WaitEventTimeout(SDL_Event* event, int timeout) {
   fixedTime += waitTime;
   return wait(event, timeout);
 }
+
+// The video driver that shows nothing has no pointer either.
+SDL_Cursor* SDL_CreateSystemCursor(SDL_SystemCursor id) {
+  return id == SDL_SYSTEM_CURSOR_HAND ? reinterpret_cast<SDL_Cursor*>(&hands) : nullptr;
+}
+void SDL_FreeCursor(SDL_Cursor* /*cursor*/) {}
+SDL_Cursor* SDL_GetDefaultCursor(void) { return nullptr; }
+void SDL_SetCursor(SDL_Cursor* cursor) { ++(cursor != nullptr ? hands : arrows); }
 
 // In place of cairo's own in this program.
 void cairo_surface_flush(cairo_surface_t* surface) {
@@ -634,6 +645,32 @@ TEST_F(FrameLoopTest, ClickWhileAScreensFirstFrameIsDrawnIsNotHeardOf) {
   const ui::Ctx frame = frameOf(loop);
   EXPECT_FALSE(frame.in.pressed || frame.in.clicked);
   EXPECT_THAT(frame.in.keys, ElementsAre(SDLK_h)) << "keys are";
+}
+
+TEST_F(FrameLoopTest, KeyTypedWhileAScreensFirstFrameIsDrawnIsNoFreshOne) {
+  ui::Game::instance().resetTo({});
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  pass(loop);
+  pass(loop, [](ui::Ctx&) {
+    SDL_Event event = keyDown(SDLK_RETURN, SDL_SCANCODE_RETURN);
+    SDL_PushEvent(&event);
+  });
+  const ui::Ctx second = frameOf(loop);
+  EXPECT_THAT(second.in.keys, ElementsAre(SDLK_RETURN));
+  EXPECT_THAT(second.in.freshKeys, IsEmpty());
+}
+
+TEST_F(FrameLoopTest, PointerIsAHandWhileTheScreenSaysSo) {
+  hands = arrows = 0;
+  ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
+  pass(loop);
+  EXPECT_EQ(hands, 0);
+  for (int i = 0; i < 3; ++i) pass(loop, [](ui::Ctx& ctx) { ctx.hand = true; });
+  EXPECT_EQ(hands, 1);
+  EXPECT_EQ(arrows, 0);
+  for (int i = 0; i < 3; ++i) pass(loop);
+  EXPECT_EQ(hands, 1);
+  EXPECT_EQ(arrows, 1);
 }
 
 TEST_F(FrameLoopTest, F11MakesTheWindowFullScreenAndBackWithoutForgettingItsSize) {

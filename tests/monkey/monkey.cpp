@@ -29,16 +29,39 @@ constexpr int kHandFrames = 15;           // until the second click of a double 
 constexpr int kLongGame = 300;            // frames in which the largest board is played to its end
 constexpr std::size_t kDeepestStack = 3;  // menu, level select or about, and one more
 
-constexpr SDL_Keycode kKnownKeys[] = {SDLK_SPACE, SDLK_h,      SDLK_m, SDLK_u,      SDLK_PLUS,
-                                      SDLK_MINUS, SDLK_EQUALS, SDLK_0, SDLK_ESCAPE, SDLK_F11};
+constexpr SDL_Keycode kKnownKeys[] = {
+    SDLK_SPACE,  SDLK_h,    SDLK_m,      SDLK_u,        SDLK_PLUS, SDLK_MINUS,    SDLK_EQUALS, SDLK_0,
+    SDLK_ESCAPE, SDLK_F11,  SDLK_RETURN, SDLK_KP_ENTER, SDLK_TAB,  SDLK_TAB,      SDLK_LEFT,   SDLK_RIGHT,
+    SDLK_UP,     SDLK_DOWN, SDLK_DELETE, SDLK_END,      SDLK_HOME, SDLK_PAGEDOWN, SDLK_PAGEUP};
 // The last ones are letters of other alphabets, and what no key sends.
-constexpr SDL_Keycode kStrangeKeys[] = {
-    SDLK_RETURN,    SDLK_TAB,      SDLK_BACKSPACE, SDLK_DELETE,  SDLK_INSERT, SDLK_UP,
-    SDLK_DOWN,      SDLK_LEFT,     SDLK_RIGHT,     SDLK_PAGEUP,  SDLK_HOME,   SDLK_END,
-    SDLK_F1,        SDLK_F4,       SDLK_F12,       SDLK_KP_PLUS, SDLK_KP_0,   SDLK_PRINTSCREEN,
-    SDLK_AUDIOMUTE, SDLK_CAPSLOCK, SDLK_MENU,      SDLK_AC_BACK, SDLK_a,      SDLK_q,
-    SDLK_z,         SDLK_9,        SDLK_HASH,      SDLK_LGUI,    SDLK_LSHIFT, 0xE4,
-    0x444,          0x5D0,         0xAC00,         SDLK_UNKNOWN, -1,          0x7FFFFFFF};
+constexpr SDL_Keycode kStrangeKeys[] = {SDLK_BACKSPACE,
+                                        SDLK_INSERT,
+                                        SDLK_KP_TAB,
+                                        SDLK_RETURN2,
+                                        SDLK_F1,
+                                        SDLK_F4,
+                                        SDLK_F12,
+                                        SDLK_KP_PLUS,
+                                        SDLK_KP_0,
+                                        SDLK_PRINTSCREEN,
+                                        SDLK_AUDIOMUTE,
+                                        SDLK_CAPSLOCK,
+                                        SDLK_MENU,
+                                        SDLK_AC_BACK,
+                                        SDLK_a,
+                                        SDLK_q,
+                                        SDLK_z,
+                                        SDLK_9,
+                                        SDLK_HASH,
+                                        SDLK_LGUI,
+                                        SDLK_LSHIFT,
+                                        0xE4,
+                                        0x444,
+                                        0x5D0,
+                                        0xAC00,
+                                        SDLK_UNKNOWN,
+                                        -1,
+                                        0x7FFFFFFF};
 constexpr Uint16 kModifiers[] = {KMOD_NONE,   KMOD_NONE,  KMOD_LCTRL, KMOD_RSHIFT, KMOD_CTRL,
                                  KMOD_LSHIFT, KMOD_SHIFT, KMOD_CAPS,  KMOD_ALT,    KMOD_LCTRL | KMOD_LSHIFT};
 
@@ -119,13 +142,13 @@ void Monkey::accountForGame(const ui::GameState& before) {
   const store::SavedGame last = std::exchange(saved, now);
   const ui::GameState& after = ui::Game::instance().descriptors().back();
   const bool begins = before.kind != ScreenKind::Playing && after.kind == ScreenKind::Playing;
-  EXPECT_TRUE(!begins || program.heardMeantClick())
-      << "a level was begun by no click of screen " << static_cast<int>(before.kind);
+  EXPECT_TRUE(!begins || heardMeant())
+      << "a level was begun by no click or key of screen " << static_cast<int>(before.kind);
   if (!last.valid || (now.valid && now.level == last.level && now.seed == last.seed)) return;
   // A new game, a level's card, or the answer that resets the progress.
   const bool chosen = (before.kind == ScreenKind::Menu || before.kind == ScreenKind::LevelSelect ||
                        before.kind == ScreenKind::Settings) &&
-                      program.heardMeantClick();
+                      heardMeant();
   const bool won = before.kind == ScreenKind::Solved || after.kind == ScreenKind::Solved;
   const bool played =
       before.kind == ScreenKind::Playing && now.valid && now.level == before.level && now.seed == before.deal;
@@ -140,7 +163,7 @@ void Monkey::beWild() {
       {30, &Monkey::wander},     {12, &Monkey::clickSomewhere}, {5, &Monkey::pressSomewhere},
       {5, &Monkey::letGo},       {8, &Monkey::doubleClick},     {4, &Monkey::pressAcross},
       {5, &Monkey::otherButton}, {4, &Monkey::startDrag},       {6, &Monkey::turnWheel},
-      {10, &Monkey::knownKey},   {6, &Monkey::strangeKey},      {3, &Monkey::holdModifiers},
+      {16, &Monkey::knownKey},   {6, &Monkey::strangeKey},      {3, &Monkey::holdModifiers},
       {1, &Monkey::otherSize},   {1, &Monkey::otherScale},      {2, &Monkey::loseFocus},
       {1, &Monkey::minimise},    {3, &Monkey::letTimePass},     {1, &Monkey::everythingAtOnce}};
   static const int kAllWeights = [] {
@@ -169,7 +192,7 @@ void Monkey::seeSights() {
     if (oneIn(3)) promise = {spot, true, 1 + below(kHandFrames)};
   } else if (oneIn(12)) {
     turnWheel();
-  } else if (oneIn(60)) {
+  } else if (oneIn(12)) {
     knownKey();
   }
   pass(oneIn(20) ? 0.5 : kUsualFrame);

@@ -56,6 +56,7 @@ class Monkey {
   void changeMood();
   void pass(double dt);
   void accountForGame(const ui::GameState& before);
+  bool heardMeant() const { return program.heardMeantClick() || program.heardMeantPress(); }
 
   void beWild();
   void seeSights();

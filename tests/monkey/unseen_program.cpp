@@ -19,6 +19,10 @@
 
 namespace {
 
+// Clicks or presses that follow one another as fast, in seconds, belong together, for so long.
+constexpr double kRunGap = 0.3;
+constexpr double kLongestRun = 1;
+
 // What the program asks SDL for and gets from the test.
 struct Seen {
   double now = 0;
@@ -179,6 +183,8 @@ void UnseenProgram::restart() {
   // A program that was just started has heard of no click.
   lastRelease = -10;
   foreignRun = false;
+  lastPress = -10;
+  foreignPress = false;
   start();
   // The screen that was open lives one frame longer, and may ask for another, which then wins.
   do {
@@ -192,29 +198,38 @@ bool UnseenProgram::pass(double dt) {
   ++seen().frame;
   const bool works = !leftButton.empty() || seen().buttons != 0;
   judgeClicks();
+  judgePresses();
   const bool goesOn = loop->pass();
   // A screen that is still to be built has had no frame.
   framesOfScreen = ui::Game::instance().beginsScreen() ? 0 : framesOfScreen + 1;
   if (framesOfScreen == 1) shownAt = seen().now;
   if (framesOfScreen == 0) pressedHere = false;
   if (framesOfScreen == 0 && works) foreignRun = true;
+  if (framesOfScreen == 0) foreignPress = seen().now - lastPress < kRunGap;
   return goesOn;
 }
 
 void UnseenProgram::judgeClicks() {
-  constexpr double kDoubleClick = 0.3;
-  constexpr double kLongestRun = 1;
   meantClick = false;
   for (const bool down : std::exchange(leftButton, {})) {
     if (down) {
       pressedHere = framesOfScreen > 0;
       continue;
     }
-    const bool follows = seen().now - std::exchange(lastRelease, seen().now) < kDoubleClick &&
-                         seen().now - shownAt < kLongestRun;
+    const bool follows =
+        seen().now - std::exchange(lastRelease, seen().now) < kRunGap && seen().now - shownAt < kLongestRun;
     foreignRun = !std::exchange(pressedHere, false) || (foreignRun && follows);
     meantClick = meantClick || !foreignRun;
   }
+}
+
+void UnseenProgram::judgePresses() {
+  meantPress = std::exchange(pressed, false);
+  if (!meantPress) return;
+  const bool follows =
+      seen().now - std::exchange(lastPress, seen().now) < kRunGap && seen().now - shownAt < kLongestRun;
+  foreignPress = framesOfScreen == 0 || (foreignPress && follows);
+  meantPress = !foreignPress;
 }
 
 ui::ScreenKind UnseenProgram::screen() { return ui::Game::instance().descriptors().back().kind; }
@@ -244,6 +259,7 @@ void UnseenProgram::wheel(int steps) {
 }
 
 void UnseenProgram::key(SDL_Keycode code, Uint16 modifiers) {
+  if (code == SDLK_RETURN || code == SDLK_KP_ENTER || code == SDLK_SPACE) pressed = true;
   SDL_Event event = {};
   event.type = SDL_KEYDOWN;
   event.key.keysym = {SDL_GetScancodeFromKey(code), code, modifiers, 0};

@@ -38,6 +38,8 @@ class UnseenProgram {
   // Whether the last pass heard of a click that was meant for its screen: pressed and released on it after
   // its first frame, and not as fast after one on another screen as the second of a double click.
   bool heardMeantClick() const { return meantClick; }
+  // The same of a press of Enter or Space.
+  bool heardMeantPress() const { return meantPress; }
 
   // What the next frame hears of.
   void moveMouse(int x, int y);
@@ -63,6 +65,7 @@ class UnseenProgram {
   void end();
   void resizePixels();
   void judgeClicks();
+  void judgePresses();
 
   ui::SdlWindow window;
   ui::SdlRenderer renderer;
@@ -76,6 +79,11 @@ class UnseenProgram {
   bool foreignRun = false;  // the last click was not meant for this screen
   double lastRelease = -10;
   bool meantClick = false;
+
+  bool pressed = false;  // Enter or Space, since the last pass
+  bool foreignPress = false;
+  double lastPress = -10;
+  bool meantPress = false;
 };
 
 // Textures that the program has made and not destroyed yet, and the bytes of their pixels.

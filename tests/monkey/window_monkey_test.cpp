@@ -38,8 +38,9 @@ constexpr unsigned kEscape = 9;
 constexpr unsigned kShift = 50;
 constexpr unsigned kControl = 37;
 constexpr unsigned kQ = 24;
-// h, m, u, +, -, 0, space, Escape, F11.
-constexpr unsigned kKnownKeys[] = {43, 58, 30, 21, 20, 19, 65, kEscape, 95};
+// h, m, u, +, -, 0, space, Escape, F11, Enter, Tab, the keypad's Enter, the arrows, page keys, Delete.
+constexpr unsigned kKnownKeys[] = {43, 58,  30,  21,  20,  19,  65,  kEscape, 95,  36,  36,
+                                   23, 104, 111, 113, 114, 116, 110, 112,     115, 117, 119};
 // All keys of a common keyboard.
 constexpr unsigned kFirstKey = kEscape;
 constexpr unsigned kLastKey = 119;
@@ -157,16 +158,17 @@ void WindowMonkey::end() {
 
 // From outside nobody can tell to which screen a click came, nor whether it was meant for it: that is what
 // the monkey of frames knows. But a game that goes without a win goes in the very pass of the loop in which a
-// click is heard of: by a key, by the wheel, by another button or with the window none may go.
+// click, or a key that works a control, is heard of: by another key, by the wheel, by another button or with
+// the window none may go.
 void WindowMonkey::accountForGame() {
   const int pass = window::testimonyIn(witness).passes;
   const window::DataFiles files(desktop.dataPath());
   const Kept now = keptIn(files);
   if (now != kept && kept.level != 0 && !isStillThere()) {
-    const bool clicked = window::testimonyIn(witness).releasePass >= passBefore;
+    const window::Testimony heard = window::testimonyIn(witness);
+    const bool worked = std::max(heard.releasePass, heard.pressPass) >= passBefore;
     const bool won = window::DataFiles(desktop.dataPath()).totalSolves() > solvesBefore;
-    EXPECT_TRUE(clicked || won) << "the game of level " << kept.level << " went after " << actCount
-                                << " acts";
+    EXPECT_TRUE(worked || won) << "the game of level " << kept.level << " went after " << actCount << " acts";
   }
   if (now != kept) solvesBefore = solves;
   kept = now;

@@ -119,6 +119,14 @@ TEST(About, MailAddressOpensALetter) {
   EXPECT_EQ(desktop.opened(), "1,mailto:hello@quenlock.example");
 }
 
+TEST(About, EnterOnALinkOpensItToo) {
+  const Desktop desktop;
+  OpenedAbout about(ScreenKind::About);
+  for (int i = 0; i < 3; ++i) about.harness.key(SDLK_TAB);
+  about.harness.key(SDLK_RETURN);
+  EXPECT_EQ(desktop.opened(), "1,https://quenlock.example");
+}
+
 TEST(About, WebAddressesOpenTheirPages) {
   for (const auto& [line, address] : {std::pair(AboutLine::Web, "1,https://quenlock.example"),
                                       std::pair(AboutLine::MusicWeb, "1,https://quenlock.example/music")}) {

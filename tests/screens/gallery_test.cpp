@@ -5,6 +5,8 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "rules/engine.h"
 #include "rules/levels.h"
@@ -12,6 +14,7 @@
 #include "screens/gallery_layout.h"
 #include "screens/list_screen.h"
 #include "screens/solve_picture.h"
+#include "screens/solved_layout.h"
 #include "screens/stack.h"
 #include "support/heard.h"
 #include "support/picture.h"
@@ -413,5 +416,142 @@ INSTANTIATE_TEST_SUITE_P(Window, GalleryLayout,
                          testing::Values(std::tuple(640, 480, 2), std::tuple(779, 600, 3),
                                          std::tuple(1100, 760, 4), std::tuple(1920, 1080, 5),
                                          std::tuple(3840, 2160, 5)));
+
+// --- a deal once more ---
+
+void keepGameOf(int level, std::uint32_t deal) {
+  store::saveGame({.valid = true,
+                   .level = level,
+                   .seed = deal,
+                   .game = mj::createGame(mj::levelToConfig(level).slots, deal),
+                   .elapsedMs = 60000,
+                   .savedAt = 1});
+}
+
+// A visit to one record: level 3, deal 4711.
+struct AgainVisit : GalleryVisit {
+  AgainVisit() {
+    add({.id = "a", .level = 3, .seed = 4711, .shot = "", .stars = 2});
+    add({.id = "b", .level = 5, .seed = 7, .shot = "", .stars = 2});
+  }
+
+  // The screen below has left a game behind: this one waits in its place, or none.
+  void enter() {
+    GalleryVisit::enter();
+    store::clearGame();
+  }
+  void enterWith(int level, std::uint32_t deal) {
+    enter();
+    keepGameOf(level, deal);
+  }
+  void click(int index) {
+    const ui::Rect rect = card(index);
+    stack.harness.click(rect.x + 30, rect.y + 60);
+  }
+  void clickFast(int index) {
+    stack.harness.next().doubleClicked = true;
+    click(index);
+  }
+  void doubleClick(int index) {
+    click(index);
+    clickFast(index);
+  }
+  static bool plays(int level, std::uint32_t deal) {
+    const ui::GameState& top = Stack::top();
+    return top.kind == ui::ScreenKind::Playing && top.level == level && top.deal == deal;
+  }
+};
+
+TEST(Again, DoubleClickPlaysTheVeryDealOfTheCard) {
+  AgainVisit visit;
+  visit.enter();
+  visit.doubleClick(0);
+  EXPECT_TRUE(AgainVisit::plays(3, 4711));
+  EXPECT_EQ(Stack::depth(), 3U) << "and leads back to the gallery";
+  EXPECT_TRUE(support::heard() == std::vector{audio::Sfx::Click});
+}
+
+TEST(Again, EnterPlaysIt) {
+  AgainVisit visit;
+  visit.enter();
+  for (int i = 0; i < 1 + 10 + 2; ++i) visit.stack.harness.key(SDLK_TAB);
+  visit.stack.harness.key(SDLK_RETURN);
+  EXPECT_TRUE(AgainVisit::plays(5, 7));
+}
+
+TEST(Again, SingleClicksDoNothing) {
+  AgainVisit visit;
+  visit.enter();
+  visit.click(0);
+  visit.click(0);
+  EXPECT_TRUE(visit.inGallery());
+  EXPECT_TRUE(support::heard().empty());
+}
+
+TEST(Again, BothClicksAreOnTheSameCard) {
+  AgainVisit visit;
+  visit.enter();
+  visit.click(0);
+  visit.clickFast(1);
+  EXPECT_TRUE(visit.inGallery());
+  visit.clickPage(0);
+  visit.clickFast(1);
+  EXPECT_TRUE(visit.inGallery()) << "the first was on a page";
+}
+
+TEST(Again, AnotherGameThatWaitsIsNotGivenUp) {
+  AgainVisit visit;
+  for (const auto& [level, deal] : {std::pair{9, 4711U}, std::pair{3, 5U}}) {
+    visit.enterWith(level, deal);
+    visit.doubleClick(0);
+    EXPECT_TRUE(visit.inGallery());
+    EXPECT_TRUE(support::heard() == std::vector{audio::Sfx::Error});
+    EXPECT_EQ(store::loadGame().level, level);
+    EXPECT_EQ(store::loadGame().seed, deal);
+    visit.leave();
+  }
+}
+
+TEST(Again, GameOfTheSameDealIsPlayedOn) {
+  AgainVisit visit;
+  visit.enterWith(3, 4711);
+  visit.doubleClick(0);
+  EXPECT_TRUE(AgainVisit::plays(3, 4711));
+  EXPECT_EQ(store::loadGame().elapsedMs, 60000);
+}
+
+TEST(Again, GalleryAfterTheWinIsTheOneBefore) {
+  AgainVisit visit;
+  visit.enter();
+  ui::Game::instance().push({.kind = ui::ScreenKind::Solved, .level = 3, .deal = 4711, .tiles = 36});
+  visit.frame();
+  visit.frame();
+  const screens::SolvedLayout layout = screens::solvedLayout(kSmallW, kSmallH);
+  const ui::Rect toGallery = screens::solvedButtons(layout.buttons, layout.wide)[1];
+  visit.stack.harness.click(toGallery.x + 9, toGallery.y + 9);
+  EXPECT_TRUE(visit.inGallery());
+  EXPECT_EQ(Stack::depth(), 2U);
+}
+
+// --- by keyboard ---
+
+TEST(Gallery, DeleteAsksAsTheRightClickDoes) {
+  AgainVisit visit;
+  visit.enter();
+  for (int i = 0; i < 1 + 10 + 1; ++i) visit.stack.harness.key(SDLK_TAB);
+  visit.stack.harness.key(SDLK_DELETE);
+  EXPECT_TRUE(support::heard() == std::vector{audio::Sfx::Click});
+  visit.frame();
+  visit.stack.harness.key(SDLK_RETURN);
+  visit.frame();
+  EXPECT_EQ(store::listSolves().size(), 2U) << "Enter cancels";
+  visit.stack.harness.key(SDLK_DELETE);
+  visit.frame();
+  visit.stack.harness.key(SDLK_TAB);
+  visit.stack.harness.key(SDLK_TAB);
+  visit.stack.harness.key(SDLK_RETURN);
+  ASSERT_EQ(store::listSolves().size(), 1U);
+  EXPECT_EQ(store::listSolves()[0].level, 5);
+}
 
 }  // namespace

@@ -20,7 +20,7 @@ int layerOf(const mj::GameState& game, int tile) { return game.slots[static_cast
 Sitting::Sitting(const ui::GameState& descriptor, support::Drawing drawing, int w, int h, Files files)
     : data(files == Files::None ? std::make_optional<support::DataHome>() : std::nullopt),
       screen(descriptor),
-      harness([this](ui::Ctx& ctx) { screen.update(ctx); }, w, h, drawing),
+      harness([this](ui::Ctx& ctx) { focus.frame(ctx, false, [&] { screen.update(ctx); }); }, w, h, drawing),
       order(mj::createDeal(mj::levelToConfig(descriptor.level).slots, descriptor.deal).order) {
   harness.frame();
 }

@@ -7,6 +7,7 @@
 #include "screens/playing.h"
 #include "support/data_home.h"
 #include "support/screen_harness.h"
+#include "ui/focus.h"
 
 namespace test {
 
@@ -44,6 +45,7 @@ struct Sitting {
 
   std::optional<support::DataHome> data;
   screens::Playing screen;
+  ui::Focus focus;
   support::ScreenHarness harness;
   std::vector<mj::SlotPair> order;  // of pairs by which the deal can be won
 };

@@ -223,7 +223,6 @@ TEST(SolvedScreen, StaysUntilAWayOnIsChosen) {
   Won won;
   won.stack.harness.run(100, 1);
   won.stack.harness.key(SDLK_SPACE);
-  won.stack.harness.key(SDLK_RETURN);
   won.stack.harness.click(320, 240);
   EXPECT_THAT(Stack::top(), Shows(ScreenKind::Solved, 12, 4000000000));
 }

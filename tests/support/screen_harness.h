@@ -56,6 +56,7 @@ class ScreenHarness {
 
   double time() const { return ctx.time; }
   bool quit() const { return ctx.quit; }
+  bool hand() const { return ctx.hand; }
   bool clickTaken() const { return ctx.clickTaken; }
   // What the window showed after the last frame, opaque.
   ui::CairoSurface picture() const;

@@ -48,8 +48,10 @@ enum class Key : unsigned {
   Zero = 19,
   Minus = 20,
   Equals = 21,
+  Tab = 23,
   Q = 24,
   U = 30,
+  Return = 36,
   LeftControl = 37,
   H = 43,
   LeftShift = 50,
@@ -57,6 +59,10 @@ enum class Key : unsigned {
   LeftAlt = 64,
   Space = 65,
   F11 = 95,
+  Up = 111,
+  Left = 113,
+  Right = 114,
+  Down = 116,
 };
 
 // An X display of that size with a window manager, and a keyboard of that layout, named as setxkbmap names

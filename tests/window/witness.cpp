@@ -71,6 +71,10 @@ bool isRefused(std::string_view function) {
   return true;
 }
 
+bool worksControls(SDL_Keycode key) {
+  return key == SDLK_RETURN || key == SDLK_KP_ENTER || key == SDLK_SPACE;
+}
+
 }  // namespace
 
 extern "C" SDL_Window* SDL_CreateWindow(const char* title, int x, int y, int w, int h, Uint32 flags) {
@@ -104,6 +108,8 @@ extern "C" void SDL_RenderPresent(SDL_Renderer* renderer) {
 extern "C" int SDL_PollEvent(SDL_Event* event) {
   static const auto poll = original<int (*)(SDL_Event*)>("SDL_PollEvent");
   const int got = poll(event);
+  if (got != 0 && event->type == SDL_KEYDOWN && worksControls(event->key.keysym.sym))
+    testimony().pressPass = testimony().passes + 1;
   if (got == 0 || event->type != SDL_MOUSEBUTTONUP || event->button.button != SDL_BUTTON_LEFT) return got;
   const double time = now();
   testimony().sinceRelease = time - testimony().releasedAt;

@@ -28,6 +28,7 @@ struct Testimony {
   double releasedAt = 0;     // when it heard of the last one, and how long after the one before
   double sinceRelease = 0;
   int releasePass = 0;  // the pass of the loop in which it works
+  int pressPass = 0;    // the same of the last press of a key that works a control
 };
 
 // What such a file says now.

@@ -209,6 +209,28 @@ void askToReset(Sitting& sitting) {
   sitting.click(layout.reset.x + layout.reset.w / 2, top + layout.reset.y + layout.reset.h / 2);
 }
 
+// The ring after so many presses of Tab. The first one shows it.
+std::function<void(Sitting&)> tabbed(int presses, std::function<void(Sitting&)> before = shown) {
+  return [=](Sitting& sitting) {
+    before(sitting);
+    sitting.wait(0);
+    for (int i = 0; i < presses; ++i) sitting.key(SDLK_TAB);
+  };
+}
+
+// The cursor beside a selected tile and a hint's.
+void cursorBesideSelection(Sitting& sitting) {
+  waitForIntro(sitting);
+  sitting.key(SDLK_h);
+  tap(sitting, mj::freeIds(game(sitting)).back());
+  for (const int key : {SDLK_DOWN, SDLK_RIGHT, SDLK_UP}) sitting.key(key);
+}
+
+void cursorZoomed(Sitting& sitting) {
+  zoomed(sitting);
+  for (int i = 0; i < 9; ++i) sitting.key(SDLK_RIGHT);
+}
+
 void demoPair(Sitting& sitting) {
   for (const double pause : {0.9, 0.9, 0.95, 2.0, 0.1, 0.9, 0.9}) sitting.wait(pause);
 }
@@ -244,6 +266,22 @@ const std::vector<State> kStates = {
     {"about", screens::makeAbout, shown},
     {"licences", screens::makeLicenses, shown},
     {"licences_scrolled", screens::makeLicenses, scrolledDown},
+    {"menu_focus", menu, tabbed(1)},
+    {"menu_doors_focus", menu, tabbed(4)},
+    {"selected_focus", table(61), cursorBesideSelection},
+    {"zoomed_focus", table(42), cursorZoomed},
+    {"nomoves_focus", table(1, 9), tabbed(2, noMoves)},
+    {"paused_focus", table(77), tabbed(1, paused)},
+    {"solved_focus", solved(24, 0), tabbed(2, afterStars)},
+    {"levels_focus", levelsUpTo(37), tabbed(20)},
+    {"levels_chip_focus", levelsUpTo(37), tabbed(5)},
+    {"gallery_focus", solveRecords, tabbed(15)},
+    {"gallery_question_focus", solveRecords, tabbed(1, askToDelete)},
+    {"settings_focus", screens::makeSettings, tabbed(6)},
+    {"settings_slider_focus", screens::makeSettings, tabbed(25)},
+    {"settings_switch_focus", screens::makeSettings, tabbed(28)},
+    {"about_focus", screens::makeAbout, tabbed(3)},
+    {"licences_focus", screens::makeLicenses, tabbed(1)},
     {"attract", [] { return std::make_unique<screens::Attract>(7, 7); }, demoPair},
 };
 

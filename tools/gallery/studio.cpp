@@ -119,7 +119,7 @@ void Sitting::showFrame(double dt, cairo_t* cr) {
   ctx.dt = std::min(dt, kLongestFrame);
   ctx.stillUntil = ctx.time;
   ctx.clickTaken = false;
-  screen->update(ctx);
+  focus.frame(ctx, false, [&] { screen->update(ctx); });
   ctx.cr = nullptr;
   ctx.in = {};
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "ui/context.h"
+#include "ui/focus.h"
 #include "ui/handles.h"
 
 namespace gallery {
@@ -68,6 +69,7 @@ class Sitting {
   double scale;  // device pixels per logical pixel
   ui::CairoSurface unseen;
   std::unique_ptr<ui::Screen> screen;
+  ui::Focus focus;
   ui::Ctx ctx;
 };
 
