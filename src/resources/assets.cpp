@@ -38,13 +38,15 @@ const assets_data::Entry* findEntry(const std::string& name) {
   return found == end ? nullptr : found;
 }
 
-// The pages of the executable that the bytes lie in need not stay in memory: nobody asks for them again.
+// The pages of the executable that hold nothing but these bytes need not stay in memory: nobody reads them
+// again.
 void forgetPages(const assets_data::Entry& entry) {
-  const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  const auto begin = (reinterpret_cast<std::uintptr_t>(entry.data) + page - 1) / page * page;
-  const auto end = reinterpret_cast<std::uintptr_t>(entry.data + entry.size) / page * page;
+  const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  const std::size_t before = (page - reinterpret_cast<std::uintptr_t>(entry.data) % page) % page;
+  if (entry.size < before + page) return;
   // Should it fail they stay, which harms nothing.
-  if (begin < end) madvise(reinterpret_cast<void*>(begin), end - begin, MADV_DONTNEED);
+  madvise(const_cast<unsigned char*>(entry.data) + before, (entry.size - before) / page * page,
+          MADV_DONTNEED);
 }
 
 std::string unscrambled(const assets_data::Entry& entry) {

@@ -156,6 +156,17 @@ bool setOpacity(SDL_Texture* texture, double alpha) {
   return !gpuIsPremultiplied() || SDL_SetTextureColorMod(texture, a, a, a) == 0;
 }
 
+std::uint32_t straightOf(std::uint32_t pixel) {
+  const std::uint32_t alpha = pixel >> 24;
+  if (alpha == 0 || alpha == 255) return pixel;
+  std::uint32_t straight = alpha << 24;
+  for (const unsigned shift : {0U, 8U, 16U}) {
+    const std::uint32_t channel = pixel >> shift & 0xFFU;
+    straight |= std::min((channel * 255 + alpha / 2) / alpha, std::uint32_t{255}) << shift;
+  }
+  return straight;
+}
+
 struct PictureJob {
   const PaintPicture& paint;
   double w;
@@ -224,15 +235,15 @@ SDL_BlendMode gpuBlendMode() { return cache().blendMode; }
 bool gpuIsPremultiplied() { return cache().blendMode != SDL_BLENDMODE_BLEND; }
 
 void unpremultiply(std::span<std::uint32_t> pixels) {
+  // Neighbours are often equal, as in a veil.
+  std::uint32_t last = 0;
+  std::uint32_t lastStraight = 0;
   for (std::uint32_t& pixel : pixels) {
-    const std::uint32_t alpha = pixel >> 24;
-    if (alpha == 0 || alpha == 255) continue;
-    std::uint32_t straight = alpha << 24;
-    for (const unsigned shift : {0U, 8U, 16U}) {
-      const std::uint32_t channel = pixel >> shift & 0xFFU;
-      straight |= std::min((channel * 255 + alpha / 2) / alpha, std::uint32_t{255}) << shift;
+    if (pixel != last) {
+      last = pixel;
+      lastStraight = straightOf(pixel);
     }
-    pixel = straight;
+    pixel = lastStraight;
   }
 }
 
