@@ -1,25 +1,25 @@
-# Flags of the project's own code, and the two ways in which its folders become targets.
+# Compiler flags of the project's own code, and the functions that define its libraries and tests.
 
 add_library(veskara_options INTERFACE)
 target_compile_options(veskara_options INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${VESKARA_WERROR}>:-Werror>>)
-# No fused multiply-add: layouts and deals must come out alike on every machine.
+# No fused multiply-add: layouts and deals must be the same on every machine.
 target_compile_options(veskara_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-ffp-contract=off>)
 # Bounds checks of the standard containers: an index out of range aborts, in release builds too.
 target_compile_definitions(veskara_options INTERFACE _GLIBCXX_ASSERTIONS)
 
-# What leaves the house is built as Debian hardens its own packages, and holds no path of the machine that built it.
-# The sanitizers do without: they bring checks of their own for the same places.
+# Release builds are hardened as Debian's own packages are, and contain no path of the machine that built them.
+# Sanitized builds have their own checks in the same places.
 set(hardening -fstack-protector-strong -Wformat -Wformat-security -Wdate-time)
 include(CheckCXXCompilerFlag)
-foreach(flag -fstack-clash-protection -fcf-protection)  # not every processor has them
+foreach(flag -fstack-clash-protection -fcf-protection)  # not on every processor
   string(MAKE_C_IDENTIFIER "has${flag}" has_flag)
   check_cxx_compiler_flag(${flag} ${has_flag})
   if(${has_flag})
     list(APPEND hardening ${flag})
   endif()
 endforeach()
-# Who packages the game may bring a higher level; two different ones are an error.
+# A packager may set a higher level; two different levels are an error.
 if(NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
   list(APPEND hardening -D_FORTIFY_SOURCE=2)
 endif()
@@ -41,11 +41,11 @@ function(veskara_library name)
   target_link_libraries(veskara_${name} PUBLIC ${arg_LINKS} PRIVATE veskara_options)
 endfunction()
 
-# veskara_test(NAME SOURCES ... LINKS ... [PROPERTIES ...] [FILTER ...]): a test program; each of its tests, or of those
-# that the filter names as GoogleTest does, is one of ctest's. Its files are compiled together, for most of what a
-# compiler reads in one of them is GoogleTest. With MACHINE_FONTS it sees all fonts of the machine. Where a sanitizer
-# finds something in ctest it tells addresses: with names, the leak sanitizer would look up those of all that libraries
-# keep, which takes as long as a test. Run by hand a test tells names and lines.
+# veskara_test(NAME SOURCES ... LINKS ... [MACHINE_FONTS] [PROPERTIES ...] [FILTER ...]): a test program. ctest runs
+# each of its tests, or those that match FILTER, a GoogleTest filter. With MACHINE_FONTS it sees all fonts of the
+# machine. Its files are compiled together, because most of what a compiler reads in one of them is GoogleTest. In ctest,
+# sanitizers report addresses without names: to look up the names of all memory that libraries keep takes as long as a
+# test. Run by hand, a test reports names and lines.
 function(veskara_test name)
   cmake_parse_arguments(arg "MACHINE_FONTS" "FILTER" "SOURCES;LINKS;PROPERTIES" ${ARGN})
   add_executable(${name} ${arg_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/surroundings.cpp)

@@ -1,4 +1,4 @@
-"""That tools/check_includes.py finds what it is there to find."""
+"""Tests that tools/check_includes.py finds bad includes."""
 
 import subprocess
 import tempfile

@@ -1,18 +1,18 @@
-"""The calm piece as written: ninety-six bars of 4/4, thirteen sections. make_music.py plays it.
+"""The score of the calm piece: ninety-six bars of 4/4 in thirteen sections. make_music.py plays it.
 
-A bar is a line of tokens "pitch:beats", "r" being a rest; beats may be fractions, as in triplets ("1/3"). Marks
-before a pitch:
+A bar is a line of tokens "pitch:beats"; "r" is a rest. Beats may be fractions, as in triplets ("1/3"). Marks before a
+pitch:
 
     /   slides into it from a whole tone below
     +   doubles it an octave lower, as a zither player does with thumb and middle finger
     ^   has a short note before it, one step higher
-    o   is a flageolet: the string is only touched where it is halved
+    o   is a flageolet: the string is only touched, at its middle
     *   is plucked again and again, growing
 
-The piece has two subjects. The first is the zither's, pentatonic, in D; it comes back in G, low under the flute,
-and at last with the flute. The second is the flute's, in B minor, with sixths and the leading note A#; the zither
-takes it up in triplets. Between them the harmony moves through G with C natural and along a circle of fifths. No
-section is accompanied as the one before it, and only three of them have everybody.
+The piece has two subjects. The zither plays the first, pentatonic, in D; it returns in G, low under the flute, and at
+last with the flute. The flute plays the second, in B minor, with sixths and the leading note A#; the zither takes it
+up in triplets. Between them the harmony moves through G with C natural and along a circle of fifths. No two sections
+in a row have the same accompaniment, and only three use all instruments.
 """
 
 from dataclasses import dataclass
@@ -43,7 +43,7 @@ CHORDS = {
     "Am": ("A2", "E3 G3 C4 E4", "A2 E3 G3 C4 E4 G4"),
 }
 
-# What the harp plays in a bar: (beat, string counted from the lowest). The bars of a section take turns.
+# What the harp plays in a bar: (beat, string counted from the lowest). A section cycles through its bars.
 THIRD = Fraction(1, 3)
 HALF = Fraction(1, 2)
 HARP = {
@@ -66,13 +66,13 @@ HARP = {
 @dataclass(frozen=True)
 class Section:
     name: str
-    chords: tuple  # one name a bar; two share the bar by halves
+    chords: tuple  # one name a bar; two names take half a bar each
     tempo: float  # beats a minute
     level: float  # how hard the section is played, as a share
     zither: tuple = ()
     flute: tuple = ()
     harp: str = ""
-    bass: tuple = ()  # lines of its own; ROOTS takes the chords' basses
+    bass: tuple = ()  # its own lines; ROOTS takes the chords' basses
     held: bool = True  # whether the chords are held as well
     bowls: tuple = ()  # bars, counted from 0, that open with the bowl
     phrase: int = 4  # bars
@@ -236,7 +236,7 @@ TOGETHER = Section(
             "+F#4:1 r:1 B3:1/3 D4:1/3 F#4:1/3 B4:1",
             "r:1 *G4:2 r:1"))
 
-# Ends on the dominant, held back, so that the opening's D answers it.
+# Slows down on the dominant, so that the opening's D answers it.
 CLOSING = Section(
     "closing", chords=("Em", "Bm", "G", "D/F#", "Em", "Asus", "Asus"), tempo=56, level=0.8, harp="still",
     bowls=(4,),
@@ -274,7 +274,7 @@ BEAT_COUNT = BAR_COUNT * BEATS_A_BAR
 
 
 def melody(part):
-    """The written notes of "zither", "flute" or "bass", each with its section."""
+    """Returns the written notes of "zither", "flute" or "bass", each with its section."""
     for number, inside, section in bars():
         lines = getattr(section, part)
         if not lines or lines is ROOTS:
@@ -305,7 +305,7 @@ def harmony():
 
 
 def bass():
-    """The notes of the bass, each with its section: lines of its own, or the root of each chord."""
+    """Returns the notes of the bass, each with its section: its own lines, or the root of each chord."""
     notes = list(melody("bass"))
     notes += [(Note(start, beats, root), section) for start, beats, (root, _, _), section in harmony()
               if section.bass is ROOTS]
@@ -313,8 +313,8 @@ def bass():
 
 
 def harp():
-    """The notes of the harp, each with its section and its string. Where the zither strikes the same pitch at
-    the same time, the harp leaves it to the zither: two strings in unison would sound like one that is broken."""
+    """Returns the notes of the harp, each with its section and its string, except those that the zither plays at the
+    same time and pitch: two strings in unison would sound like one broken string."""
     struck = {(note.start, note.pitch) for note, _ in melody("zither")}
     for number, inside, section in bars():
         if section.harp:
@@ -327,8 +327,8 @@ def harp():
 
 
 def held_voices():
-    """The held chords' notes: a pitch that the next chord holds as well is one long note, not struck again. Before
-    a section without them, and at the end, they let go a beat early."""
+    """Returns the notes of the held chords. A pitch that the next chord also holds is one long note. Before a section
+    without held chords, and at the end, they stop a beat early."""
     sounding = {}
     ended = []
     held = [(start, beats, voices.split() if section.held else [], section)

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Fails where cppcheck has something to say about the product's code. Left out: wishes for named algorithms in
-# place of short loops and for a const frame where all that draws takes the same one; and the tests, whose macros
-# its parser does not understand. Newer versions have other names for these wishes, say when they look at fewer branches,
-# and take what std::exchange gives back for what it puts in its place. Run it from anywhere.
+# Fails if cppcheck complains about the product's code. It skips the tests, whose macros it cannot parse. Suppressed are
+# advice to use named algorithms instead of short loops and advice to make parameters and references const, which all
+# drawing functions take alike. Newer versions also report that they check fewer branches, and mistake the value that
+# std::exchange returns for the one that it stores. Run it from anywhere.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 names=(useStlAlgorithm normalCheckLevelMaxBranches knownConditionTrueFalse:src/app/frame_loop.cpp)

@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-"""Finds an include in src/ that points up, from a floor to one above it, and files that include each other.
+"""Finds includes in src/ that point up, from a folder to one above it, and files that include each other.
 
-Run: tools/check_includes.py [DIRECTORY]    the directory is the src/ to look at; status 1 with what was found
+Run: tools/check_includes.py [DIRECTORY]    checks src/ by default; prints what it finds and exits with status 1
 """
 import graphlib
 import pathlib
 import re
 import sys
 
-FLOORS = ['rules', 'storage', 'resources', 'ui', 'app', 'screens']  # from the ground up; src/ itself is the roof
+FLOORS = ['rules', 'storage', 'resources', 'ui', 'app', 'screens']  # from the lowest up; src/ itself is above all
 
 
 def floor_of(file):
@@ -16,7 +16,7 @@ def floor_of(file):
 
 
 def includes_below(root):
-    """Each file by its path below the root, with those of the root's files that it includes."""
+    """Maps the path of each file below the root to the paths of those that it includes."""
     files = {str(path.relative_to(root)): path for path in sorted(root.rglob('*')) if path.suffix in ('.h', '.cpp')}
     return {name: [included for included in re.findall(r'^\s*#\s*include\s+"([^"]+)"', path.read_text(), re.MULTILINE)
                    if included in files]

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Tries the game as a newcomer would on releases of Debian: on a bare system with nothing but git, in a clone of the
-# commit checked out, with an empty home, ./play; on trixie and sid ./check too. Sid moves: what fails of its ./check is
-# told, and fails nothing. Run: tools/distributions.sh [SUITE...]    as root; bookworm, trixie and sid if none is named.
+# Tries the game on releases of Debian as a newcomer would: on a bare system with nothing but git and an empty home, it
+# runs ./play in a clone of the current commit, and on trixie and sid also ./check. Because sid changes, a failure of
+# its ./check is printed but does not fail the script.
+# Run: tools/distributions.sh [SUITE...]    as root; bookworm, trixie and sid by default
 #
-# In build/distributions stay each suite's picture and its output, and, to be taken again, the bare system and the
-# packages. The suite runs in mount and process namespaces of its own: its mounts and processes go with it, however
-# this script ends.
+# build/distributions keeps each suite's picture and output, and its bare system and packages for the next run. Each
+# suite runs in its own mount and process namespaces, so its mounts and processes end with it, however this script ends.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . tools/packages.sh
@@ -18,7 +18,7 @@ scratch=$(mktemp -d -p "${TMPDIR:-/var/tmp}")
 trap 'rm -rf "$scratch"' EXIT
 mkdir -p "$kept"
 
-# bare_system SUITE: unpacked where the suite runs; made only if no run before has made it.
+# bare_system SUITE: unpacks the bare system, and makes it first if no earlier run has.
 bare_system() {
   local archive=$kept/$1.tar
   if [ ! -f "$archive" ]; then
@@ -29,12 +29,12 @@ bare_system() {
     mkdir "$scratch/$1"
     tar -C "$scratch/$1" -xf "$archive"
   fi
-  # A mirror may lag behind, and a package is worth keeping for the next run.
+  # The mirror may lag behind; packages are kept for the next run.
   printf '%s\n' 'Acquire::Check-Valid-Until "false";' 'APT::Keep-Downloaded-Packages "true";' \
     >"$scratch/$1/etc/apt/apt.conf.d/90veskara"
 }
 
-# inside SUITE COMMAND: runs the command in the suite's clone, as its root.
+# inside SUITE COMMAND: runs the command as root in the suite's clone.
 inside() {
   mkdir -p "$kept/packages/$1"
   unshare --mount --pid --fork --kill-child bash -euc '
@@ -52,7 +52,7 @@ inside() {
   ' inside "$scratch/$1" "$kept/packages/$1" "$2"
 }
 
-# try SUITE COMMAND: into the suite's output; says how it ended and how long it took.
+# try SUITE COMMAND: runs the command, appends its output to the suite's log, and prints its status and time.
 try() {
   local status=0 begun=$SECONDS
   inside "$1" "$2" </dev/null >>"$kept/$1.log" 2>&1 || status=$?
@@ -70,7 +70,7 @@ for suite in "$@"; do
   inside "$suite" '. /etc/os-release; echo "  $PRETTY_NAME, gcc $(gcc -dumpfullversion), cmake $(cmake --version |
     head -n 1 | cut -c15-)"; for module in sdl2 cairo pango; do echo "  $module $(pkg-config --modversion $module)"; done'
   case "$suite" in
-    bookworm) ;; # where ./check is at home
+    bookworm) ;; # ./check runs here at every change
     sid) try "$suite" ./check || true ;;
     *) try "$suite" ./check || status=1 ;;
   esac

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs every fuzz target for so many seconds. What makes one fail is kept in build/fuzz/tests/fuzz.
+# Runs every fuzz target for so many seconds. Inputs that make one fail are kept in build/fuzz/tests/fuzz.
 # Run: tools/fuzz.sh SECONDS
 set -euo pipefail
 cd "$(dirname "$0")/.."

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Kills the real program at random moments of its start and of play, and checks each time that no more than five seconds
-# of play are lost, and no record is; then about the time of a win, which must leave the win or the game. Two players are
-# killed side by side; a kill in play takes some ten seconds, one about a win two.
-# Run: tools/kills.sh [KILLS]; 200 of each kind if it is not said how many.
+# Kills the real program at random moments of its start and of play, and checks each time that it lost at most five
+# seconds of play and no record. Then kills it around a win, which must leave the win or the saved game. Two programs
+# run side by side. A kill in play takes some ten seconds, one around a win two.
+# Run: tools/kills.sh [KILLS]    of each kind; 200 by default
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

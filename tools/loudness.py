@@ -18,7 +18,7 @@ HIGHPASS_HZ, HIGHPASS_Q = 38.13547087602444, 0.5003270373238773
 OFFSET = -0.691
 SILENCE = -200.0
 
-# A moment, and what EBU Tech 3341 calls short term. An ear adds up what it hears within about a moment.
+# An ear adds up sound over about a moment. "Short term" is defined by EBU Tech 3341.
 MOMENT = 0.4
 SHORT_TERM = 3.0
 
@@ -36,7 +36,7 @@ def k_weighted(sound):
 
 
 def window_powers(sound, seconds, step):
-    """K-weighted power, channels added, of each window of this length. Past the end there is silence."""
+    """Returns the K-weighted power, channels added, of each window of this length. Silence follows the end."""
     width = samples(seconds)
     power = np.sum(k_weighted(sound) ** 2, axis=1)
     sums = np.concatenate([[0.0], np.cumsum(np.concatenate([power, np.zeros(width)]))])
@@ -49,25 +49,26 @@ def lufs(power):
 
 
 def levels(sound, seconds, step=0.1):
-    """LUFS of the windows of this length that lie within the sound."""
+    """Returns the LUFS of the windows of this length within the sound."""
     powers = window_powers(stereo(sound), seconds, step)
     powers = powers[:max(1, 1 + (len(sound) - samples(seconds)) // samples(step))]
     return OFFSET + 10.0 * np.log10(np.maximum(powers, 1e-20))
 
 
 def loudest_moment(sound):
-    """Loudness of the loudest 400 ms. A mono sound counts as the game plays it: from both speakers."""
+    """Returns the loudness of the loudest 400 ms. A mono sound counts as played from both speakers, as in the game."""
     return lufs(np.max(window_powers(stereo(sound), MOMENT, 0.001)))
 
 
 def gated(loudness, below):
-    """Windows that count: not silent, and not so far below the mean of the others."""
+    """Returns the windows that count: not silent, and at most `below` LU under the mean of the others."""
     powers = 10.0 ** (loudness[loudness > -70.0] / 10.0)
     return 10.0 * np.log10(powers[powers > np.mean(powers) * 10.0 ** (-below / 10.0)])
 
 
 def integrated(sound):
-    """Loudness of a whole piece: windows of 400 ms, save silent ones and those 10 LU below the others."""
+    """Returns the loudness of a whole piece: of windows of 400 ms, except silent ones and those 10 LU below the
+    others."""
     return 10.0 * np.log10(np.mean(10.0 ** (gated(levels(sound, MOMENT), 10.0) / 10.0)))
 
 
@@ -78,7 +79,7 @@ def loudness_range(sound):
 
 
 def true_peak(sound):
-    """The highest point of the wave between the samples as well, dBTP."""
+    """Returns the highest point of the wave, between samples too, in dBTP."""
     padded = np.vstack([stereo(sound), np.zeros((RATE, 2))])
     highest = max(np.max(np.abs(signal.resample_poly(padded[first:first + 11 * RATE], 4, 1, axis=0)))
                   for first in range(0, len(sound), 10 * RATE))

@@ -1,17 +1,18 @@
 #!/usr/bin/python3
-"""Makes assets/fonts/QuenlockMahjongGlyphs.ttf: the sixteen characters that stand on the tiles.
+"""Makes assets/fonts/QuenlockMahjongGlyphs.ttf: the sixteen characters on the tiles.
 
 Run:    /usr/bin/python3 tools/make_glyph_font.py [output.ttf [Bold|Regular]]
 Needs:  Debian's fonts-noto-cjk (Noto Serif CJK) and python3-fonttools. The same packages give the same bytes.
 
-The outlines are Noto Serif CJK's, in the traditional forms of its TC face, and the bold ones: regular strokes turn pale
-below 16 pixels, and the colour of the glyph is lost. Its horizontals are hairlines, and on a tile of 24 pixels nothing
-else tells two bars from three. So they are thickened, most where a numeral has nothing but them, and the ink is larger
-than the line box: numerals move up in it and the mark below them down, which keeps the two apart.
+The outlines are those of Noto Serif CJK, in the traditional forms of its TC face. They are bold, because regular
+strokes turn pale below 16 pixels and lose the glyph's colour. Its horizontal strokes are hairlines, but on a tile of 24
+pixels only they tell two bars from three. So the script thickens them, most in numerals made of nothing else. The ink
+is larger than the line box: numerals move up in it and the sign below them down, which keeps the two apart.
 
-Of three faces so treated at 16 to 96 pixels, by how much the two most alike numerals differ when blurred a little, the
-bold serif and the black serif are level, at twice to three times what the untouched outlines give; Noto Sans CJK's bold
-gives less, for its five looks like its three. The black serif closes the counters of the dense signs.
+Three faces were treated like this and compared at 16 to 96 pixels, by how much the two most similar numerals differ
+after a slight blur. Bold serif and black serif are equal, at two to three times the difference of the untouched
+outlines. Noto Sans CJK's bold gives less, because its five looks like its three. Black serif closes the counters of
+dense characters.
 """
 
 import math
@@ -35,13 +36,13 @@ SOURCE_FACE = "Noto Serif CJK TC"
 DEFAULT_WEIGHT = "Bold"
 DEFAULT_OUTPUT = Path(__file__).resolve().parent.parent / "assets/fonts/QuenlockMahjongGlyphs.ttf"
 
-# The em box, in which the source draws ideographs centred. The line box has the same edges.
+# The em box, in which the source centres ideographs. The line box has the same edges.
 UNITS_PER_EM = 1000
 ASCENT = 880
 DESCENT = 120
 
-# What is done to the outlines: characters, their ink's growth about the middle of the em box, then by how many font units
-# horizontals are thicker and the sign stands higher.
+# Changes of the outlines: characters, growth of their ink from the middle of the em box, then the font units by which
+# horizontal strokes get thicker and the character moves up.
 SHAPES = (
     ("一", 1.15, 65, 20),
     ("二三", 1.15, 65, 70),
@@ -50,16 +51,16 @@ SHAPES = (
     ("東南西北中", 1.1, 25, 0),
     ("發", 1.1, 15, 0),
 )
-# The widest advance, that of a character without a glyph: cairo cuts off ink that reaches farther to the right.
+# The widest advance, used for a missing character. Cairo cuts off ink that reaches farther to the right.
 WIDEST_ADVANCE = 1250
 
-# How far a quadratic curve may stray from the cubic one it stands for, in font units: far below a pixel.
+# The most by which a quadratic curve may differ from its cubic original, in font units: far below a pixel.
 CURVE_TOLERANCE = 1.0
 
 # 2024-01-01 in seconds since 1904, the epoch of font files. A fixed time, so that every run gives the same bytes.
 TIMESTAMP = 3786912000
 
-# Name records taken over from the source: copyright, licence text, licence link.
+# Name records copied from the source: copyright, licence text, licence link.
 KEPT_NAMES = {0: "copyright", 13: "licenseDescription", 14: "licenseInfoURL"}
 
 
@@ -79,13 +80,14 @@ def direction(start, end):
 
 
 def thickened(contour, thickness):
-    """The contour with its edges moved outwards, but only up and down: half of `thickness` where they are level."""
+    """Returns the contour with its edges moved outwards, only up and down: by half of `thickness` where they are
+    level."""
     reach = thickness / 2
     moved = []
     for before, (x, y), after in zip(contour[-1:] + contour[:-1], contour, contour[1:] + contour[:1]):
         (ax, ay), (bx, by) = direction(before, (x, y)), direction((x, y), after)
-        # The outlines run clockwise, so that an edge that runs to the right has its ink below. Where two edges meet,
-        # their offset lines do; a spike would run away.
+        # The outlines run clockwise, so an edge that runs to the right has its ink below. The offset edges meet where
+        # the edges do; at a spike they would meet far away.
         openness = 1 + ax * bx + ay * by
         rise = reach * (ax + bx) / openness if openness > 0.01 else 0
         moved.append((x, y + max(-reach, min(rise, reach))))
@@ -104,7 +106,7 @@ def shape(glyph, growth, thickness, lift):
 
 
 def quadratic_glyph(glyph_set, source_name):
-    # Cubic outlines run the other way round than TrueType's.
+    # TrueType outlines run in the other direction than cubic ones.
     pen = TTGlyphPen(None)
     glyph_set[source_name].draw(Cu2QuPen(pen, CURVE_TOLERANCE, reverse_direction=True))
     return pen.glyph()

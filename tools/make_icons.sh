@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Paints the icon's PNG files from its drawings; all are committed. Look at the small ones after a change.
+# Makes the icon's PNG files from its drawings; all are committed. Look at the small ones after a change.
 # Run: tools/make_icons.sh [DIRECTORY]    (Debian package librsvg2-bin)
 set -euo pipefail
 icons=$(dirname "$(readlink -f "$0")")/../packaging/icons

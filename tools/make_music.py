@@ -5,9 +5,9 @@ Run:    /usr/bin/python3 tools/make_music.py [output.ogg]
 Needs:  Debian's python3-numpy, python3-scipy and vorbis-tools; takes about two minutes on two cores. The same
         packages give the same music.
 
-A zither and a flute share the two subjects; a harp, a bass string, a held chord and a bowl carry them by turns.
-The piece is laid on a ring: what rings past the end, notes and reverberation alike, comes in at the beginning, so
-the loop has no seam to be heard. The file begins in the breath before the first bar, where the music is softest.
+A zither and a flute share the two subjects; a harp, a bass string, a held chord and a bowl accompany them in turn.
+The piece is laid on a ring: notes and reverberation that ring past the end continue at the beginning, so the loop has
+no audible seam. The file begins in the breath before the first bar, where the music is softest.
 """
 
 import sys
@@ -29,9 +29,9 @@ SERIAL = 100
 PROCESSES = 2
 
 LOUDNESS = -17.0
-# No moment is louder than the whole by more than this, in LU.
+# The most by which the loudest moment may exceed the whole, in LU.
 LOUDEST_MOMENT = 4.4
-# Samples are held below this; between them, and behind the encoder, the wave goes a little higher.
+# Samples are limited to this. Between samples and after encoding the wave goes a little higher.
 CEILING = 10.0 ** (-4.2 / 20.0)
 SHELF_HZ = 3000.0
 SHELF_DB = 3.0
@@ -39,30 +39,29 @@ SHELF_DB = 3.0
 # The file begins this long before the first beat.
 UPBEAT = 0.8
 
-# A phrase presses on towards its middle and holds back at its end, most at the end of a section: shares of the
-# tempo.
+# A phrase speeds up towards its middle and slows down at its end, most at the end of a section: shares of the tempo.
 PRESS = 0.05
 HOLD = 0.09
 HOLD_AT_END = 0.17
 HOLD_BEATS = 2.0
-# How far hands are from a machine: standard deviations, in seconds and as a share of the force.
+# How inexact hands are: standard deviations, in seconds and as a share of the force.
 TIMING = 0.008
 FORCE = 0.06
 
 STEPS_A_BEAT = 24
 # An overtone that begins softer than this, as a share of full scale, is left out.
 INAUDIBLE = 0.0003
-# Curves by which a flute is blown are computed for each so many samples.
+# The flute's control curves have one value for this many samples.
 CONTROL = 16
 
 
 def eased(times, begin, end):
-    """From 0 to 1 between two times, without a corner at either."""
+    """Rises smoothly from 0 to 1 between two times."""
     return 0.5 - 0.5 * np.cos(np.pi * np.clip((times - begin) / (end - begin), 0.0, 1.0))
 
 
 def tempo_map():
-    """The time of each step of the piece, from the first beat on."""
+    """Returns the time of each step of the piece, from the first beat."""
     seconds = []
     for _, inside, section in score.bars():
         steps = np.arange(score.BEATS_A_BAR * STEPS_A_BEAT) / STEPS_A_BEAT
@@ -79,17 +78,17 @@ def tempo_map():
 
 
 TIMES = tempo_map()
-# Some thousandths of a second more make a length whose Fourier transform is quick.
+# Padded by some milliseconds to a length whose Fourier transform is fast.
 LENGTH = fft.next_fast_len(samples(TIMES[-1]), real=True)
 
 
 def at(beat):
-    """Time of a beat in the file, seconds; before 0 or past the end it is meant around the ring."""
+    """Returns the time of a beat in the file, in seconds. Times before 0 or past the end wrap around the ring."""
     return UPBEAT + np.interp(float(beat), np.arange(len(TIMES)) / STEPS_A_BEAT, TIMES)
 
 
 def force(rng, beat, section):
-    """How hard a note is played: by section, by its place in the phrase, by its beat, and by chance."""
+    """Returns how hard a note is played: by section, by its place in the phrase, by its beat, and by chance."""
     phrase = section.phrase * score.BEATS_A_BAR
     arch = 0.9 + 0.14 * np.sin(np.pi * float(beat % phrase) / phrase)
     accent = 1.04 if beat % score.BEATS_A_BAR == 0 else 1.0
@@ -97,31 +96,31 @@ def force(rng, beat, section):
 
 
 class Ring:
-    """A stereo track whose end is its beginning."""
+    """A stereo track whose end continues at its beginning."""
 
     def __init__(self):
         self.track = np.zeros((LENGTH, 2))
 
     def add(self, start, sound, pan=0.0):
-        """Lays a mono sound at a time; pan -1 is left, 1 right, with equal power."""
+        """Adds a mono sound at a time; pan -1 is left, 1 right, with equal power."""
         angle = (pan + 1.0) * np.pi / 4.0
         places = (samples(start) + np.arange(len(sound))) % LENGTH
         self.track[places] += np.sqrt(2.0) * sound[:, None] * np.array([np.cos(angle), np.sin(angle)])
 
 
 def wave(turns):
-    """A sine, given in turns: exact to 120 dB, and computed in a third of the time of one of double precision."""
+    """Returns the sine of a phase in turns: exact to 120 dB, in a third of the time of double precision."""
     return np.sin(2 * np.pi * (turns - np.rint(turns)).astype(np.float32))
 
 
 @dataclass(frozen=True)
 class Strings:
-    """What tells one plucked instrument from another."""
+    """The properties of a plucked instrument."""
     ring: float  # T60 of the fundamental at 220 Hz
-    damping: float  # how much sooner each overtone dies than the one below it
-    slope: float  # how fast the overtones get softer: the power of their number
-    cutoff: float  # where the overtones fall by a factor e when the string is played with full force
-    stiffness: float  # how far they are stretched
+    damping: float  # how much sooner each overtone dies away than the one below it
+    slope: float  # how fast the overtones get softer: an exponent of their number
+    cutoff: float  # frequency at which overtones have fallen by a factor e at full force
+    stiffness: float  # how far the overtones are stretched
     pluck: tuple  # where along the string it is plucked: from, to
     pick: tuple  # level, lowest and highest frequency of the plucking noise
     body: tuple  # modes of the body: frequency, gain
@@ -164,7 +163,7 @@ def string(rng, kind, frequency, strength, slide=False, vibrato=False):
         swing = number * np.sqrt(1.0 + kind.stiffness * number ** 2) * turns[:heard]
         sound[:heard] += 0.8 * level * wave(swing) * decay(times[:heard].astype(np.float32), t60)
         if number <= 4:
-            # The string swings in two planes; the second, a hair out of tune, outlives the first.
+            # The string swings in two planes. The second is slightly out of tune and rings longer.
             swing = 1.0006 * number * turns
             sound += 0.2 * level * wave(swing) * decay(times.astype(np.float32), 1.6 * t60)
     sound *= 1.0 - np.exp(-times / 0.0015)
@@ -175,7 +174,7 @@ def string(rng, kind, frequency, strength, slide=False, vibrato=False):
 
 
 def with_body(track, modes):
-    """The track as the body of the instrument gives it back: stronger where the body swings along."""
+    """Returns the track as the instrument's body radiates it: stronger at the body's modes."""
     times = clock(0.3)
     response = np.zeros((len(times), 1))
     for number, (frequency, gain) in enumerate(modes):
@@ -197,7 +196,7 @@ class Blown:
     flicked: bool
 
 
-# The noise of the breath as a share of the tone, 24 dB below it, and that of an attack.
+# The noise of the breath, 24 dB below the tone, and of an attack, as shares of the tone.
 BREATH = 10.0 ** (-24.0 / 20.0)
 CHIFF = 0.16
 # A phrase's sound begins this long before its first note.
@@ -214,7 +213,7 @@ def blown_note(rng, times, blown, before, after):
     if blown.flicked:
         pitch += 2.0 * eased(times, start - 0.01, start + 0.01) * (1.0 - eased(times, start + 0.06, start + 0.085))
 
-    # A note swells, or sinks, or does the one and then the other.
+    # A note swells, fades, or does one and then the other.
     place = np.clip((times - start) / (end - start), 0.0, 1.0)
     shape = 1.0 + rng.uniform(-0.14, 0.1) * place + rng.uniform(0.0, 0.16) * np.sin(np.pi * place)
     attack = rng.uniform(0.05, 0.11) if blown.tongued else 0.06
@@ -269,8 +268,8 @@ def held(rng, pitch, seconds):
     return players
 
 
-# Each part is a list of notes, played by a function that gives back what to lay where: (start, sound, pan). Each
-# note has random numbers of its own, so that a changed bar leaves the others as they were.
+# Each part is a list of notes. A function plays a note and returns sounds to add as (start, sound, pan). Each note has
+# its own random numbers, so a changed bar does not change the others.
 
 PLUCKS_A_BEAT = 7
 HALF_STEP_ABOVE = ("C#", "F#")
@@ -293,7 +292,7 @@ def play_zither(rng, played):
             yield when, string(rng, ZITHER, frequency, growing)[:samples(1.2)], 0.12
         return
     if written.mark == "o":
-        # What is touched in the middle rings an octave higher, and soft.
+        # A string touched in the middle rings softly an octave higher.
         soft = Strings(**{**vars(ZITHER), "cutoff": 700.0, "ring": 6.0})
         yield start, 1.1 * string(rng, soft, frequency, strength, vibrato=True), 0.12
         return
@@ -308,7 +307,7 @@ def play_zither(rng, played):
 
 
 def flute_notes():
-    """The flute's phrases, each in one breath: it breathes in rests, and after a long note."""
+    """Returns the flute's phrases, each in one breath: it breathes in rests and after a long note."""
     phrases = []
     for written, section in score.melody("flute"):
         before = phrases[-1][-1][0] if phrases else None
@@ -320,7 +319,7 @@ def flute_notes():
 
 
 def play_flute(rng, phrase):
-    """Steps are slurred; leaps and repeated notes are tongued."""
+    """Plays a phrase: steps are slurred, leaps and repeated notes are tongued."""
     start = at(phrase[0][0].start) + TIMING * rng.standard_normal() - 0.03
     blown = []
     for written, section in phrase:
@@ -373,7 +372,7 @@ def play_bowl(rng, number):
     yield start, faded(bowl, fade_out=2.0), 0.35
 
 
-# Notes and player of a part, its body, its level in the mix and how much of it is sent into the room.
+# A part's notes and player, its body, its level in the mix, and its share sent into the room.
 PARTS = (
     (zither_notes, play_zither, ZITHER.body, 0.85, 0.36),
     (flute_notes, play_flute, (), 0.25, 0.5),
@@ -400,8 +399,8 @@ def part_track(pool, part):
 
 
 def hall():
-    """The room of all instruments: some early reflections, others at the left than at the right, then a tail whose
-    sides have nothing in common."""
+    """Makes the room of all instruments: early reflections, different on each side, then a tail whose sides are
+    independent."""
     rng = np.random.default_rng(7)
     tail = room(rng, 2.6, 1.1, 0.03)
     for side in (0, 1):
@@ -418,12 +417,12 @@ def mixed():
             track = level * part_track(pool, part)
             dry += track
             send += wet * track
-    # Each side of the room hears both sides of the stage.
+    # Each side of the room receives both sides of the stage.
     return dry + circular(send @ np.array([[0.75, 0.25], [0.25, 0.75]]), hall())
 
 
 def shelf(frequency, gain):
-    """A filter that raises what lies above a frequency by so many dB."""
+    """Makes a filter that raises the range above a frequency by so many dB."""
     high = 10.0 ** (gain / 40.0)
     angle = 2 * np.pi * frequency / RATE
     slope = 2 * np.sqrt(high) * np.sin(angle) / np.sqrt(2.0)
@@ -436,7 +435,7 @@ def shelf(frequency, gain):
 
 
 def ridden(sound):
-    """A hand on the fader, too slow to be heard: brings loud and soft a third nearer to each other."""
+    """A slow compressor that cannot be heard: brings loud and soft a third closer together."""
     width = samples(1.0)
     power = ndimage.uniform_filter1d(np.mean(sound ** 2, axis=1), width, mode="wrap")
     power = np.maximum(ndimage.uniform_filter1d(power, width, mode="wrap"), 0.003 * np.mean(power))
@@ -444,8 +443,8 @@ def ridden(sound):
 
 
 def limited(sound, height, ceiling, seconds):
-    """Holds the height of a sound, a value for each of its samples, below a ceiling: the gain gives way before it has
-    to, and slowly."""
+    """Returns the gain that keeps a sound, whose height is given for each sample, below a ceiling. The gain changes
+    early and slowly."""
     width = samples(seconds)
     gain = ceiling / np.maximum(height, ceiling)
     gain = ndimage.minimum_filter1d(gain, 2 * width + 1, mode="wrap")
@@ -463,15 +462,15 @@ def peaks_limited(sound):
 
 
 def from_silence(sound):
-    """Turns the ring by a few hundredths of a second, to where both channels pass through nothing together:
-    so the music begins without a click when it comes out of silence."""
+    """Turns the ring by a few hundredths of a second, to a common zero of both channels, so that the music begins
+    without a click."""
     loudest_channel = np.max(np.abs(sound[:samples(0.1)]), axis=1)
     return np.roll(sound, -int(np.argmin(loudest_channel)), axis=0)
 
 
 def mastered(sound):
-    """Takes away the rumble below the lowest string, opens the top and brings the piece to its loudness. The
-    filters run up with the last second, so that they too are the same at both ends."""
+    """Removes the rumble below the lowest string, raises the top and sets the loudness. The filters start on the last
+    second, so that they too match at both ends."""
     filters = np.vstack([signal.butter(2, 45, "highpass", fs=RATE, output="sos"), shelf(SHELF_HZ, SHELF_DB)])
     sound = signal.sosfilt(filters, np.vstack([sound[-RATE:], sound]), axis=0)[RATE:]
     sound = ridden(sound)

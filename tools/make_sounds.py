@@ -4,8 +4,8 @@
 Run:    /usr/bin/python3 tools/make_sounds.py [output directory]
 Needs:  Debian's python3-numpy, python3-scipy and vorbis-tools. The same packages give the same sounds.
 
-Tiles speak as wood and ivory, rewards as bells; what cannot be done is low and dull. Whatever has a pitch
-takes it from D major, the key of the music, so that nothing rings against it.
+Tiles sound like wood and ivory, rewards like bells; refusals are low and dull. All pitches are from D major, the key of
+the music, so that nothing clashes with it.
 """
 
 import sys
@@ -20,7 +20,7 @@ from synth import (BOWL, RATE, clock, contact_noise, faded, in_room, mix, note, 
 DEFAULT_OUTPUT = Path(__file__).resolve().parent.parent / "assets/audio"
 QUALITY = 5
 
-# The encoder smears a blow a little forward in time; this much silence before it takes that up.
+# The encoder smears a blow a little forward in time, into this much silence before it.
 LEAD_IN = 0.004
 
 # Overtones of a bar that rings when struck, as in a celesta, with the octave that its resonator adds.
@@ -29,20 +29,20 @@ GLASS = ((1.0, 1.0, 1.0), (2.32, 0.3, 0.6), (4.25, 0.14, 0.4), (6.63, 0.05, 0.25
 
 
 def ringing(overtones, name, t60, seconds, attack=0.002):
-    """A bell of one kind at a note; higher overtones die sooner, by the third value of each."""
+    """A bell at a note. The third value of each overtone says how much sooner it dies away."""
     partials = [(note(name) * ratio, level, t60 * life) for ratio, level, life in overtones]
     return struck(partials, seconds, attack)
 
 
 def ivory_tap(rng, pitch):
-    """Two hard small bodies that touch: short, high, with little wood below."""
+    """Two small hard bodies that touch: short and high, with a little wood below."""
     body = struck([(1930 * pitch, 1.0, 0.045), (3170 * pitch, 0.6, 0.03), (4890 * pitch, 0.22, 0.018),
                    (705 * pitch, 0.35, 0.07)], 0.2, 0.0004)
     return body + mix(0.2, (0, 0.25, contact_noise(rng, 1500, 6000, 0.012, 0.05)))
 
 
 def wooden_knock(rng, name):
-    """Loudest in its second and third mode, which a small loudspeaker gives back as well."""
+    """Loudest in its second and third modes, which a small loudspeaker can reproduce."""
     body = struck([(note(name), 0.7, 0.16), (2 * note(name), 0.9, 0.11), (3 * note(name), 0.5, 0.08),
                    (4 * note(name), 0.2, 0.05)], 0.4, 0.0025)
     return body + mix(0.4, (0, 0.3, contact_noise(rng, 150, 900, 0.04, 0.1, 0.002)))
@@ -68,7 +68,7 @@ def nono(rng):
 
 
 def remove(rng):
-    """The pair is heard first; what lifts it away is hardly more than air, as it is heard with every pair."""
+    """Two taps, then hardly more than air, because it sounds with every pair."""
     shimmer = [(0.06 + 0.06 * step, 0.12, ringing(CELESTA, name, 0.6, 0.7, 0.03))
                for step, name in enumerate(("A5", "D6", "A6"))]
     times = clock(0.5)
@@ -78,7 +78,7 @@ def remove(rng):
 
 
 def error(rng):
-    """One thud, low; its middle modes carry it where a small loudspeaker has no bass."""
+    """One low thud, with middle modes for small loudspeakers without bass."""
     body = struck([(110, 0.45, 0.24), (147, 0.4, 0.2), (220, 0.4, 0.15), (440, 0.7, 0.1), (587, 0.5, 0.085),
                    (880, 0.2, 0.05)], 0.45, 0.006)
     return mix(0.5, (0, 1.0, body), (0, 0.5, contact_noise(rng, 100, 800, 0.08, 0.2, 0.004)))
@@ -100,7 +100,7 @@ def success(rng):
 
 
 def win_glare(rng):
-    """Some forty small bells, first sparse and soft, then dense, the last ones rising out of the sound."""
+    """Some forty small bells, first sparse and soft, then dense; the last ones rise above the sound."""
     names = ("D5", "A5", "B5", "D6", "E6", "F#6", "A6", "B6", "D7")
     bells = []
     for strike in range(40):
@@ -114,7 +114,7 @@ def win_glare(rng):
 
 
 def star(chord, broken, sparkle=()):
-    """A chord of bells (note, level), broken upwards by `broken` seconds a step, and small ones after it."""
+    """A chord of bells (note, level), broken upwards by `broken` seconds a step, then small bells."""
     def made(_):
         struck_notes = [(broken * step, level, ringing(CELESTA, name, 1.25, 1.3))
                         for step, (name, level) in enumerate(chord)]
@@ -124,9 +124,9 @@ def star(chord, broken, sparkle=()):
     return made
 
 
-# Name, maker, loudness of the loudest 400 ms in LUFS, level of the room. What is heard by the dozen stays below what
-# is heard once; the three stars grow. Twenty tiles in a second are 8 dB louder than one, and still softer than
-# everything else, and than the music.
+# Name, maker, loudness of the loudest 400 ms in LUFS, level of the room. Frequent sounds are softer than rare ones; the
+# three stars get louder. Twenty tiles in a second are 8 dB louder than one, and still softer than everything else and
+# than the music.
 EFFECTS = (
     ("click", click, -29.8, 0.10),
     ("place", place, -28.8, 0.12),
@@ -149,7 +149,7 @@ def effect(number):
     _, make, loudness, wet = EFFECTS[number]
     rng = np.random.default_rng(1000 + number)
     sound = make(rng)
-    # Bells would ring on: the last third dies away as under a hand.
+    # Bells would ring too long, so the last third is damped.
     sound = faded(sound, fade_out=len(sound) / RATE / 3)
     sound = in_room(sound, room(rng, 0.35, 0.12), wet)
     sound *= 10.0 ** ((loudness - loudest_moment(sound)) / 20.0)

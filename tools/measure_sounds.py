@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Measures the sounds as they are decoded, and the score, and prints the tables of assets/audio/README.md.
+"""Measures the decoded sounds and the score, and prints the tables of assets/audio/README.md.
 
 Run:    /usr/bin/python3 tools/measure_sounds.py [directory]
         /usr/bin/python3 tools/measure_sounds.py --sitting picture.png [directory]
@@ -22,12 +22,12 @@ from synth import RATE, midi, note, read_ogg, samples
 PROJECT = Path(__file__).resolve().parent.parent
 DEFAULT_DIRECTORY = PROJECT / "assets/audio"
 
-# What the player's settings begin with, in dB: the music's volume is 0.25, that of the effects 1.
+# The default volumes, in dB: 0.25 for the music, 1 for the effects.
 MUSIC_VOLUME = 20.0 * np.log10(0.25)
 
 TILES_A_SECOND = 20
 
-# A small loudspeaker gives back next to nothing below this.
+# A small loudspeaker reproduces almost nothing below this.
 LAPTOP_HZ = 300.0
 
 
@@ -36,7 +36,7 @@ def decibels(ratio):
 
 
 def spectrum(sound):
-    """Frequencies and the share of the energy at each."""
+    """Returns frequencies and the share of the energy at each."""
     energy = np.abs(np.fft.rfft(sound, axis=0)) ** 2
     energy = energy if energy.ndim == 1 else energy.sum(axis=1)
     return np.fft.rfftfreq(len(sound), 1.0 / RATE), energy / energy.sum()
@@ -59,7 +59,7 @@ def laid(track, start, sound):
 
 
 def tiles():
-    """Pitch, level and brightness of the tile as it is, and of the variants that the game makes of it."""
+    """Measures pitch, level and brightness of the tile sound and of the variants that the game makes of it."""
     source = (PROJECT / "src/resources/audio.cpp").read_text()
     variants = re.findall(r"Variant\{([\d.]+),\s*([\d.]+),\s*([\d.]+)\}", source)
     assert variants, "audio.cpp has no variants of the tile"
@@ -97,8 +97,8 @@ def print_effects(directory):
 
 
 def self_similarity(sound):
-    """How much bars that lie 8 to 24 bars apart sound alike: the correlation of their pitch classes, as far as they
-    differ from those of the whole piece; of all distances the worst."""
+    """Returns how alike bars 8 to 24 bars apart are: the correlation of their pitch classes, as far as these differ
+    from those of the whole piece, at the worst distance."""
     from make_music import at
     frequencies, times, strengths = signal.stft(sound.mean(axis=1), RATE, nperseg=8192, noverlap=6144)
     heard = (frequencies > 60) & (frequencies < 2500)
@@ -172,7 +172,7 @@ def print_score():
 
 
 def print_instruments():
-    """The three plucked instruments at one pitch and force: where their energy lies, how fast it dies away."""
+    """Measures the three plucked instruments at one pitch and force: where their energy is, how fast it dies away."""
     from make_music import BASS, HARP, ZITHER, string, with_body
     for name, kind in (("Zither", ZITHER), ("Harp", HARP), ("Bass", BASS)):
         plucks = [string(np.random.default_rng(seed), kind, note("D3"), 0.9) for seed in range(8)]
@@ -185,7 +185,7 @@ def print_instruments():
 
 
 def print_flute():
-    """A long note of the flute: how far what is heard between its partials, the breath, lies below them."""
+    """Measures how far the breath of a long flute note, the sound between its partials, lies below them."""
     from make_music import LEAD, Blown, flute
     blown = Blown(start=0.0, end=6.0, pitch=midi("D5"), strength=0.9, tongued=True, flicked=False)
     breaths = []
@@ -199,8 +199,8 @@ def print_flute():
 
 
 def sitting():
-    """(Time, name) of what is heard from a deal to its win: 144 tiles fly in, ever faster, then twenty pairs, three
-    refusals, a hint."""
+    """Returns (time, name) of each sound from a deal to its win: 144 tiles fly in, ever faster, then twenty pairs,
+    three refusals, a hint."""
     taking_off = 1.0 + np.cumsum(np.linspace(0.067, 0.034, 144))
     events = [(taking_off[0], "tile")]
     for time in taking_off:

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Lets monkeys play for as long as you like: with the sanitized program or, for its memory, with the released one.
-# What they begin with is printed; the same seed makes them do the same again.
+# Lets monkeys play for as long as you like, with the sanitized program or a release build. Prints the seed; the same
+# seed repeats the same acts.
 # Run: tools/monkey.sh frames FRAMES [SEED]     random input without a display, four monkeys at once, sanitized
-#      tools/monkey.sh memory FRAMES [SEED]     one of them, released: its memory does not grow
+#      tools/monkey.sh memory FRAMES [SEED]     one of them, release build: its memory must not grow
 #      tools/monkey.sh window SECONDS [SEED]    random mouse and keys in a real window, sanitized
-#      tools/monkey.sh levels LEVELS            levels solved in a row, released
+#      tools/monkey.sh levels LEVELS            levels solved in a row, release build
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Breaks src/ in many small ways, one at a time, and counts which of them a test notices. tools/mutants.sh runs it."""
+"""Breaks src/ in many small ways, one at a time, and counts those that a test notices. tools/mutants.sh runs it."""
 
 import argparse
 import collections
@@ -27,18 +27,18 @@ from clang.cindex import CursorKind, Index, TranslationUnit, TypeKind
 CATALOGUES = "src/resources/catalogues"
 CONFIGURE = ["-G", "Ninja", "-DCMAKE_BUILD_TYPE=", "-DCMAKE_CXX_FLAGS=-O1 -w", "-DCMAKE_EXPORT_COMPILE_COMMANDS=ON",
              "-DVESKARA_TESTS=ON", "-DVESKARA_TEST_DEALS=20",
-             # Programs are not asked for their tests as they are linked: a broken one could not answer.
+             # List a program's tests when ctest runs, not when it is linked: a broken program cannot list them.
              "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST"]
 BUILD_SECONDS = 900
-# What a test may take that takes so long when nothing is broken.
+# A test is out of time after LIMIT_TIMES its usual time plus LIMIT_SECONDS.
 LIMIT_SECONDS, LIMIT_TIMES = 5, 10
-MEMORY_BYTES = 4 << 30  # for each process: a mutant may ask for more and more
+MEMORY_BYTES = 4 << 30  # for each process: a mutant may allocate without end
 RESULTS = ("not compiled", "same code", "killed", "out of time", "survived")
 
 
 @dataclasses.dataclass(frozen=True, order=True)
 class Mutant:
-    """A file below the project's root in which the bytes from start to end become new."""
+    """A change of a file, named by its path below the project's root: new replaces the bytes from start to end."""
     file: str
     start: int
     end: int
@@ -48,7 +48,7 @@ class Mutant:
         return text[:self.start] + self.new.encode() + text[self.end:]
 
 
-# What is broken, found in clang's syntax tree
+# Finding mutants in clang's syntax tree
 
 COMPARISONS = {"<": ("<=", ">="), "<=": ("<", ">"), ">": (">=", "<="), ">=": (">", "<"), "==": ("!=",), "!=": ("==",)}
 OPERATORS = COMPARISONS | {
@@ -58,15 +58,15 @@ OPERATORS = COMPARISONS | {
 UNARY_OPERATORS = {"!": "", "-": "", "~": "", "++": "--", "--": "++"}
 INTEGER = re.compile(r"(0[xX][0-9a-fA-F']+|[0-9][0-9']*)([uUlLzZ]*)")
 FLOATING = re.compile(r"([0-9'.]+(?:[eE][-+]?[0-9]+)?)([fFlL]?)")
-SYMMETRIC = ("max", "min", "swap")  # functions that do the same with swapped arguments
+SYMMETRIC = ("max", "min", "swap")  # functions whose arguments may be swapped
 ARITHMETIC = range(TypeKind.BOOL.value, TypeKind.LONGDOUBLE.value + 1)
 
 
 def other_numbers(literal):
-    """Bounds that are off by one, other bits, a double and a half."""
+    """Returns what may replace a number: its neighbours, a flipped bit, its double and its half."""
     if match := INTEGER.fullmatch(literal):
         digits, suffix = match[1].replace("'", ""), match[2]
-        if digits[:2] in ("0x", "0X"):  # a colour or a mask, of which one more would say nothing
+        if digits[:2] in ("0x", "0X"):  # a colour or a mask, where one more changes too little
             return [f"{int(digits, 16) ^ 8 << 4 * (len(digits) - 3):#x}{suffix}"]
         value = int(digits, 8 if digits[0] == "0" else 10)
         return [f"{other}{suffix}" for other in (value + 1, value - 1) if other >= 0]
@@ -77,14 +77,14 @@ def other_numbers(literal):
 
 
 class Finder:
-    """The mutants of the project's files that one translation unit reads."""
+    """Finds the mutants in the project's files that one translation unit reads."""
 
     def __init__(self, root, source, arguments, keys):
         self.root, self.keys, self.found, self.texts = root, keys, set(), {}
         unit = Index.create().parse(str(root / source), arguments,
                                     options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD)
         nodes = [node for node in unit.cursor.get_children() if self.is_ours(node)]
-        # What stands in a macro's parentheses the tree puts where the macro begins. These are assertions, mostly.
+        # The tree places a macro's arguments at the start of the macro. Most macros are assertions.
         self.macros = {(node.location.file.name, node.extent.start.offset)
                        for node in nodes if node.kind == CursorKind.MACRO_INSTANTIATION}
         for node in nodes:
@@ -126,7 +126,7 @@ class Finder:
         self.add(node.extent.start.offset, node.extent.end.offset, new)
 
     def replace_between(self, start, end, table):
-        """Where nothing but blanks and an operator of the table stands."""
+        """Replaces the operator in a range that holds nothing else but blanks."""
         gap = self.cut(start, end)
         start += len(gap) - len(gap.lstrip())
         for other in table.get(gap.strip(), ()):
@@ -165,7 +165,7 @@ class Finder:
         if condition is None or not condition.kind.is_expression():
             return
         self.replace(condition, f"!({self.words(condition)})")
-        if node.kind != CursorKind.WHILE_STMT:  # forced, a loop runs never or for ever
+        if node.kind != CursorKind.WHILE_STMT:  # a forced loop would run never or for ever
             self.replace(condition, "true")
             self.replace(condition, "false")
 
@@ -210,7 +210,7 @@ def catalogue_keys(root):
 
 
 def all_mutants(tree, kept):
-    """Those of all files that tests link. Kept in a file, for it takes minutes."""
+    """Returns the mutants of all files that tests link. Keeps them in a file, because finding them takes minutes."""
     if not kept.exists() or kept.stat().st_mtime < Path(__file__).stat().st_mtime:
         keys = catalogue_keys(tree.root)
         with multiprocessing.Pool() as pool:
@@ -222,8 +222,8 @@ def all_mutants(tree, kept):
 
 
 def drawn(mutants, root, seed):
-    """All lines that can be broken, in an order of the seed, each with one of its mutants. So a long table weighs no
-    more than its lines, and a longer run begins with the mutants of a shorter one."""
+    """Returns one mutant of each line that has any, in an order drawn from the seed. So a line counts once however many
+    mutants it has, and a longer run begins with the mutants of a shorter one."""
     texts = {file: (root / file).read_bytes() for file in {mutant.file for mutant in mutants}}
     lines = collections.defaultdict(list)
     for mutant in sorted(mutants):
@@ -234,16 +234,16 @@ def drawn(mutants, root, seed):
     return chosen
 
 
-# How it is built and tested
+# Building and testing mutants
 
 class Runner:
-    """Runs commands, and ends those that are still running when the run itself is ended."""
+    """Runs commands, and kills those that still run when this program is stopped."""
 
     def __init__(self):
         self.stopping, self.running = threading.Event(), set()
 
     def run(self, command, seconds, **options):
-        """The status, or None when time was up, and what was said."""
+        """Returns the status, or None if time was up, and the output."""
         process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                                    start_new_session=True, **options)
         self.running.add(process)
@@ -253,7 +253,7 @@ class Runner:
         except subprocess.TimeoutExpired:
             self.end(process)
             output, status = process.communicate()[0], None
-        self.end(process)  # what it started and left behind
+        self.end(process)  # processes that it left behind
         self.running.discard(process)
         if self.stopping.is_set():
             raise InterruptedError
@@ -276,7 +276,7 @@ Test = collections.namedtuple("Test", "command programs properties")
 
 
 class Tree:
-    """A clone of the project with a build of its own, in which one mutant at a time is tried."""
+    """A clone of the project with its own build, which tries one mutant at a time."""
 
     def __init__(self, project, root, runner):
         self.root, self.build_dir, self.home, self.runner = root, root / "build", root / "home", runner
@@ -285,7 +285,7 @@ class Tree:
         commit = subprocess.check_output(["git", "-C", project, "rev-parse", "HEAD"], text=True).strip()
         self.must("git", "-C", root, "checkout", "--quiet", "--force", "--detach", commit)
         self.must("cmake", "-S", root, "-B", self.build_dir, *CONFIGURE)
-        # In the order in which the tests are declared, which is from the lowest floor up.
+        # The order of the declarations, from the lowest folder up.
         self.folders = [folder for folder in re.findall(r"add_subdirectory\((\w+)\)",
                                                         (root / "tests/CMakeLists.txt").read_text())
                         if (root / "src" / folder).is_dir()]
@@ -297,7 +297,7 @@ class Tree:
         return output
 
     def sources(self):
-        """The files of src/ that tests link, with how each is compiled."""
+        """Yields the files of src/ that tests link, each with its compiler arguments."""
         linked = set(self.must("ninja", "-C", self.build_dir, "-t", "inputs",
                                *(f"tests/{folder}/all" for folder in self.folders)).splitlines())
         for entry in json.loads((self.build_dir / "compile_commands.json").read_text()):
@@ -323,10 +323,10 @@ class Tree:
         return hashlib.sha256(program.read_bytes()).digest()
 
     def run_test(self, test, seconds):
-        """Its status, or None when time was up."""
+        """Returns the test's status, or None if time was up."""
         shutil.rmtree(self.home, ignore_errors=True)
         self.home.mkdir()
-        # A broken program must not find the developer's own files.
+        # A broken program must not touch the developer's own files.
         environment = {name: value for name, value in os.environ.items() if not name.startswith("XDG_")}
         environment |= {"HOME": str(self.home), "TMPDIR": str(self.home)}
         environment |= dict(pair.split("=", 1) for pair in test.properties.get("ENVIRONMENT", []))
@@ -334,13 +334,13 @@ class Tree:
         return self.runner.run(test.command, seconds, cwd=directory, env=environment)[0]
 
     def measure(self, name):
-        """How long the test takes if nothing is broken; None if it fails all the same."""
+        """Returns how long the test takes with nothing broken, or None if it fails."""
         begun = time.monotonic()
         status = self.run_test(self.tests[name], BUILD_SECONDS)
         return time.monotonic() - begun if status == 0 else None
 
     def try_mutant(self, mutant, seconds):
-        """The result, and what tells it: a test or the compiler's first complaint."""
+        """Returns the result and its reason: a test's name or the compiler's first error."""
         original = (self.root / mutant.file).read_bytes()
         (self.root / mutant.file).write_bytes(mutant.applied(original))
         try:
@@ -363,7 +363,7 @@ class Tree:
                 result = "survived"
             names = [name for name, test in self.tests.items()
                      if changed.intersection(test.programs) and seconds[name] is not None]
-            for name in sorted(names, key=seconds.get):  # a quick one tells as much
+            for name in sorted(names, key=seconds.get):  # fast tests first
                 status = self.run_test(self.tests[name], LIMIT_SECONDS + LIMIT_TIMES * seconds[name])
                 if status != 0:
                     return "out of time" if status is None else "killed", name
@@ -371,8 +371,8 @@ class Tree:
 
 
 class Record:
-    """What is known of a seed, a line of JSON each. What a test noticed stays noticed as long as src/ is the same; what
-    none noticed is tried again when the tests have changed."""
+    """The results for a seed, in a file with one line of JSON each. They hold until src/ changes; mutants that survived or
+    ran out of time are tried again after the tests change."""
 
     def __init__(self, project, path):
         self.path, self.lock, self.results, self.seconds = path, threading.Lock(), {}, {}
@@ -383,7 +383,7 @@ class Record:
         for line in path.read_text().splitlines():
             try:
                 entry = json.loads(line)
-            except ValueError:  # it was being written as the run ended
+            except ValueError:  # the run ended while it was written
                 continue
             if entry["src"] != self.versions["src"]:
                 continue
@@ -408,7 +408,7 @@ def line_of(mutant, text):
 
 
 def report(mutants, results, root):
-    """The survivors as diffs, and a table of the folders."""
+    """Prints the survivors as diffs, and a table of the results by folder."""
     for mutant in sorted(mutants):
         if results[mutant] == "survived":
             text = (root / mutant.file).read_bytes()
@@ -427,7 +427,7 @@ def report(mutants, results, root):
 
 
 def share(trees, items, work):
-    """Calls work(tree, item) for each item, in each tree one after the other."""
+    """Calls work(tree, item) once for each item. The trees work in parallel, each on one item at a time."""
     waiting = queue.SimpleQueue()
     for item in items:
         waiting.put(item)
@@ -468,7 +468,7 @@ def try_all(mutants, trees, record):
                 where = line_of(mutant, (tree.root / file).read_bytes())
                 print(f"{known}/{len(mutants)} {where} {result} after {took} s {told_by}".rstrip(), flush=True)
 
-    # A file at a time, for what has not changed since the last mutant is not compiled again.
+    # One file at a time, so that the other files need not be compiled again.
     share(trees, dict.fromkeys(mutant.file for mutant in mutants if mutant not in record.results), try_file)
 
 

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Breaks the commit that is checked out in many small ways, one at a time, and says which of them no test notices.
-# Run: tools/mutants.sh COUNT SEED [FOLDER...]    of all of src/ if no folder of it is named
+# Breaks the current commit in many small ways, one at a time, and prints those that no test notices.
+# Run: tools/mutants.sh COUNT SEED [FOLDER...]    folders of src/; all by default
 #
-# A run that was ended goes on where it was; one of the same seed with a higher count begins with what is known. In
-# build/mutants stay a clone and a build for each processor, and a file of results for each seed.
+# The same command continues an interrupted run; a higher count starts from the known results. build/mutants keeps a
+# clone and a build for each processor, and a file of results for each seed.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . tools/packages.sh

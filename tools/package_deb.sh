@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian package of the commit checked out: always the same bytes, wherever and whenever it is made.
-# Run: tools/package_deb.sh [BUILD_DIRECTORY [OUTPUT_DIRECTORY]]    (build/release, and packages/ below it)
+# Makes the Debian package of the current commit: always the same bytes, wherever and whenever it runs.
+# Run: tools/package_deb.sh [BUILD_DIRECTORY [OUTPUT_DIRECTORY]]    by default build/release, and packages/ there
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . tools/packages.sh

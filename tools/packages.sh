@@ -1,23 +1,23 @@
-# Sourced by ./play, ./check and what makes packages: sees to it that what they need is there. Debian's packages are
-# installed; where there is no apt it is named what is missing, in the words of the system's own package manager.
+# Sourced by ./play, ./check and the scripts that make packages, to provide what they need. Installs Debian packages;
+# without apt-get it prints what is missing, under the names of the system's own package manager.
 
-# What the game is built from and what it runs with.
+# What the game needs to build and to run.
 game_packages="g++ cmake ninja-build pkg-config libsdl2-dev libsdl2-mixer-dev libcairo2-dev libpango1.0-dev
   libfontconfig-dev fonts-dejavu-core fonts-noto-cjk libgl1-mesa-dri"
-# What a machine without a display needs to show it all the same.
+# What ./play needs on a machine without a display.
 headless_packages="xvfb maim xdotool"
-# What the tests and benchmarks need beside these. One version of clang-format and clang-tidy, for each lays out and
-# finds something else; Debian 12 and 13 both have it.
+# What the tests and benchmarks need beside these. clang-format and clang-tidy have a fixed version, because each
+# version formats differently and finds other faults; Debian 12 and 13 both have version 19.
 check_packages="git locales python3 python3-pil strace clang libclang-rt-dev clang-format-19 clang-tidy-19 cppcheck
   libgtest-dev libgmock-dev libbenchmark-dev nlohmann-json3-dev libvorbis-dev xvfb openbox weston x11-xkb-utils
   libx11-dev libxtst-dev"
-# What makes packages of the game, and what the tests of these need beside it.
+# What is needed to make packages of the game, and to test these.
 package_packages="dpkg-dev file patchelf"
 check_packages+=" $package_packages appstream desktop-file-utils fakeroot flatpak-builder librsvg2-bin lintian
   x11-utils"
 
-# How to see without dpkg that a package is there, and what others call it. "-": there is no sign of it, or no name. What
-# makes Debian's own packages is not in it, and does not have to be there.
+# How to detect each package without dpkg, and its name in other package managers. "-" means that there is no way to
+# detect it, or no such package. Tools for Debian packages are not listed, because other systems do not need them.
 package_table="
   Debian             sign                          dnf                        pacman             zypper                     apk
   g++                compiler:c++                  gcc-c++                    gcc                gcc-c++                    g++
@@ -63,10 +63,10 @@ package_table="
 
 has() { command -v "$1" >/dev/null; }
 
-# compiles COMPILER FLAG...: whether it understands C++20.
+# compiles COMPILER FLAG...: succeeds if the compiler knows C++20.
 compiles() { has "$1" && "$@" -std=c++20 -x c++ - -o /dev/null <<<'#include <version>' 2>/dev/null; }
 
-# is_there SIGN: whether the sign of a package is found on this system.
+# is_there SIGN: succeeds if this system has the sign of a package.
 is_there() {
   local what=${1#*:}
   case "$1" in
@@ -79,14 +79,14 @@ is_there() {
   esac
 }
 
-# named PACKAGE COLUMN: what the table has for it in the column of this heading.
+# named PACKAGE COLUMN: prints the package's entry in the column of this heading.
 named() {
   awk -v package="$1" -v heading="$2" '
     $1 == "Debian" { for (i = 1; i <= NF; ++i) if ($i == heading) column = i }
     $1 == package { print $column }' <<<"$package_table"
 }
 
-# name_missing NAME...: on a system without apt. Ends the script if one of them cannot be seen.
+# name_missing NAME...: for systems without apt-get. If a package is missing, prints its name and exits.
 name_missing() {
   local manager install name missing=() names=()
   for manager in dnf pacman zypper apk ""; do
@@ -108,7 +108,7 @@ name_missing() {
   exit 1
 }
 
-# install_packages NAME...: says what it installs; does nothing when all are there. Ends the script where it cannot.
+# install_packages NAME...: installs the missing packages and prints their names. Exits if it cannot.
 install_packages() {
   if ! has apt-get || ! has dpkg-query; then
     name_missing "$@"
@@ -131,7 +131,7 @@ install_packages() {
     "${missing[@]}" >/dev/null
 }
 
-# build_for_packages DIRECTORY: the program and what is installed beside it, in a release build's directory.
+# build_for_packages DIRECTORY: builds the program and all that is installed with it, in a release build's directory.
 build_for_packages() {
   install_packages $game_packages $package_packages
   [ -f "$1/build.ninja" ] || cmake --preset release -B "$1" -DVESKARA_TESTS=OFF >/dev/null

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# ./play without a display: the game is clicked through its menu in a virtual one, plays level 1 by itself, on
-# throw-away data, and a picture of the board in play is kept in build/play.png. Fails if the level is not solved.
-# Arguments go to the program.
+# Runs for ./play on a machine without a display. In a virtual display it clicks through the game's menu, lets the game
+# play level 1 by itself on throw-away data, and saves a picture of the board to build/play.png. Fails if the level is
+# not solved. Arguments go to the program.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -23,7 +23,7 @@ game=$!
 window_shown() { xdotool search --onlyvisible --name "Quenlock's Mahjong" >/dev/null 2>&1; }
 level_solved() { grep -q '"currentLevel":2' "$XDG_DATA_HOME/veskara/progress.json" 2>/dev/null; }
 until window_shown; do
-  if ! kill -0 "$game" 2>/dev/null; then # --help and the like, or a failure
+  if ! kill -0 "$game" 2>/dev/null; then # after --help and the like, or a failure
     wait "$game"
     exit
   fi
@@ -31,18 +31,18 @@ until window_shown; do
 done
 
 game_saved() { [ -e "$XDG_DATA_HOME/veskara/save.json" ] || level_solved; }
-sleep 3 # the splash screen goes by itself, on a busy machine later
+sleep 3 # the splash screen closes by itself, later on a busy machine
 for _ in $(seq 20); do
-  xdotool mousemove 560 400 click 1 # "continue" lies in the middle of the menu
+  xdotool mousemove 560 400 click 1 # "Continue", in the middle of the menu
   sleep 6                           # a game is saved after five seconds
   game_saved && break
 done
-sleep 6 # the deal has flown in and half of it is taken
+sleep 6 # until half of the deal is taken
 maim -u build/play.png
 echo "Picture: $PWD/build/play.png"
 
 solved=no
-for _ in $(seq 240); do # the other half goes
+for _ in $(seq 240); do # until the other half is taken, too
   if level_solved; then
     solved=yes
     break

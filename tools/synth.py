@@ -1,4 +1,4 @@
-"""What make_sounds.py and make_music.py share: struck bodies, noise, rooms, and the way into an Ogg file.
+"""Shared by make_sounds.py and make_music.py: struck bodies, noise, rooms, and Ogg files.
 
 Sounds are numpy arrays of samples in -1..1 at RATE; mono ones have the shape (n,), stereo ones (n, 2). Times
 are seconds, frequencies hertz. Random numbers come from generators that the caller hands over.
@@ -24,7 +24,7 @@ def samples(seconds):
 
 
 def clock(seconds):
-    """The time of each sample of a sound of this length."""
+    """Returns the time of each sample of a sound of this length."""
     return np.arange(samples(seconds)) / RATE
 
 
@@ -53,7 +53,7 @@ def struck(partials, seconds, attack=0.0008):
 
 
 def contact_noise(rng, low, high, t60, seconds, attack=0.0005):
-    """The noise of two surfaces that meet: noise between two frequencies, dying away."""
+    """The noise of two surfaces that meet: noise between two frequencies that dies away."""
     times = clock(seconds)
     band = signal.butter(2, [low, high], "bandpass", fs=RATE, output="sos")
     noise = signal.sosfilt(band, rng.standard_normal(len(times)))
@@ -61,7 +61,7 @@ def contact_noise(rng, low, high, t60, seconds, attack=0.0005):
 
 
 def mix(seconds, *events):
-    """Lays sounds on an empty mono track: events are (start, gain, sound). The track's end cuts them."""
+    """Adds sounds to an empty mono track: events are (start, gain, sound). The track's end cuts them off."""
     track = np.zeros(samples(seconds))
     for start, gain, sound in events:
         first = samples(start)
@@ -71,8 +71,8 @@ def mix(seconds, *events):
 
 
 def room(rng, t60_low, t60_high, predelay=0.004):
-    """Impulse response of a room, stereo: noise in octave bands, the high ones dying faster than the low
-    ones, as air and cloth swallow them first. The energy of each channel is one."""
+    """Returns the stereo impulse response of a room: noise in octave bands. High bands die away faster, because air and
+    cloth absorb them first. The energy of each channel is one."""
     times = clock(1.2 * t60_low)
     edges = 125.0 * 2.0 ** np.arange(8)
     response = np.zeros((len(times), 2))
@@ -91,21 +91,20 @@ def stereo(sound):
 
 
 def in_room(sound, response, wet):
-    """The sound with its room; keeps the sound's length, so leave time for the tail."""
+    """Returns the sound with its room. Keeps the sound's length, so leave time for the tail."""
     dry = stereo(sound)
     return dry + wet * signal.fftconvolve(dry, response, axes=0)[:len(dry)]
 
 
 def circular(sound, response):
-    """The sound through a response, stereo or not; the tail that runs past the end comes in at the beginning: for a
-    sound that loops."""
+    """Returns a looping sound through a response, stereo or not. A tail past the end continues at the beginning."""
     padded = np.zeros((len(sound), response.shape[1]))
     padded[:len(response)] = response
     return fft.irfft(fft.rfft(sound, axis=0) * fft.rfft(padded, axis=0), n=len(sound), axis=0)
 
 
 def faded(sound, fade_in=0.001, fade_out=0.03):
-    """Starts and ends at nothing, along half a cosine, so that neither end clicks."""
+    """Fades both ends along half a cosine, so that neither clicks."""
     sound = sound.copy()
     for edge, ramp in ((slice(None, samples(fade_in)), 1), (slice(-samples(fade_out), None), -1)):
         curve = 0.5 - 0.5 * np.cos(np.pi * np.linspace(0.0, 1.0, len(sound[edge]))[::ramp])

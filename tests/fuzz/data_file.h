@@ -1,4 +1,4 @@
-// data_file.h: the player's data directory of a fuzz target.
+// data_file.h: a fuzz target's data directory.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace fuzz {
 
-// Makes an input the contents of a file of the data directory.
+// Writes an input to a file in the data directory.
 inline void putFile(const std::string& name, const std::uint8_t* data, std::size_t size) {
   static const support::DataHome home;
   home.write(name, std::string(reinterpret_cast<const char*>(data), size));

@@ -1,4 +1,4 @@
-// Any bytes parse; what they parse to is written so that it is read alike.
+// Any bytes can be parsed, and the result is the same after it is written and read again.
 
 #include <cassert>
 #include <cstddef>

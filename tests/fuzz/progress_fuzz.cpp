@@ -1,4 +1,4 @@
-// Whatever progress.json holds, the progress is within its ranges, and saving one part of it keeps the other.
+// Whatever progress.json holds, the progress is within its ranges, and saving one part keeps the other.
 
 #include <cassert>
 #include <cstddef>

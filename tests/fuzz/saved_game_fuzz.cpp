@@ -1,4 +1,4 @@
-// Whatever save.json holds, a game that counts as valid can be looked at like any other, and saving keeps it.
+// Whatever save.json holds, a game that counts as valid can be used like any other, and saving keeps it.
 
 #include <algorithm>
 #include <cassert>

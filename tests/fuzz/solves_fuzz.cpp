@@ -1,4 +1,4 @@
-// Whatever solves.json holds, every solve has an id, and writing the list keeps it.
+// Whatever solves.json holds, every solve has an id, and writing the list keeps all of them.
 
 #include <algorithm>
 #include <cassert>
@@ -13,7 +13,7 @@ namespace {
 
 using Solves = std::vector<store::SolveEntry>;
 
-// A level that none of them has.
+// Returns a level that no solve has.
 int freeLevel(const Solves& solves) {
   int level = 1;
   while (std::any_of(solves.begin(), solves.end(), [&](const auto& solve) { return solve.level == level; }))
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Solves solves = store::listSolves();
   for (const store::SolveEntry& solve : solves) {
     assert(!solve.id.empty());
-    // No picture outside its directory.
+    // Pictures stay in their directory.
     const std::string shot = store::shotPath(solve);
     assert(shot.empty() || shot.rfind('/') == store::solvesDir().size());
   }

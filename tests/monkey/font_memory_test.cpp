@@ -1,5 +1,4 @@
-// Texts of ever new sizes, as in a window that is drawn larger and smaller: their fonts are not kept for
-// ever.
+// Tests that the fonts of ever new text sizes, as in a window that is being resized, are not kept for ever.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +8,7 @@
 
 namespace {
 
-// Those that pango and cairo keep by themselves would be eight megabytes more.
+// The fonts that pango and cairo keep by themselves would take eight megabytes more.
 TEST(FontMemory, DoesNotGrowWithTheSizesOfTexts) {
   if (!support::kMemoryIsSeen) GTEST_SKIP() << "the sanitizers have allocators of their own";
   const auto picture = support::makePicture(8, 8);

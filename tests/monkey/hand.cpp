@@ -70,7 +70,7 @@ void Hand::raise() const {
   event.xclient.window = connection->window;
   event.xclient.message_type = XInternAtom(display, "_NET_ACTIVE_WINDOW", False);
   event.xclient.format = 32;
-  event.xclient.data.l[0] = 2;  // on behalf of the user, whom the window manager obeys
+  event.xclient.data.l[0] = 2;  // a request of the user, which the window manager obeys
   XMapRaised(display, connection->window);
   XSendEvent(display, DefaultRootWindow(display), False, SubstructureRedirectMask | SubstructureNotifyMask,
              &event);

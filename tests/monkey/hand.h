@@ -1,5 +1,5 @@
-// hand.h: mouse, keys and window manager of a display, without asking whether what they do makes sense. Knows
-// no program. Units: pixels of the screen.
+// hand.h: sends mouse, key and window manager requests to a display, whether they make sense or not. Knows no
+// program. Units: pixels of the screen.
 #pragma once
 
 #include <memory>
@@ -11,25 +11,25 @@ namespace test {
 
 class Hand {
  public:
-  // Throws std::runtime_error when the display cannot be reached.
+  // Throws std::runtime_error if the display cannot be reached.
   explicit Hand(const std::string& displayName);
   Hand(const Hand&) = delete;
   Hand& operator=(const Hand&) = delete;
   ~Hand();
 
   void move(window::Point onScreen) const;
-  // The numbers are X's: 1 to 3 are buttons, 4 to 7 the wheel's ways.
+  // Numbered as in X: 1 to 3 are buttons, 4 to 7 the wheel's directions.
   void button(unsigned number, bool down) const;
   void key(unsigned code, bool down) const;
 
-  // The window that is active now is the one that is meant below. One that is gone is left in peace.
+  // Takes the active window for the functions below. They do nothing to a window that is gone.
   void takeWindow();
   void resize(window::Size size) const;
   void minimise() const;
-  // Brings it back and makes it the active one.
+  // Restores and activates the window.
   void raise() const;
   bool isShown() const;
-  // No window has the keyboard then.
+  // Takes the keyboard from all windows.
   void dropFocus() const;
 
  private:

@@ -1,6 +1,5 @@
-// Somebody who plays all levels three times over (sanitized, a part of them): what the files say is what an
-// independent count says, and the files and the memory stay as small as they were. VESKARA_LEVELS sets how
-// many levels are solved.
+// Solves many levels in a row; VESKARA_LEVELS sets how many. The files must agree with an independent count,
+// and files and memory must stay small.
 
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
@@ -33,13 +32,13 @@ using test::UnseenProgram;
 using ui::ScreenKind;
 
 constexpr std::size_t kMostSolves = 200;
-constexpr int kMostFrames = 2000;    // of one level
-constexpr double kFrameTime = 0.33;  // a little more than a chosen pair stays: a pair goes every other frame
+constexpr int kMostFrames = 2000;    // per level
+constexpr double kFrameTime = 0.33;  // longer than a chosen pair stays: a pair goes every other frame
 constexpr std::uintmax_t kMostFileBytes = 64 * 1024;
 
 const ui::GameState& top() { return ui::Game::instance().descriptors().back(); }
 
-// What the files ought to hold, counted without them.
+// What the files should hold, counted without reading them.
 class Count {
  public:
   void solved(const ui::GameState& result) {
@@ -88,7 +87,7 @@ class Count {
     EXPECT_LE(written.size(), kMostSolves);
     ASSERT_EQ(written.size(), records.size());
     for (std::size_t i = 0; i < written.size(); ++i) {
-      // Which name it has and when it was solved nobody can foretell.
+      // Its name and the time of the solve are unpredictable.
       written[i].id.clear();
       written[i].shot.clear();
       written[i].solvedAt = 0;
@@ -110,7 +109,7 @@ class Player {
   explicit Player(std::atomic<long>& frameNumber) : frame(frameNumber) {}
 
   void solve(long levels) {
-    // Past the splash screen.
+    // Skips the splash screen.
     pass(0);
     pass(3);
     newGame();
@@ -133,7 +132,7 @@ class Player {
     require(program.pass(dt), "the program ended");
   }
   void click(const ui::Rect& rect) {
-    pass(1);  // whoever clicks has seen the screen
+    pass(1);  // the screen must have been shown before a click
     program.moveMouse(static_cast<int>(rect.x + rect.w / 2), static_cast<int>(rect.y + rect.h / 2));
     program.button(SDL_BUTTON_LEFT, true);
     program.button(SDL_BUTTON_LEFT, false);
@@ -150,7 +149,7 @@ class Player {
   void next() { click(solvedButton(0)); }
   void toMenu() { click(solvedButton(2)); }
 
-  // Some are played with more aids or more slowly than others, differently in each round.
+  // Some levels take more aids or more time than others, differently in each round.
   void solveLevel(long nr) {
     const int level = static_cast<int>(nr % store::kLastLevel) + 1;
     require(top().kind == ScreenKind::Playing && top().level == level,
@@ -166,11 +165,11 @@ class Player {
       pass(kFrameTime);
     require(top().kind == ScreenKind::Solved, "not solved: level " + std::to_string(level));
     count.solved(top());
-    // The picture is made in the second of them.
+    // The second of these frames makes the picture.
     for (int frames = 0; frames < 3; ++frames) pass(0.5);
   }
 
-  // At rest in the menu.
+  // Measures at rest in the menu.
   void look(long solved) {
     for (int frames = 0; frames < 10; ++frames) pass(0.1);
     count.expectInFiles();

@@ -25,15 +25,15 @@ using ui::ScreenKind;
 
 constexpr double kUsualFrame = 1.0 / 60;
 constexpr const char* kAutoplay = "VESKARA_AUTOPLAY";
-constexpr int kHandFrames = 15;           // until the second click of a double click, at most
-constexpr int kLongGame = 300;            // frames in which the largest board is played to its end
+constexpr int kHandFrames = 15;           // longest time between the clicks of a double click
+constexpr int kLongGame = 300;            // frames that the largest board takes
 constexpr std::size_t kDeepestStack = 3;  // menu, level select or about, and one more
 
 constexpr SDL_Keycode kKnownKeys[] = {
     SDLK_SPACE,  SDLK_h,    SDLK_m,      SDLK_u,        SDLK_PLUS, SDLK_MINUS,    SDLK_EQUALS, SDLK_0,
     SDLK_ESCAPE, SDLK_F11,  SDLK_RETURN, SDLK_KP_ENTER, SDLK_TAB,  SDLK_TAB,      SDLK_LEFT,   SDLK_RIGHT,
     SDLK_UP,     SDLK_DOWN, SDLK_DELETE, SDLK_END,      SDLK_HOME, SDLK_PAGEDOWN, SDLK_PAGEUP};
-// The last ones are letters of other alphabets, and what no key sends.
+// The last ones are letters of other alphabets, and codes that no key sends.
 constexpr SDL_Keycode kStrangeKeys[] = {SDLK_BACKSPACE,
                                         SDLK_INSERT,
                                         SDLK_KP_TAB,
@@ -66,13 +66,12 @@ constexpr Uint16 kModifiers[] = {KMOD_NONE,   KMOD_NONE,  KMOD_LCTRL, KMOD_RSHIF
                                  KMOD_LSHIFT, KMOD_SHIFT, KMOD_CAPS,  KMOD_ALT,    KMOD_LCTRL | KMOD_LSHIFT};
 
 constexpr WindowSize kUsualSize = {640, 480};
-// Those of screens, of phones, of halves of screens, and of what a window manager makes of a window that has
-// no place.
+// Sizes of screens, of phones, of half screens, and of windows that a window manager has squeezed.
 constexpr WindowSize kSizes[] = {kUsualSize,  kUsualSize,  kUsualSize,  {1100, 760},  {800, 600},
                                  {1366, 700}, {640, 1000}, {1280, 480}, {1920, 1080}, {641, 481},
                                  {320, 240},  {90, 700},   {700, 40},   {1, 1}};
 constexpr double kScales[] = {1, 1, 1, 1.25, 1.5, 2, 0.5};
-// In seconds: a hitch, a minute of thought, an hour of sleep, and a clock that stands still.
+// In seconds: a clock that stands still, a hitch, a minute of thought, an hour of sleep.
 constexpr double kPauses[] = {0, 0, 0.1, 0.3, 1, 3, 7, 61, 3600, 1e6};
 constexpr SDL_WindowEventID kFocusEvents[] = {SDL_WINDOWEVENT_FOCUS_LOST, SDL_WINDOWEVENT_FOCUS_GAINED,
                                               SDL_WINDOWEVENT_LEAVE,      SDL_WINDOWEVENT_ENTER,
@@ -80,7 +79,7 @@ constexpr SDL_WindowEventID kFocusEvents[] = {SDL_WINDOWEVENT_FOCUS_LOST, SDL_WI
                                               SDL_WINDOWEVENT_EXPOSED,    SDL_WINDOWEVENT_MAXIMIZED,
                                               SDL_WINDOWEVENT_RESTORED,   SDL_WINDOWEVENT_MOVED};
 
-// The buttons of the dialog in the middle of the window.
+// The buttons of a dialog, from the middle of the window.
 constexpr double kDialogButtonX = 100;
 constexpr double kDialogButtonY = 115 - 62 + 21;
 
@@ -113,7 +112,7 @@ void Monkey::changeMood() {
   letGo();
   program.holdModifiers(KMOD_NONE);
   program.setMinimised(minimised = false);
-  // Small windows make quick frames.
+  // Frames of small windows are fast.
   if (!oneIn(4)) {
     program.setScale(1);
     program.resize(kUsualSize);
@@ -135,8 +134,8 @@ void Monkey::pass(double dt) {
   EXPECT_LE(ui::Game::instance().descriptors().size(), kDeepestStack);
 }
 
-// The saved game goes by a win, by a new game or a level that was meant, and otherwise only becomes the one
-// that is played.
+// The saved game may go only by a win, or by a new game or level that was meant. Otherwise it may only become
+// the game in play.
 void Monkey::accountForGame(const ui::GameState& before) {
   const store::SavedGame now = store::loadGame();
   const store::SavedGame last = std::exchange(saved, now);
@@ -145,7 +144,7 @@ void Monkey::accountForGame(const ui::GameState& before) {
   EXPECT_TRUE(!begins || heardMeant())
       << "a level was begun by no click or key of screen " << static_cast<int>(before.kind);
   if (!last.valid || (now.valid && now.level == last.level && now.seed == last.seed)) return;
-  // A new game, a level's card, or the answer that resets the progress.
+  // A new game, a level's card, or "reset" in the settings.
   const bool chosen = (before.kind == ScreenKind::Menu || before.kind == ScreenKind::LevelSelect ||
                        before.kind == ScreenKind::Settings) &&
                       heardMeant();
@@ -182,7 +181,7 @@ void Monkey::beWild() {
   pass(std::exchange(frameTime, kUsualFrame));
 }
 
-// Works the controls there are.
+// Uses the screen's controls.
 void Monkey::seeSights() {
   if (oneIn(3)) {
     const std::vector<Spot> known = sights();
@@ -198,7 +197,7 @@ void Monkey::seeSights() {
   pass(oneIn(20) ? 0.5 : kUsualFrame);
 }
 
-// Lets the game play itself, looks at the result for a moment, and goes on from there.
+// Lets the game play by itself, looks at the result for a moment, and goes on.
 void Monkey::playOn() {
   const ScreenKind screen = UnseenProgram::screen();
   if (screen == ScreenKind::Menu) {
@@ -214,7 +213,7 @@ void Monkey::playOn() {
   pass(screen == ScreenKind::Playing ? 0.33 : 0.1);
 }
 
-// Sleeps over the menu until the demo runs, and through some of that.
+// Waits at the menu until the demo runs, and watches some of it.
 void Monkey::dream() {
   const ScreenKind screen = UnseenProgram::screen();
   const bool onTheWay = screen != ScreenKind::Menu && screen != ScreenKind::Attract;
@@ -261,7 +260,7 @@ void Monkey::letGo() {
   program.button(SDL_BUTTON_LEFT, false);
 }
 
-// As fast as a hand, or faster.
+// As fast as a hand or faster.
 void Monkey::doubleClick() {
   const std::vector<Spot> known = sights();
   const Spot spot = known.empty() || oneIn(2) ? anywhere() : oneOf(known);
@@ -270,7 +269,7 @@ void Monkey::doubleClick() {
   promise = {spot, true, 1 + below(kHandFrames)};
 }
 
-// Goes to another screen with the button held.
+// Changes the screen while the button is held.
 void Monkey::pressAcross() {
   const std::vector<Spot> known = sights();
   point(known.empty() || oneIn(2) ? anywhere() : oneOf(known));
@@ -329,7 +328,7 @@ void Monkey::minimise() { program.setMinimised(minimised = !minimised); }
 
 void Monkey::letTimePass() { frameTime = oneOf(kPauses); }
 
-// A stuck program that wakes up, or a cat on the keyboard.
+// Sends much input at once, as when a stuck program wakes up.
 void Monkey::everythingAtOnce() {
   for (int i = 0; i < 30; ++i) {
     knownKey();
@@ -345,7 +344,7 @@ void Monkey::endProgram() {
   program.key(SDLK_q, KMOD_LCTRL);
 }
 
-// --- where there is something to click ---
+// --- places to click ---
 
 namespace {
 
@@ -400,7 +399,7 @@ class Sights {
     back();
     for (int page = 0; page < screens::kPages; ++page) add({w * page / screens::kPages, 64, w / 10, 40});
   }
-  // Wherever the window's width puts them.
+  // At their places for the window's width.
   void cards() {
     const double top = screens::kPagedListTop;
     for (int i = 0; i < 4; ++i) add({0, top, w, h - top});
@@ -490,7 +489,7 @@ void Monkey::seeEverything() {
   for (int level = 1; level <= store::kLastLevel; ++level) mj::levelToConfig(level);
   open(ScreenKind::Attract);
   for (int i = 0; i < kDemoFrames; ++i) pass(0.03);
-  open(ScreenKind::Menu);  // a demo with nothing below it has no way out
+  open(ScreenKind::Menu);  // a demo with no screen below it has no way out
 }
 
 }  // namespace test

@@ -1,7 +1,6 @@
-// monkey.h: somebody who does with the program whatever can be done with mouse, keys and window, without
-// sense most of the time, and with just enough of it at others to get to every screen. It knows what it
-// meant: a saved game that goes otherwise is a failure. What it does follows from its seed and from the
-// screens it comes to.
+// monkey.h: plays with the program at random, by mouse, keys and window, and at times with just enough sense
+// to reach every screen. It knows which clicks and keys were meant for a screen, and fails the test if the
+// saved game goes in another way. Its acts depend only on its seed and on the screens that it reaches.
 #pragma once
 
 #include <array>
@@ -22,20 +21,19 @@ inline constexpr std::size_t kScreenKinds = 10;
 
 class Monkey {
  public:
-  // The program must outlive it.
+  // The program must outlive the monkey.
   Monkey(UnseenProgram& toPlayWith, std::uint32_t seed) : program(toPlayWith), random(seed) {}
 
-  // One frame with some input or none. A program that was told to end is started again at once.
+  // Plays one frame, with or without input. If the program was told to end, starts it again at once.
   void frame();
-  // Some frames: to the menu, in English, in a window of 640 x 480 that is nothing special, and there it
-  // waits.
+  // Goes to the menu and waits there, in English, in an ordinary window of 640 x 480. Takes some frames.
   void goHome();
 
-  // Some more: every screen in every language, and the demo for so long that its caption has had all its
-  // sizes. From then on the libraries' caches of fonts and glyphs are as full as they get.
+  // Shows every screen in every language, and the demo until its caption has had all its sizes. Afterwards
+  // the libraries' caches of fonts and glyphs are full.
   void seeEverything();
 
-  // Frames that each kind of screen has had so far.
+  // The number of frames of each kind of screen so far.
   const std::array<int, kScreenKinds>& framesOn() const { return seen; }
 
  private:
@@ -87,12 +85,12 @@ class Monkey {
   void keepPromise();
   void point(const Spot& spot);
   void click(const Spot& spot);
-  // Places in the controls of the screen that is open; none where it has none.
+  // Returns places in the controls of the open screen.
   std::vector<Spot> sights();
   Spot anywhere();
   Spot somewhereIn(const ui::Rect& rect);
 
-  // 0 to n - 1, all alike.
+  // Uniform, from 0 to n - 1.
   int below(int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); }
   bool oneIn(int n) { return below(n) == 0; }
   template <class Table>
@@ -107,14 +105,14 @@ class Monkey {
   int moodLeft = 0;  // frames
   double frameTime = 1.0 / 60;
   std::optional<Drag> drag;
-  // A click, or the end of one, that comes so many frames later.
+  // A click, or its release, that follows some frames later.
   struct Promise {
     Spot spot;
     bool press;
     int frames;
   };
   std::optional<Promise> promise;
-  store::SavedGame saved;  // as the program left it after the last frame
+  store::SavedGame saved;  // after the last frame
   bool minimised = false;
 };
 

@@ -1,5 +1,5 @@
-// Input that nobody thought of, for a long time: the program goes on, its files stay whole, its memory does
-// not grow. VESKARA_MONKEY_FRAMES sets the frames of all seeds together, VESKARA_MONKEY_SEED the first seed.
+// Long runs of random input: the program goes on, its files stay whole, its memory does not grow.
+// VESKARA_MONKEY_FRAMES sets the frames of all seeds together, VESKARA_MONKEY_SEED the first seed.
 
 #include <gtest/gtest.h>
 #include <pango/pangocairo.h>
@@ -42,12 +42,12 @@ std::string nameOf(unsigned seed, long frames) {
   return "monkey of seed " + std::to_string(seed) + ", " + std::to_string(frames) + " frames";
 }
 
-// Half of them find all levels open.
+// Half of the monkeys start with all levels open.
 void openLevels(unsigned seed) {
   if (seed % 2 == 0) store::saveProgress({.currentLevel = store::kLastLevel, .totalSolves = 0});
 }
 
-// A short run may miss a screen.
+// A shorter run may miss a screen.
 constexpr long kFramesToBeEverywhere = 5000;
 
 void expectWasEverywhere(const Monkey& monkey, long frames) {
@@ -80,16 +80,16 @@ TEST_P(MonkeyRun, IsSurvivedAndLeavesWholeFiles) {
   life.expectWholeFiles();
 }
 
-// Of a tenth of the frames.
+// Measured over a tenth of the frames.
 struct Memory {
-  long bytes = 0;    // of the homecomings the middle one
-  int textures = 0;  // the most there were at any time
+  long bytes = 0;    // the median of the measurements at home
+  int textures = 0;  // the maximum at any time
 };
 
-constexpr int kHomecomings = 5;  // in a tenth
+constexpr int kHomecomings = 5;  // in a tenth of the frames
 
-// Of fonts the game keeps some megabytes for a while, more or fewer by chance. Texts of so many sizes are
-// drawn that it forgets them.
+// The game keeps some megabytes of fonts for a while, more or fewer by chance. This draws texts in so many
+// sizes that the game forgets them.
 void makeFontsForgotten() {
   const auto picture = support::makePicture(8, 8);
   const ui::CairoContext cr(cairo_create(picture.get()));
@@ -100,9 +100,9 @@ void makeFontsForgotten() {
   g_object_unref(kept);
 }
 
-// Without the pixels of textures, of which windows of other sizes have others. Cairo keeps the last fonts for
-// later: after three rounds they are those of the texts here. A thread of pango's may have all of a round in
-// hand a moment longer, so several are looked at.
+// Returns the live bytes without the pixels of textures, which depend on the window's size. Cairo keeps the
+// last fonts; after three rounds they are those of the texts drawn here. A thread of pango's may hold a
+// round's memory a moment longer, so the minimum of several rounds counts.
 long bytesWithoutFonts() {
   constexpr int kRounds = 6;
   long least = std::numeric_limits<long>::max();
@@ -132,7 +132,7 @@ Memory playTenth(Monkey& monkey, long frames, std::atomic<long>& frame) {
   return memory;
 }
 
-// Until pango and cairo have met some hundred sizes of letters they keep what they know of each.
+// Pango and cairo cache each size of letters until they have met some hundred sizes.
 constexpr long kLeastFrames = 200000;
 
 TEST(MonkeyMemory, DoesNotGrow) {
@@ -143,7 +143,7 @@ TEST(MonkeyMemory, DoesNotGrow) {
   const unsigned seed = seedOf(0);
   const long frames = allFrames();
   life.live(nameOf(seed, frames), [&](std::atomic<long>& frame) {
-    // With all letters there: pango keeps for good some of the boxes that it draws for those it lacks.
+    // Use fonts with all letters: pango never frees some of the boxes that it draws for missing ones.
     setenv("FONTCONFIG_FILE", VESKARA_PLAYER_FONTS, 1);
     openLevels(seed);
     UnseenProgram program;

@@ -1,4 +1,4 @@
-// no_opener.h: a desktop's opener of links that opens nothing, found before any other.
+// no_opener.h: puts an xdg-open that opens nothing first in the path.
 #pragma once
 
 #include <sys/stat.h>

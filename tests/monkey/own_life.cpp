@@ -16,7 +16,7 @@
 namespace test {
 namespace {
 
-// Written by one process and read by the other.
+// One process writes it, the other reads it.
 class SharedNumber {
  public:
   SharedNumber()

@@ -1,5 +1,4 @@
-// own_life.h: a long run in a process of its own: whatever that process dies of, the test that waits for it
-// says in which frame.
+// own_life.h: runs a long test in its own process. If that process dies, the waiting test names the frame.
 #pragma once
 
 #include <atomic>
@@ -10,18 +9,17 @@
 
 namespace test {
 
-// Where the run keeps the player's files and the cache.
+// Also holds the directories of the run's files and cache.
 class OwnLife {
  public:
-  // What a run is told: after each frame its number is to be written here.
+  // A run writes the number of each finished frame to `frame`.
   using Run = std::function<void(std::atomic<long>& frame)>;
 
-  // Runs `run` to the end of its process, with the destructors of the program's statics. The test fails,
-  // naming `name` and the frame, if the run failed or the process did not end well.
+  // Runs `run` in a process and lets that end, with the destructors of the program's statics. If the run or
+  // the process fails, fails the test with `name` and the frame.
   void live(const std::string& name, const Run& run) const;
 
-  // Fails the test for each file that another reader cannot read, or that the game itself takes for something
-  // else than is written.
+  // Fails the test for each file that another library cannot read, or that the game reads differently.
   void expectWholeFiles() const;
 
   std::string dataDir() const { return home.path("veskara"); }

@@ -1,4 +1,4 @@
-// seed.h: how long a monkey plays and what it begins with, as the environment says.
+// seed.h: reads from the environment how long monkeys play and their seeds.
 #pragma once
 
 #include <cstdlib>
@@ -10,7 +10,7 @@ inline long numberFrom(const char* variable, long otherwise) {
   return text == nullptr || *text == '\0' ? otherwise : std::strtol(text, nullptr, 10);
 }
 
-// Of the first monkey; others count on from it.
+// The first monkey's seed; the others' follow it.
 inline unsigned firstSeed() { return static_cast<unsigned>(numberFrom("VESKARA_MONKEY_SEED", 1)); }
 
 }  // namespace test

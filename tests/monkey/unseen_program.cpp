@@ -19,11 +19,11 @@
 
 namespace {
 
-// Clicks or presses that follow one another as fast, in seconds, belong together, for so long.
+// In seconds. Clicks or presses with at most this gap belong together, for at most this long.
 constexpr double kRunGap = 0.3;
 constexpr double kLongestRun = 1;
 
-// What the program asks SDL for and gets from the test.
+// What SDL would tell the program, set by the test.
 struct Seen {
   double now = 0;
   int mouseX = 0;
@@ -34,7 +34,7 @@ struct Seen {
   long frame = 0;
 };
 
-// Copying textures in software takes most of a frame, and nobody sees it: so it is done in every tenth only.
+// Copying textures in software takes most of a frame, and nobody sees it, so only every tenth frame does.
 constexpr long kCopiedFrames = 10;
 
 Seen& seen() {
@@ -46,13 +46,13 @@ bool copiesFrame() { return seen().frame % kCopiedFrames == 0; }
 
 double testClock() { return seen().now; }
 
-// Never destroyed: the process ends with textures.
+// Never destroyed, because the process ends with live textures.
 std::map<SDL_Texture*, long>& textures() {
   static auto& live = *new std::map<SDL_Texture*, long>;
   return live;
 }
 
-// SDL's own function behind one of those below.
+// Returns SDL's own function behind a replacement below.
 template <class Function>
 Function* original(const char* name) {
   return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
@@ -60,7 +60,7 @@ Function* original(const char* name) {
 
 }  // namespace
 
-// These take the place of SDL's own in this program: its dummy window has no mouse, no scale, and cannot be
+// These replace SDL's functions in this program: SDL's dummy window has no mouse, no scale, and cannot be
 // minimised.
 
 Uint32 SDL_GetMouseState(int* x, int* y) {
@@ -83,8 +83,8 @@ Uint32 SDL_GetWindowFlags(SDL_Window* window) {
   return ask(window) | (seen().minimised ? Uint32{SDL_WINDOW_MINIMIZED} : 0U);
 }
 
-// Nobody else sends it any: there is nothing to wait for. A poll would mark the queue's end, and the next one
-// stop there.
+// Only the test sends events, so there is nothing to wait for. A poll would mark the end of the queue, and
+// the next poll would stop there.
 int SDL_WaitEventTimeout(SDL_Event* event, int /*timeout*/) {
   return SDL_PeepEvents(event, 1, SDL_GETEVENT, SDL_FIRSTEVENT, SDL_POLLSENTINEL - 1) > 0 ? 1 : 0;
 }
@@ -143,7 +143,7 @@ UnseenProgram::UnseenProgram() {
   setenv("SDL_VIDEODRIVER", "dummy", 1);
   setenv("SDL_AUDIODRIVER", "dummy", 1);
   check(SDL_Init(SDL_INIT_TIMER | SDL_INIT_VIDEO) == 0, "SDL_Init");
-  // Once in a process, as in the game: fontconfig would list the font again at each start.
+  // Once per process, as in the game: fontconfig would list the font again at each start.
   ui::registerBundledFonts();
   start();
 }
@@ -180,13 +180,13 @@ void UnseenProgram::restart() {
   end();
   ui::Game::settings() = store::loadSettings();
   seen().minimised = false;
-  // A program that was just started has heard of no click.
+  // A new program knows of no click.
   lastRelease = -10;
   foreignRun = false;
   lastPress = -10;
   foreignPress = false;
   start();
-  // The screen that was open lives one frame longer, and may ask for another, which then wins.
+  // The open screen lives one frame longer and may ask for another screen, which then wins.
   do {
     ui::Game::instance().resetTo({});
     pass(0);
@@ -200,7 +200,7 @@ bool UnseenProgram::pass(double dt) {
   judgeClicks();
   judgePresses();
   const bool goesOn = loop->pass();
-  // A screen that is still to be built has had no frame.
+  // A screen that is not built yet has had no frame.
   framesOfScreen = ui::Game::instance().beginsScreen() ? 0 : framesOfScreen + 1;
   if (framesOfScreen == 1) shownAt = seen().now;
   if (framesOfScreen == 0) pressedHere = false;
@@ -242,7 +242,7 @@ void UnseenProgram::moveMouse(int x, int y) {
 void UnseenProgram::button(Uint8 which, bool down) {
   const Uint32 mask = SDL_BUTTON(which);
   const bool isDown = (seen().buttons & mask) != 0;
-  if (isDown == down) return;  // no mouse tells that twice
+  if (isDown == down) return;  // a mouse reports each change once
   if (which == SDL_BUTTON_LEFT) leftButton.push_back(down);
   seen().buttons = down ? seen().buttons | mask : seen().buttons & ~mask;
   SDL_Event event = {};

@@ -1,6 +1,6 @@
-// unseen_program.h: all of the program but its main function, run where nobody sees or hears it: on SDL's
-// dummy drivers and its software renderer, under a clock, a mouse and modifier keys of the test's own. Knows
-// no particular screen. Units: logical pixels, seconds.
+// unseen_program.h: runs the whole program except its main function on SDL's dummy drivers and its software
+// renderer. The test sets the clock, the mouse and the modifier keys. Knows no particular screen. Units:
+// logical pixels, seconds.
 #pragma once
 
 #include <SDL.h>
@@ -19,29 +19,28 @@ struct WindowSize {
   int h = 480;
 };
 
-// One at a time. Settings and files are those of the process.
+// Make one at a time. It uses the settings and files of the process.
 class UnseenProgram {
  public:
   UnseenProgram();
   UnseenProgram(const UnseenProgram&) = delete;
   UnseenProgram& operator=(const UnseenProgram&) = delete;
-  // Ends it as the program ends, but for the screen that is open: that lives to the end of the process, here
-  // and there.
+  // Ends as the program does. The open screen lives until the process ends, as it does in the program.
   ~UnseenProgram();
 
-  // One frame, so long after the one before. False when the program would end now.
+  // Runs one frame, `dt` after the previous one. Returns false if the program would end now.
   bool pass(double dt);
-  // Ends it and starts it anew, settings read from their file and the splash screen first.
+  // Ends and starts again: reads the settings from their file and shows the splash screen.
   void restart();
 
   static ui::ScreenKind screen();
-  // Whether the last pass heard of a click that was meant for its screen: pressed and released on it after
-  // its first frame, and not as fast after one on another screen as the second of a double click.
+  // Tells whether the last pass received a click that was meant for its screen: pressed and released on it
+  // after its first frame, and not the second of a double click that began on another screen.
   bool heardMeantClick() const { return meantClick; }
-  // The same of a press of Enter or Space.
+  // The same for a press of Enter or Space.
   bool heardMeantPress() const { return meantPress; }
 
-  // What the next frame hears of.
+  // Input for the next frame.
   void moveMouse(int x, int y);
   void button(Uint8 which, bool down);
   void wheel(int steps);
@@ -49,13 +48,13 @@ class UnseenProgram {
   void windowEvent(SDL_WindowEventID what);
   void closeWindow();
 
-  // At once.
+  // Takes effect at once.
   void holdModifiers(Uint16 modifiers);
-  // As a window manager does it, which need not ask what the smallest size is.
+  // As a window manager does, which may ignore the smallest size.
   void resize(WindowSize logical);
-  // Device pixels per logical one.
+  // In device pixels per logical pixel.
   void setScale(double pixels);
-  // As under X11, where a minimised window keeps its size.
+  // As under X11: a minimised window keeps its size.
   void setMinimised(bool minimised);
 
   WindowSize size() const;
@@ -72,7 +71,7 @@ class UnseenProgram {
   std::optional<ui::FrameLoop> loop;
   WindowSize logicalSize;
 
-  std::vector<bool> leftButton;  // what it has done since the last pass: down or up
+  std::vector<bool> leftButton;  // its presses (true) and releases since the last pass
   int framesOfScreen = 0;
   double shownAt = 0;
   bool pressedHere = false;
@@ -80,13 +79,13 @@ class UnseenProgram {
   double lastRelease = -10;
   bool meantClick = false;
 
-  bool pressed = false;  // Enter or Space, since the last pass
+  bool pressed = false;  // Enter or Space since the last pass
   bool foreignPress = false;
   double lastPress = -10;
   bool meantPress = false;
 };
 
-// Textures that the program has made and not destroyed yet, and the bytes of their pixels.
+// The number of the program's textures that are not destroyed yet, and the bytes of their pixels.
 struct LiveTextures {
   int count = 0;
   long bytes = 0;

@@ -50,7 +50,7 @@ class Files {
     }
   }
 
-  // Null for a file that is not there.
+  // Returns null for a missing file.
   json document(const char* file, json::value_t kind) {
     const std::string path = store::dataDir() + "/" + file;
     if (!fs::exists(path)) return nullptr;
@@ -72,7 +72,7 @@ class Files {
     expectSame(doc["maximized"], read.maximized, "maximized");
     expectSame(doc["windowX"], read.windowX, "windowX");
     expectSame(doc["windowY"], read.windowY, "windowY");
-    // A window manager may make the window smaller than it ever opens.
+    // A window manager may make the window smaller than the game ever opens it.
     expectSame(std::max(doc["windowW"].get<int>(), store::kMinWindowW), read.windowW, "windowW");
     expectSame(std::max(doc["windowH"].get<int>(), store::kMinWindowH), read.windowH, "windowH");
   }

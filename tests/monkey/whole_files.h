@@ -1,13 +1,12 @@
-// whole_files.h: looks whether the player's files are what they ought to be, by the eyes of another library
-// and of the game itself.
+// whole_files.h: checks the player's files with another library and with the game itself.
 #pragma once
 
 #include <string>
 
 namespace test {
 
-// A line for each thing that is wrong: a file that is no JSON, a member that the game reads as something else
-// than is written, a picture without a record or a record without its picture, a file that nobody knows.
+// Returns a line for each problem: a file that is not JSON, a member that the game reads differently, a
+// picture without its record, a record without its picture, an unknown file.
 std::string problemsOfFiles();
 
 }  // namespace test

@@ -1,6 +1,6 @@
-// Real mouse and key events in a real window, at random, for VESKARA_MONKEY_SECONDS: the program ends only
-// when it is told to, and then well; its files stay whole, and a saved game goes by a win or by a click.
-// VESKARA_MONKEY_SEED sets the seed.
+// Random real mouse and key events in a real window, for VESKARA_MONKEY_SECONDS. The program ends only when
+// told to, and then properly; its files stay whole, and a saved game goes only by a win, a click or a key
+// that works a control. VESKARA_MONKEY_SEED sets the seed.
 
 #include <gtest/gtest.h>
 
@@ -45,14 +45,14 @@ constexpr unsigned kKnownKeys[] = {43, 58,  30,  21,  20,  19,  65,  kEscape, 95
 constexpr unsigned kFirstKey = kEscape;
 constexpr unsigned kLastKey = 119;
 
-constexpr int kMostSteps = 4;  // of the wheel at once
+constexpr int kMostSteps = 4;  // wheel steps at once
 
 class WindowMonkey {
  public:
   explicit WindowMonkey(unsigned seed) : random(seed), hand(desktop.environment().at("DISPLAY")) { start(); }
 
   void act();
-  // Closes the window. What the game has kept is looked at by the test.
+  // Closes the window. The test then checks what the game has saved.
   void end();
 
   int acts() const { return actCount; }
@@ -65,7 +65,7 @@ class WindowMonkey {
     void (WindowMonkey::*run)();
   };
 
-  // A game that is kept, by what tells it from others; level 0 is none.
+  // What identifies a saved game; level 0 means that there is none.
   struct Kept {
     int level = 0;
     double deal = 0;
@@ -106,8 +106,8 @@ class WindowMonkey {
   support::TempDir scratch;
   const std::string witness = scratch.path("witness");
   std::optional<Game> game;
-  Kept kept;           // when it was looked at last
-  int passBefore = 0;  // of this start's loop, before it was looked at
+  Kept kept;           // at the last look
+  int passBefore = 0;  // of this start's loop, before the last look
   int solves = 0;
   int solvesBefore = 0;  // before the kept game was first seen
   int actCount = 0;
@@ -115,7 +115,7 @@ class WindowMonkey {
 };
 
 void WindowMonkey::start() {
-  // Every other time the game plays itself, so that it comes to the end of a level.
+  // Every other start the game plays by itself, so that it reaches the end of a level.
   const char* pace = ++startCount % 2 == 0 ? "" : "0.02";
   passBefore = 0;
   std::filesystem::remove(witness);
@@ -143,7 +143,7 @@ void WindowMonkey::act() {
   (this->*act->run)();
   ++actCount;
   accountForGame();
-  // A click on the game's own button ends it, too.
+  // A click on the game's own button may have ended it.
   if (!game->process().hasEnded()) return;
   expectGoodEnd();
   accountForGame();
@@ -156,10 +156,10 @@ void WindowMonkey::end() {
   accountForGame();
 }
 
-// From outside nobody can tell to which screen a click came, nor whether it was meant for it: that is what
-// the monkey of frames knows. But a game that goes without a win goes in the very pass of the loop in which a
-// click, or a key that works a control, is heard of: by another key, by the wheel, by another button or with
-// the window none may go.
+// From outside the test cannot tell which screen received a click, nor whether the click was meant for it;
+// the monkey without a window checks that. But a game that goes without a win must go in the pass of the loop
+// that receives a click or a key that works a control. Other keys, the wheel, other buttons and the window
+// must not make it go.
 void WindowMonkey::accountForGame() {
   const int pass = window::testimonyIn(witness).passes;
   const window::DataFiles files(desktop.dataPath());
@@ -176,7 +176,7 @@ void WindowMonkey::accountForGame() {
   solves = files.totalSolves();
 }
 
-// It may have been looked for while its file was being replaced.
+// Looks again, because the file may just have been replaced.
 bool WindowMonkey::isStillThere() const {
   constexpr std::chrono::seconds kReplacing{1};
   return window::waitFor([this] { return keptIn(window::DataFiles(desktop.dataPath())) == kept; },
@@ -192,7 +192,7 @@ void WindowMonkey::expectGoodEnd() {
   EXPECT_EQ(status, 0) << "after " << actCount << " acts: " << game->process().errors();
 }
 
-// As fast as a hand, or faster.
+// As fast as a hand or faster.
 void WindowMonkey::doubleClick() {
   click();
   std::this_thread::sleep_for(std::chrono::milliseconds(below(200)));
@@ -213,7 +213,7 @@ void WindowMonkey::drag() {
   hand.button(1, false);
 }
 
-// Goes to another screen with the button held.
+// Changes the screen while the button is held.
 void WindowMonkey::pressAcross() {
   wander();
   hand.button(1, true);
@@ -245,7 +245,7 @@ void WindowMonkey::anyKey() {
   if (held) hand.key(modifier, false);
 }
 
-// What is clicked beside the window would be the desktop's: so nothing is until it is back.
+// Clicks beside the window would go to the desktop, so this waits until the window is back.
 void WindowMonkey::minimise() {
   hand.minimise();
   window::waitFor([this] { return !hand.isShown() || game->process().hasEnded(); });
@@ -272,7 +272,7 @@ void WindowMonkey::quit() {
   }
 }
 
-// Inside the window: the bar above it has buttons of the window manager's.
+// Inside the window, because its title bar has the window manager's buttons.
 Point WindowMonkey::anywhere() {
   const Point place = game->position();
   const Size size = game->size();

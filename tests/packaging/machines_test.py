@@ -1,6 +1,6 @@
-"""./play and ./check on machines of other kinds: without apt, without what they need, without the right to install it.
+"""Tests ./play and ./check on machines without apt, without packages, or without the right to install them.
 
-Such a machine is a PATH of its own: what every system has, and stand-ins that answer as a test wants."""
+Such a machine is a PATH with the commands of every system, and stand-ins that do what a test wants."""
 
 import os
 import shutil
@@ -18,7 +18,7 @@ NEEDED = ("Xvfb", "appstreamcli", "clang++", "clang-format-19", "clang-tidy-19",
 INSTALLS = {"dnf": "dnf install SDL2-devel", "pacman": "pacman -S sdl2-compat",
             "zypper": "zypper install sdl2-compat-devel", "apk": "apk add sdl2-dev"}
 
-# Builds in no time: a program that says that it plays.
+# Instead of building, makes a program that prints that it plays.
 CMAKE = 'mkdir -p build/release; echo "echo it plays" >build/release/veskara; chmod +x build/release/veskara'
 NO_SDL = '[ "$2" != sdl2 ]'
 

@@ -1,4 +1,4 @@
-"""What tools/mutants.py breaks in a source, and how it tries it."""
+"""Tests which mutants tools/mutants.py finds in a source, and how it tries them."""
 
 import collections
 import importlib.util
@@ -14,7 +14,7 @@ from pathlib import Path
 SOURCE = Path(__file__).resolve().parents[2]
 TOOL = SOURCE / "tools" / "mutants.py"
 
-# Only a test that is about to fail waits so long.
+# Only a failing test waits this long.
 PATIENCE_SECONDS = 200
 
 HAS_CLANG = importlib.util.find_spec("clang") is not None
@@ -37,7 +37,7 @@ class InTemporaryDirectory(unittest.TestCase):
 
 class MutantsAreFound(InTemporaryDirectory):
     def mutants_of(self, text):
-        """Each as the words that are replaced and what replaces them."""
+        """Returns each mutant as the text that it replaces and the new text."""
         self.write("src/a/a.cpp", text)
         found = mutants.mutants_of(self.root, "src/a/a.cpp", ["-std=c++20"], ["menu.about", "menu.gallery"])
         return {(text.encode()[mutant.start:mutant.end].decode(), mutant.new) for mutant in found}
@@ -112,7 +112,7 @@ int ended(int a) {
   return a * 1'000 / 1'000;
 }
 """}
-# Of each line one mutant; whichever it is, it ends like this.
+# One mutant of each line is tried. Whichever it is, its result is the same.
 ENDS = {"not compiled": 1, "same code": 1, "killed": 2, "out of time": 1, "survived": 1}
 
 
@@ -142,7 +142,7 @@ class MutantsAreTried(InTemporaryDirectory):
         return said
 
     def results(self):
-        """Those of all mutants, in the order in which they were tried."""
+        """Returns the results of all mutants, in the order in which they were tried."""
         file = self.root / "build/mutants/1/results.jsonl"
         entries = [json.loads(line) for line in file.read_text().splitlines()] if file.exists() else []
         return [(entry["mutant"]["start"], entry["result"]) for entry in entries if "mutant" in entry]

@@ -1,7 +1,7 @@
-"""What leaves the house: the program as it is built for others, an installation, the packages.
+"""Tests the release build, an installation, and the packages.
 
-Run by ctest, a class at a time, with the build's directory in VESKARA_BUILD_DIR. A tool that the machine does not have
-skips what needs it, and says so."""
+ctest runs one class at a time, with the build directory in VESKARA_BUILD_DIR. A test that needs a missing tool skips
+and says so."""
 
 import gzip
 import json
@@ -28,7 +28,7 @@ METAINFO = f"share/metainfo/{ID}.metainfo.xml"
 MANUALS = ("share/man/man6/veskara.6.gz", "share/man/de/man6/veskara.6.gz")
 DOCUMENTS = "share/doc/veskara"
 ICON_SIZES = (16, 22, 24, 32, 48, 64, 128, 256, 512)
-# What the package and an ordinary installation have in common.
+# Files of both the Debian package and an ordinary installation.
 SHARED_FILES = {
     DESKTOP_ENTRY,
     METAINFO,
@@ -38,7 +38,7 @@ SHARED_FILES = {
     *(f"share/icons/hicolor/{size}x{size}/apps/{ID}.png" for size in ICON_SIZES),
 }
 
-# Only a test that is about to fail waits so long.
+# Only a failing test waits this long.
 PATIENCE_SECONDS = 60
 
 
@@ -49,7 +49,7 @@ def need(*tools):
 
 
 def run(*command, **options):
-    """Its standard output; a failure shows all that it wrote."""
+    """Returns standard output. A failure shows all output."""
     done = subprocess.run([str(word) for word in command], capture_output=True, text=True, **options)
     if done.returncode != 0:
         raise AssertionError(f"{command} ended with {done.returncode}\n{done.stdout}{done.stderr}")
@@ -57,22 +57,22 @@ def run(*command, **options):
 
 
 def files_below(root):
-    """Everything but directories, as paths relative to it."""
+    """Returns everything but directories, as paths relative to root."""
     return {str(path.relative_to(root)) for path in root.rglob("*") if path.is_symlink() or not path.is_dir()}
 
 
 def library_places(file=PROGRAM):
-    """Where the libraries lie that a program or a library loads, by their names."""
+    """Maps the names of the libraries that a program or a library loads to their paths."""
     return {name: Path(place) for name, place in re.findall(r"(?m)^\t(\S+) => (/\S+)", run("ldd", file))}
 
 
 def needed_by(file):
-    """The libraries that it asks for by itself, by their names."""
+    """Returns the names of the libraries that the file itself needs."""
     return set(re.findall(r"NEEDED.*\[(.+)\]", run("readelf", "--dynamic", file)))
 
 
 def graphics_driver():
-    """The files of Mesa's OpenGL that no program asks for by itself."""
+    """Returns the files of Mesa's OpenGL that are loaded at run time only."""
     directory = library_places()["libX11.so.6"].parent
     files = [directory / "libGL.so.1", directory / "libGLX_mesa.so.0", directory / "libEGL_mesa.so.0",
              directory / "dri/swrast_dri.so"]
@@ -83,12 +83,12 @@ def graphics_driver():
 
 
 def owners_of(libraries):
-    """The Debian packages that they come from."""
+    """Returns the Debian packages that contain the libraries."""
     owners = set()
     places = library_places()
     for name in libraries:
         place = str(places[name].resolve())
-        # dpkg knows a file of a merged /usr under one of two names.
+        # With a merged /usr, dpkg knows the file under one of two paths.
         found = subprocess.run(["dpkg-query", "--search", place, place.removeprefix("/usr")],
                                capture_output=True, text=True, check=False).stdout
         owners.add(found.split(":")[0])
@@ -96,12 +96,12 @@ def owners_of(libraries):
 
 
 def languages():
-    """Those that the game speaks, as their codes."""
+    """Returns the codes of the game's languages."""
     return {path.stem for path in (SOURCE / "src/resources/catalogues").glob("??.cpp")}
 
 
 def wait_for(question):
-    """The first answer that is something, or the last one."""
+    """Asks until the answer is true or time is up, and returns the last answer."""
     end = time.monotonic() + PATIENCE_SECONDS
     while not (answer := question()) and time.monotonic() < end:
         time.sleep(0.05)
@@ -109,7 +109,7 @@ def wait_for(question):
 
 
 class Scratch(unittest.TestCase):
-    """A class of tests with a directory of its own."""
+    """A test class with its own directory."""
 
     @classmethod
     def setUpClass(cls):
@@ -119,11 +119,11 @@ class Scratch(unittest.TestCase):
 
 
 class Display:
-    """An X display, while it is entered."""
+    """A context with an X display."""
 
     def __enter__(self):
         read_end, write_end = os.pipe()
-        # It starts anew when its last client leaves, unless told not to: when an xprop leaves, and a game just comes.
+        # Without -noreset it would restart when its last client leaves: an xprop, just as the game connects.
         self.server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
              "-noreset"],
@@ -138,14 +138,14 @@ class Display:
         self.server.wait()
 
     def property(self, name):
-        """Of the game's window as xprop prints it, nothing while there is no such window."""
+        """Returns a property of the game's window as xprop prints it, or an empty string if there is no window."""
         done = subprocess.run(["xprop", "-display", self.name, "-name", TITLE, name],
                               capture_output=True, text=True, check=False)
         return done.stdout.strip() if done.returncode == 0 else ""
 
 
 class Game:
-    """The game running on a display with files of its own, while it is entered. Its window is there at once."""
+    """A context in which the game runs on a display with its own files. Entering it waits for the window."""
 
     def __init__(self, command, display, home, variables=None):
         self.command, self.display, self.home, self.variables = command, display, home, variables or {}
@@ -169,7 +169,7 @@ class Game:
         self.errors.close()
 
     def end(self):
-        """As a session that logs out would; the exit status."""
+        """Ends the game as a logout does, and returns its exit status."""
         self.process.send_signal(signal.SIGTERM)
         return self.process.wait(PATIENCE_SECONDS)
 
@@ -179,7 +179,7 @@ class Game:
 
 
 class Program(unittest.TestCase):
-    """The release build as the compiler left it."""
+    """The program in the build directory."""
 
     def symbols(self):
         return run("readelf", "--wide", "--dyn-syms", PROGRAM)
@@ -206,9 +206,9 @@ class Program(unittest.TestCase):
             wanted = run("dpkg-buildflags", "--get", variable,
                          env=os.environ | {"DEB_BUILD_MAINT_OPTIONS": "hardening=+all"})
             for flag in wanted.split():
-                # Debugging and optimising are the build type's; the paths are mapped by names of our own.
+                # The build type sets debugging and optimisation; the build maps paths with flags of its own.
                 if flag not in ("-g", "-O2") and not flag.startswith("-ffile-prefix-map="):
-                    # A warning ends the builds of developers alone.
+                    # Warnings are errors only in developers' builds.
                     self.assertIn(flag.replace("-Werror=", "-W"), used)
 
     def test_is_built_by_players_whatever_their_compiler_warns_of(self):
@@ -220,7 +220,7 @@ class Program(unittest.TestCase):
 
     def test_names_no_place_on_the_machine_that_built_it(self):
         program = PROGRAM.read_bytes()
-        self.assertIn(b"src/rules/engine.cpp", program)  # of an assertion
+        self.assertIn(b"src/rules/engine.cpp", program)  # from an assertion
         for place in (SOURCE, BUILD):
             self.assertNotIn(bytes(place), program)
 
@@ -229,7 +229,7 @@ class Program(unittest.TestCase):
 
 
 class InstalledTree(Scratch):
-    """cmake --install into an empty folder."""
+    """cmake --install into an empty directory."""
 
     @classmethod
     def setUpClass(cls):
@@ -241,7 +241,7 @@ class InstalledTree(Scratch):
         return [gzip.decompress((self.tree / manual).read_bytes()).decode() for manual in MANUALS]
 
     def translations(self, key):
-        """Of the desktop entry's key, by their languages."""
+        """Maps each language to its translation of a key in the desktop entry."""
         entry = (self.tree / DESKTOP_ENTRY).read_text()
         found = dict(re.findall(rf"(?m)^{key}\[(\w+)\]=(\S.*)$", entry))
         return found | {"en": re.search(rf"(?m)^{key}=(\S.*)$", entry)[1]}
@@ -359,8 +359,8 @@ def png_size(path):
 
 
 def same_picture(seen, expected):
-    """Whether two pictures differ by no more than releases of rsvg do: 2 of 255, and at few edges by a fifth of their
-    contrast."""
+    """Tells whether two pictures differ by no more than releases of rsvg do: by 2 of 255, and at few edges by a fifth
+    of their contrast."""
     try:
         from PIL import Image, ImageChops, ImageFilter
     except ImportError as missing:
@@ -389,7 +389,7 @@ class Icons(Scratch):
 
 
 class DebianPackage(Scratch):
-    """tools/package_deb.sh, and what its package does to a system."""
+    """The package that tools/package_deb.sh makes, and its installation and removal."""
 
     @classmethod
     def setUpClass(cls):
@@ -467,7 +467,7 @@ class DebianPackage(Scratch):
         self.assertNotIn("veskara", (records / "status").read_text())
 
 
-# The shell's script that becomes a command in another root: $0 is the root, $1 the command.
+# A shell script that runs the command $1 in the root $0.
 ENTER = '''
 mount --rbind /dev "$0/dev"
 mount --rbind /proc "$0/proc"
@@ -476,7 +476,7 @@ exec unshare --root="$0" "$1"
 
 
 class AppDir(Scratch):
-    """tools/package_appdir.sh; the folder is looked at where it was moved to."""
+    """The directory that tools/package_appdir.sh makes, after a move."""
 
     @classmethod
     def setUpClass(cls):
@@ -495,11 +495,11 @@ class AppDir(Scratch):
         self.assertEqual(png_size(self.folder / ".DirIcon"), (256, 256))
 
     def own_libraries(self):
-        """Where they lie, by their names."""
+        """Maps the names of the included libraries to their paths."""
         return {path.name: path for path in (self.folder / "usr/lib").iterdir()}
 
     def left_to_the_system(self):
-        """The libraries that docs/packaging.md says so of, without their versions."""
+        """Returns the libraries that docs/packaging.md leaves to the system, without versions."""
         chapter = (SOURCE / "docs/packaging.md").read_text().split("## AppDir")[1].split("\n## ")[0]
         return set(re.findall(r"`(lib[^`]+)`", chapter))
 
@@ -531,7 +531,8 @@ class AppDir(Scratch):
         self.assertEqual(loaded & set(self.own_libraries()), set())
 
     def bare_system(self):
-        """The root of a system that has what it must, its graphics driver and a shell, in no Debian's places."""
+        """Makes the root of a system with the libraries that it must provide, its graphics driver and a shell. Their
+        directories are not Debian's."""
         root = self.scratch / "system"
         libraries = root / "usr/lib"
         commands = root / "usr/bin"
