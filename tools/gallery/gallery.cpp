@@ -1,7 +1,7 @@
-// Paints the screens in their states, in several window sizes and languages, for somebody to look at.
+// Paints the screens in their states, in several window sizes and languages, to be looked at.
 // Run: cmake --build build/release --target gallery && build/release/tools/gallery DIRECTORY [WORD...]
-// A word is a state, a language or a size. Of states and sizes all are painted where none is named, of
-// languages those that differ most. Without a display: xvfb-run -a build/release/tools/gallery DIRECTORY
+// A word is a state, a language or a size. By default it paints all states and sizes, and the languages that
+// differ most. Without a display: xvfb-run -a build/release/tools/gallery DIRECTORY
 
 #include <algorithm>
 #include <array>
@@ -23,8 +23,8 @@ namespace {
 using gallery::State;
 using gallery::Window;
 
-// The smallest, one about to get roomier bars, a high one, the usual, half of and all of a common display,
-// two in which all things grow, and a dense one.
+// The smallest size, one just below roomier bars, a high one, the usual one, half and all of a common
+// display, two in which everything grows, and one with more pixels per point.
 constexpr std::array kWindows = {Window{640, 480, 1},   Window{779, 600, 1},   Window{760, 1000, 1},
                                  Window{1100, 760, 1},  Window{1280, 720, 1},  Window{960, 1080, 1},
                                  Window{1920, 1080, 1}, Window{2560, 1440, 1}, Window{3840, 2160, 1},
@@ -36,7 +36,7 @@ std::string name(const Window& window) { return nameOf(window); }
 
 using Words = std::vector<std::string>;
 
-// Those that are named, or all if none is. Takes their names out of `words`.
+// Returns those that are named, or all if none is. Removes their names from `words`.
 template <class Things>
 auto chosen(const Things& things, Words& words) {
   std::vector<typename Things::value_type> found;
@@ -58,7 +58,7 @@ struct Plan {
   std::vector<Window> windows;
 };
 
-// The frame of a screen that holds still, as the longest the game knows.
+// Paints a frame after the longest time step of the game.
 void save(gallery::Sitting& sitting, const std::string& path) {
   const ui::CairoSurface picture = sitting.picture(0.1);
   if (!picture || cairo_surface_write_to_png(picture.get(), path.c_str()) != CAIRO_STATUS_SUCCESS)
@@ -83,7 +83,7 @@ void paint(const gallery::Studio& studio, const Plan& plan, const std::string& d
 
 }  // namespace
 
-// Without a temporary directory there is nothing to do but to end.
+// Without a temporary directory the program can only end.
 // NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
   Words words(argv + std::min(argc, 2), argv + argc);

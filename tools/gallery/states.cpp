@@ -42,7 +42,7 @@ MakeScreen table(int level) { return table(level, static_cast<std::uint32_t>(lev
 screens::Playing& playing(const Sitting& sitting) { return dynamic_cast<screens::Playing&>(sitting.shown()); }
 const mj::GameState& game(const Sitting& sitting) { return playing(sitting).table(); }
 
-// Past the fly-in and the flash after it.
+// Waits for the end of the fly-in and the flash after it.
 void waitForIntro(Sitting& sitting) {
   sitting.wait(20);
   sitting.wait(1);
@@ -55,7 +55,7 @@ void tapBoth(const Sitting& sitting, mj::SlotPair pair) {
   tap(sitting, pair.second);
 }
 
-// Until its burst is over.
+// Waits until the burst is over.
 void take(Sitting& sitting, mj::SlotPair pair) {
   tapBoth(sitting, pair);
   sitting.wait(0.33);
@@ -146,7 +146,7 @@ std::unique_ptr<ui::Screen> menuWithSavedGame() {
   return menu();
 }
 
-// Has come as far as this level, with one to three stars on most of those before.
+// Opens the levels up to this one, with one to three stars on most of those before.
 void playUpTo(int level) {
   store::saveProgress({.currentLevel = level, .totalSolves = level});
   for (int before = std::max(1, level - 12); before < level; ++before) {
@@ -162,7 +162,7 @@ MakeScreen levelsUpTo(int level) {
   };
 }
 
-// Pictures of all but the last of these, and times from one second to two hours and a half.
+// All but the last record have pictures; times go from one second to two and a half hours.
 std::unique_ptr<ui::Screen> solveRecords() {
   constexpr std::int64_t kFirstDay = 1767225600000;
   constexpr std::int64_t kDay = 86400000;
@@ -246,7 +246,7 @@ const std::vector<State> kStates = {
     {"refused", table(33), refused},
     {"hint", table(15), hint},
     {"zoomed", table(42), zoomed},
-    // Once the lowest pair of this deal is taken no pair is left.
+    // After the lowest pair of this deal is taken, no pair is left.
     {"nomoves", table(1, 9), noMoves},
     {"paused", table(77), paused},
     {"won", table(1), won},

@@ -1,4 +1,4 @@
-// states.h: the screens of the game in the states worth looking at.
+// states.h: the game's screens in the states that are worth looking at.
 #pragma once
 
 #include <functional>
@@ -12,9 +12,9 @@ namespace gallery {
 
 struct State {
   const char* name;
-  // Builds the screen, with what it needs of the player's files, of which there are none before.
+  // Builds the screen and writes the player's files that it needs. There are none before.
   std::function<std::unique_ptr<ui::Screen>()> make;
-  // From the screen's first frame to the one that is painted.
+  // Leads from the screen's first frame to the one that is painted.
   std::function<void(Sitting&)> reach;
 };
 std::span<const State> states();

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kLongestFrame = 0.1;
 
-// Textures live for one picture: those of one state are none of the next one's.
+// Textures live for one picture: no state uses those of another.
 struct GpuSession {
   explicit GpuSession(SDL_Renderer* renderer) { ui::gpuInit(renderer); }
   GpuSession(const GpuSession&) = delete;
@@ -22,7 +22,7 @@ struct GpuSession {
 };
 
 ui::CairoSurface shownBy(SDL_Renderer* renderer, int w, int h) {
-  // Without an alpha channel: what the renderer leaves there is not seen in a window either.
+  // Without an alpha channel, because a window does not show it either.
   ui::CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_RGB24, w, h));
   unsigned char* pixels = cairo_image_surface_get_data(picture.get());
   const int stride = cairo_image_surface_get_stride(picture.get());

@@ -1,4 +1,4 @@
-// studio.h: shows a screen in a window of any size and takes its picture, as SDL and cairo compose it for the
+// studio.h: shows a screen in a window of any size and takes the picture that SDL and cairo compose for the
 // player. Knows no particular screen. Units: logical pixels, seconds.
 #pragma once
 
@@ -17,10 +17,10 @@ struct Window {
   int h;
   int scale;
 };
-// As 1100x760, with @2 where the scale is not 1.
+// Returns a name such as 1100x760, or 1100x760@2 if the scale is not 1.
 std::string nameOf(const Window& window);
 
-// The renderer behind all pictures: that of a hidden window, as the game's own is. One at a time.
+// The renderer behind all pictures, that of a hidden window. Make one at a time.
 class Studio {
  public:
   Studio();
@@ -28,7 +28,7 @@ class Studio {
   Studio& operator=(const Studio&) = delete;
   ~Studio();
 
-  // False where SDL has no window; it said why on standard error.
+  // Returns false if SDL has no window; standard error says why.
   bool isOpen() const { return renderer != nullptr; }
   SDL_Renderer* target() const { return renderer.get(); }
 
@@ -37,8 +37,8 @@ class Studio {
   ui::SdlRenderer renderer;
 };
 
-// Somebody before a screen. The clock stands but for what is told here. Frames pass unseen, which is fast,
-// until one is painted.
+// A user at a screen. Only the functions below move the clock. Frames are not painted, which is fast, until a
+// picture is taken.
 class Sitting {
  public:
   Sitting(const Studio& shownBy, const Window& shownIn, std::unique_ptr<ui::Screen> shown);
@@ -53,10 +53,10 @@ class Sitting {
   double time() const { return ctx.time; }
   double w() const { return ctx.w; }
   double h() const { return ctx.h; }
-  // Until when the last frame's picture stays, as the screen says.
+  // The time until which the last frame's picture stays, as the screen says.
   double stillUntil() const { return ctx.stillUntil; }
 
-  // One frame, painted, so much later. Opaque, in device pixels; null where the renderer fails.
+  // Paints one frame, so much later. Opaque, in device pixels; null if the renderer fails.
   ui::CairoSurface picture(double dt);
 
  private:
