@@ -1,4 +1,5 @@
-// The program: command line, window, renderer, fonts, then the frame loop until someone ends it.
+// main.cpp: sets up command line, window, renderer, fonts and sound, then runs the frame loop until the
+// player quits.
 
 #include <SDL.h>
 #include <cairo.h>
@@ -36,20 +37,20 @@ double nowSeconds() {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// Whoever starts the program may have closed its standard streams. The next files that are opened, such as
-// the connection to the display, would be taken for them, and what is meant for the player written into
-// those.
+// The caller may have started the program with closed standard streams. The next opened files, such as the
+// connection to the display, would get their descriptors and receive what is printed for the player.
 void holdStandardStreams() {
   int file = open("/dev/null", O_RDWR);
   while (file >= 0 && file <= STDERR_FILENO) file = open("/dev/null", O_RDWR);
   if (file > STDERR_FILENO) close(file);
 }
 
-// Large pictures come and go with the screens. The allocator would learn from the first of them to keep such
-// room for later, between small things that stay; so told it gives each picture's memory back.
+// Screens allocate and free large pictures. By default the allocator raises its threshold after the first of
+// them and then keeps such memory in the heap, between small long-lived blocks. With a fixed threshold it
+// returns each picture's memory to the system.
 void returnLargeMemory() { mallopt(M_MMAP_THRESHOLD, 128 * 1024); }
 
-// Gives a variable of the environment a value while it lives, unless the player has given it one.
+// Sets an environment variable while it lives, unless the player has set it.
 class VariableDefault {
  public:
   VariableDefault(const char* variable, const char* value)
@@ -67,15 +68,15 @@ class VariableDefault {
   bool added;
 };
 
-// The environment is the only place where SDL looks for the id of its windows, and it does so while it
-// starts. A browser opened from the game later must not take the id for its own.
+// SDL reads its windows' id only from the environment, and only during SDL_Init. The variables are removed
+// afterwards so that a browser opened from the game does not inherit the id.
 bool initSdl(Uint32 flags) {
   const VariableDefault onX11("SDL_VIDEO_X11_WMCLASS", kApplicationId);
   const VariableDefault onWayland("SDL_VIDEO_WAYLAND_WMCLASS", kApplicationId);
   return SDL_Init(flags) == 0;
 }
 
-// Ends SDL after everything made with it is gone.
+// Calls SDL_Quit when it goes out of scope, after everything made with SDL is gone.
 struct SdlSession {
   explicit SdlSession(Uint32 flags) : ready(initSdl(flags)) {}
   ~SdlSession() { SDL_Quit(); }
@@ -85,7 +86,7 @@ struct SdlSession {
   bool ready;
 };
 
-// Empty when the display tells nothing.
+// The display area for windows. Empty if SDL knows neither that nor the display's size.
 SDL_Rect usableBounds() {
   SDL_Rect bounds{};
   if (SDL_GetDisplayUsableBounds(0, &bounds) == 0 && bounds.w > 0) return bounds;
@@ -102,10 +103,10 @@ int isNoMove(void* /*user*/, SDL_Event* event) {
   return event->type != SDL_WINDOWEVENT || event->window.event != SDL_WINDOWEVENT_MOVED ? 1 : 0;
 }
 
-// A window manager may take the place a window is opened at for that of its frame, while SDL tells that of
-// its inside: the window would wander down by the height of its title bar at each start. Once it has its
-// frame, the inside is put where it was, and what was told of the first place forgotten. The window manager
-// may have given it another size or state as well: that stays.
+// Some window managers place the frame where SDL asked for the window's client area, so that the window would
+// move down by the height of its title bar at each start. Once the window has its frame, this moves it to the
+// wanted position and discards the events about the first one. Size and state stay as the window manager
+// chose them.
 void placeInside(SDL_Window* window, const ui::WindowGeometry& geometry) {
   SDL_PumpEvents();
   SDL_SetWindowPosition(window, geometry.x, geometry.y);
@@ -113,9 +114,9 @@ void placeInside(SDL_Window* window, const ui::WindowGeometry& geometry) {
   SDL_FilterEvents(isNoMove, nullptr);
 }
 
-// After the renderer is made: for it SDL may open another window in place of the first, and that one would
-// not know of a smallest size told to the first. Before it is shown: with the smallest size SDL asks for the
-// present one once more, and would undo what the window manager made of it.
+// Call after creating the renderer: SDL may then recreate the window, and the new one would lose the minimum
+// size. The minimum size is set before the window is shown: SDL then requests the current size again, which
+// would undo a change by the window manager.
 void arrangeWindow(SDL_Window* window, const ui::WindowGeometry& geometry, const store::Settings& settings) {
   SDL_SetWindowMinimumSize(window, store::kMinWindowW, store::kMinWindowH);
   SDL_ShowWindow(window);
@@ -124,7 +125,8 @@ void arrangeWindow(SDL_Window* window, const ui::WindowGeometry& geometry, const
   if (settings.fullscreen) SDL_SetWindowFullscreen(window, SDL_WINDOW_FULLSCREEN_DESKTOP);
 }
 
-// For docks that find no desktop entry, as where the game is not installed: a tile, in the glyph font.
+// For docks that find no desktop entry, for example when the game is not installed: a tile from the glyph
+// font.
 void setIcon(SDL_Window* window) {
   constexpr int kSize = 64;
   constexpr double kTileW = kSize / ui::kTileAspect;
@@ -138,8 +140,7 @@ void setIcon(SDL_Window* window) {
   if (icon) SDL_SetWindowIcon(window, icon.get());
 }
 
-// SDL would carry what it has painted without OpenGL to the window by OpenGL, which may be software in its
-// turn.
+// Otherwise SDL presents its software frames through OpenGL, which may itself be software.
 void showWithoutOpenGl() { SDL_SetHint(SDL_HINT_FRAMEBUFFER_ACCELERATION, "0"); }
 
 ui::SdlRenderer openRenderer(SDL_Window* window) {
@@ -179,11 +180,10 @@ int fail(const char* what) {
 
 int play(std::span<const char* const> arguments) {
   SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-  // SDL is made for films and for games that own the screen: it keeps the screen saver away, and asks for
-  // every window to be shown past the compositor.
+  // By default SDL keeps the screen saver away and asks to bypass the compositor. Neither suits this game.
   SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
   SDL_SetHint(SDL_HINT_VIDEO_X11_NET_WM_BYPASS_COMPOSITOR, "0");
-  // The name that a sound mixer shows.
+  // The name shown in sound mixers.
   SDL_SetHint(SDL_HINT_APP_NAME, kTitle);
   ui::installTerminationHandler(audio::shutdown);
   ui::surviveFailedWrites();
@@ -197,7 +197,7 @@ int play(std::span<const char* const> arguments) {
   const ui::WindowGeometry geometry = ui::initialGeometry(settings, usableBounds());
   const ui::SdlWindow window = openWindow(geometry);
   if (!window) return fail("SDL_CreateWindow");
-  // The game takes keys, not text; an input method would swallow letters.
+  // The game reads keys, not text. An input method would swallow letters.
   SDL_StopTextInput();
   const ui::SdlRenderer renderer = openRenderer(window.get());
   if (!renderer) return fail("SDL_CreateRenderer");

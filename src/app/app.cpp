@@ -8,12 +8,12 @@
 namespace ui {
 namespace {
 
-// Seconds. Who goes on clicking as fast as that by then has seen the new screen.
+// Seconds. A player who is still clicking this fast after that time has seen the new screen.
 constexpr double kLongestRun = 1;
-// Presses of a key that follow one another within so many seconds are a run.
+// Seconds. Key presses that follow one another within this time count as one run.
 constexpr double kKeyRunGap = 0.3;
 
-// Of a key that works a control, and not by being held down.
+// Whether a key that operates controls was newly pressed, not just repeated.
 bool hasPress(const Input& in) {
   return in.hasFreshKey(SDLK_RETURN) || in.hasFreshKey(SDLK_KP_ENTER) || in.hasFreshKey(SDLK_SPACE);
 }
@@ -30,8 +30,8 @@ Game& Game::instance() {
 void Game::setFactory(ScreenFactory factory) { makeScreen = factory; }
 
 store::Settings& Game::settings() {
-  // Never destroyed: at exit the live screen's destructor may still write them, even if the stack was made
-  // before them.
+  // Never destroyed: the live screen's destructor may still write them at exit, even if the stack was created
+  // first.
   static auto& settings = *new store::Settings(store::loadSettings());
   return settings;
 }
@@ -64,7 +64,7 @@ void Game::update(Ctx& ctx) {
 
 void Game::showScreen(Ctx& ctx) {
   if (!screen) return;
-  // On the table Space means pause.
+  // During play, Space pauses the game.
   const bool spaceWorks = stack.back().kind != ScreenKind::Playing;
   ctx.hand = false;
   focus.frame(ctx, spaceWorks, [&] { screen->update(ctx); });
@@ -77,9 +77,9 @@ void Game::ensureScreen() {
   builtVersion = stackVersion;
 }
 
-// What arrived before the first frame was meant for the screen that could be seen then. Screens put their
-// controls in the same places: the release of what ended the demo would begin a new game, and so would the
-// second of two clicks on "Exit".
+// Drops button events from before the screen's first frame: they were meant for the previous screen. Screens
+// put their controls in the same places, so the release that ended the demo would start a new game, and so
+// would the second click of a double click on "Exit".
 void Game::forgetEarlierButtons(Ctx& ctx) {
   shownSince = ctx.time;
   hold = ctx.in.down ? Hold::Earlier : Hold::None;
@@ -102,9 +102,9 @@ void Game::keepOwnButtons(Ctx& ctx) {
   if (foreignRun) in.clicked = in.doubleClicked = false;
 }
 
-// The same of the keys that work a control: whoever goes on tapping Enter has not seen the new screen.
+// The same for keys that operate controls: a player who keeps tapping Enter has not seen the new screen.
 void Game::keepOwnKeys(Ctx& ctx) {
-  if (ctx.time < lastPress) lastPress = -kLongestRun;  // another loop's clock
+  if (ctx.time < lastPress) lastPress = -kLongestRun;  // the clock was reset
   if (!hasPress(ctx.in)) return;
   const bool follows = followsPress(ctx.time);
   lastPress = ctx.time;

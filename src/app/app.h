@@ -1,6 +1,5 @@
-// app.h: the stack of screens. Only the top one lives; it is built from its descriptor and thrown away at
-// every change of the stack. Knows no particular screen: who starts the program hands over what makes them.
-// Main thread only.
+// app.h: the stack of screens. Only the top screen exists; it is built from its descriptor and destroyed at
+// every change of the stack. Knows no particular screen: main passes in the factory. Main thread only.
 #pragma once
 
 #include <memory>
@@ -12,40 +11,40 @@
 
 namespace ui {
 
-// Returns a new screen in its initial state, or null for a kind that has none; the window then stays empty.
+// Returns a new screen in its initial state. Null for an unknown kind; the window then stays empty.
 using ScreenFactory = std::unique_ptr<Screen> (*)(const GameState& descriptor);
 
 class Game {
  public:
-  // Begins with the splash screen's descriptor as the only one.
+  // Starts with the descriptor of the splash screen.
   explicit Game(ScreenFactory factory);
 
-  // The program's own stack, built on first use and destroyed at exit, its live screen with it. It is given
-  // its factory before its first frame.
+  // The program's stack, created on first use and destroyed at exit together with its screen. Set the factory
+  // before the first frame.
   static Game& instance();
   void setFactory(ScreenFactory factory);
-  // The player's preferences, read from disk on first use, to be changed in place. They outlive every screen.
+  // The player's preferences, read from disk on first use and changed in place. They outlive every screen.
   static store::Settings& settings();
   // Writes them to disk.
   static void persistSettings();
 
-  // Ask for a change of the stack. It is carried out when the current frame's update has returned; of several
-  // requests in one frame the last one counts. The last descriptor is never popped: its screen is built anew.
+  // Request a change of the stack. It is carried out after the current frame's update. Of several requests in
+  // one frame only the last counts. The last descriptor is never popped; its screen is rebuilt instead.
   void push(const GameState& descriptor);
   void pop();
   void replace(const GameState& descriptor);
-  // Leaves this descriptor as the only one.
+  // Replaces the whole stack by this descriptor.
   void resetTo(const GameState& descriptor);
 
-  // One frame: builds the top screen if need be, updates it, carries out its request. A screen hears of a
-  // mouse button only what began on it: not of one that was down before its first frame, nor of its release,
-  // nor, in its first second, of clicks that follow one on an earlier screen as fast as the second of a
-  // double click. Of Enter and Space it hears as of a button.
+  // Runs one frame: builds the top screen if needed, updates it and carries out its request. A screen sees
+  // only button events that began on it. It does not see a button that was down before its first frame, nor
+  // the release of that button. In its first second it also does not see clicks that follow a click on an
+  // earlier screen as quickly as a double click. The same holds for Enter and Space.
   void update(Ctx& ctx);
-  // Whether the next frame will be the first of its screen.
+  // Whether the next frame is the first of its screen.
   bool beginsScreen() const { return !screen; }
 
-  // Which of the live screen's controls the keyboard works.
+  // Which of the live screen's controls has the keyboard focus.
   const Focus& keyboard() const { return focus; }
 
   // The descriptors, bottom first; never empty.
@@ -58,7 +57,7 @@ class Game {
     GameState descriptor;
   };
 
-  // Whose the left button is that is held.
+  // Which screen the held left button was pressed on.
   enum class Hold { None, Earlier, Own };
 
   void ensureScreen();
@@ -75,12 +74,12 @@ class Game {
   unsigned builtVersion = 0xFFFFFFFF;
   unsigned stackVersion = 0;
   Request pendingRequest;
-  Focus focus;  // on the live screen
+  Focus focus;  // in the live screen
   Hold hold = Hold::None;
-  double shownSince = 0;     // the screen; in the context's time
-  bool foreignRun = false;   // the last click was not this screen's, and one that follows fast belongs to it
-  double lastPress = -10;    // of Enter or Space; in the context's time
-  bool foreignKeys = false;  // the same of them
+  double shownSince = 0;     // when the screen was first shown, in the context's time
+  bool foreignRun = false;   // the last click belonged to an earlier screen, and so do quick ones after it
+  double lastPress = -10;    // of Enter or Space, in the context's time
+  bool foreignKeys = false;  // like foreignRun, for Enter and Space
 };
 
 }  // namespace ui

@@ -1,5 +1,5 @@
-// command_line.h: what the program's arguments ask for. Each argument counts as a whole and exactly; unknown
-// ones are ignored.
+// command_line.h: interprets the program's arguments. Each argument must match exactly; unknown ones are
+// ignored.
 #pragma once
 
 #include <optional>
@@ -10,10 +10,12 @@
 
 namespace ui {
 
-// The text that the first "--version" or "--help" asks for: it is all the program has to print.
+// The text for the first "--version" or "--help". Nothing if neither is given. If there is a text, the
+// program prints it and exits.
 std::optional<std::string> infoText(std::span<const char* const> arguments);
 
-// "--fullscreen" and "--windowed": the last one wins, and stays in the settings for later runs.
+// Applies "--fullscreen" and "--windowed" to the settings. The last one wins and stays in effect for later
+// runs.
 void applyWindowArguments(std::span<const char* const> arguments, store::Settings& settings);
 
 }  // namespace ui

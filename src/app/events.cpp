@@ -5,17 +5,18 @@ namespace ui {
 namespace {
 
 constexpr double kDoubleClickTime = 0.3;
-// Seconds that a window manager may need to put a window where it was.
+// Seconds that a window manager may need to restore the window's state.
 constexpr double kReturnTime = 0.5;
-// While the window is in one of these states its size is not the one to come back to.
+// In these states the window's size and position are not those of the normal window.
 constexpr Uint32 kNotWindowed =
     SDL_WINDOW_FULLSCREEN | SDL_WINDOW_FULLSCREEN_DESKTOP | SDL_WINDOW_MINIMIZED | SDL_WINDOW_MAXIMIZED;
 
-// Whether a key of the layout in use carries it without Shift: SDL tells no more of what is on the keys, and
-// takes a row of them for digits that has none without Shift.
+// Whether a key of the current layout produces `code` without Shift. SDL tells no more about the layout. It
+// even reports digits on a row of keys that produces them only with Shift.
 bool carries(SDL_Keycode code) { return SDL_GetScancodeFromKey(code) != SDL_SCANCODE_UNKNOWN; }
 
-// Greek and Hebrew have punctuation on some letters' keys, so that one key alone tells nothing.
+// Checks all letters: Greek and Hebrew layouts put punctuation on some letter keys, so one key proves
+// nothing.
 bool hasLatinLetters() {
   for (SDL_Keycode letter = SDLK_a; letter <= SDLK_z; ++letter)
     if (carries(letter)) return true;
@@ -39,7 +40,7 @@ bool isPlus(const SDL_Keysym& key) {
   }
 }
 
-// French.
+// The French layout.
 bool isMinus(const SDL_Keysym& key) { return key.scancode == SDL_SCANCODE_6 && !carries(SDLK_MINUS); }
 
 }  // namespace

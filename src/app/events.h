@@ -1,5 +1,5 @@
-// events.h: turns SDL's events of one frame into the input that screens read, and notes what concerns the
-// window. The clock is handed in. Units: logical pixels, seconds.
+// events.h: turns the SDL events of one frame into the input that screens read, and tracks changes of the
+// window. The caller passes in the time. Units: logical pixels, seconds.
 #pragma once
 
 #include <SDL.h>
@@ -11,34 +11,34 @@
 
 namespace ui {
 
-// The key code that a key press stands for on the layout in use. Where that carries no Latin letter at all,
-// the letters' keys act as on a Latin keyboard. + and - are found where SDL does not tell that they are.
+// The key code for a key press on the current layout. If the layout has no Latin letters, its letter keys act
+// as on a Latin keyboard. Also recognises + and - on layouts where SDL does not report them.
 int keyCode(const SDL_Keysym& key);
 
 class EventReader {
  public:
-  // Writes the window's geometry and the full-screen switch into the settings.
+  // Changes to the window's geometry and full-screen state are written into `windowSettings`.
   explicit EventReader(store::Settings& windowSettings) : settings(windowSettings) {}
 
-  // Forgets the input of the frame before.
+  // Clears the input of the previous frame.
   void beginFrame(Ctx& ctx);
-  // Takes one event. `windowFlags` are those of the window at this moment.
+  // Handles one event. `windowFlags` are the window's current flags.
   void handle(const SDL_Event& event, Uint32 windowFlags, double now, Ctx& ctx);
-  // Takes the mouse's position in the window's points, of which a logical pixel is `growth` long, its buttons
-  // and the modifier keys, after the frame's last event.
+  // Reads the mouse position, buttons and modifier keys. Call after the frame's last event. The position is
+  // in the window's points; a logical pixel is `growth` points long.
   void readMouse(int x, int y, double growth, Uint32 buttons, SDL_Keymod modifiers, Ctx& ctx);
 
-  // The program shall end: the window was closed, or Ctrl+Q.
+  // Whether the player asked to quit: closed the window or pressed Ctrl+Q.
   bool quitRequested() const { return quit; }
-  // Whether the full-screen switch was turned since the last call.
+  // Whether full screen was toggled since the last call.
   bool takeFullscreenToggle() { return std::exchange(fullscreenToggled, false); }
-  // Whether the renderer has lost pictures since the last call.
+  // Whether the renderer has lost its textures since the last call.
   bool takePicturesLost() { return std::exchange(picturesLost, false); }
-  // The window comes back from the full screen, or goes there. Until it stands there again, as after it was
-  // minimised, too, "restored" does not mean that the player made a maximised window smaller.
+  // Call when the window enters or leaves full screen. For half a second "restored" events then do not mean
+  // that the player un-maximised the window. The same holds after the window was minimised.
   void windowReturns(double now);
   bool isReturning(double now) const { return now < returnEnd; }
-  // Whether the window's geometry in the settings has changed, until it is told to be saved.
+  // Whether the window's geometry in the settings has changed since geometrySaved().
   bool geometryDirty() const { return geometryChanged; }
   void geometrySaved() { geometryChanged = false; }
 

@@ -36,7 +36,7 @@ CairoContext FrameCanvas::begin(double scale) {
 void FrameCanvas::flush() { cairo_surface_flush(surface.get()); }
 
 void FrameCanvas::upload() {
-  // Missing only when memory is short: the textures of this frame still appear.
+  // Without memory there is no surface. The frame's textures still appear.
   if (row(0) == nullptr) return;
   shown = true;
   for (std::size_t i = 0; i < bands.size(); ++i) {
@@ -62,7 +62,7 @@ void FrameCanvas::clear() {
   cairo_surface_mark_dirty(surface.get());
 }
 
-// Null without a surface.
+// Null if there is no surface.
 unsigned char* FrameCanvas::row(int y) const {
   unsigned char* pixels = cairo_image_surface_get_data(surface.get());
   return pixels == nullptr ? nullptr
@@ -98,7 +98,7 @@ void FrameCanvas::show(Band& band, const Rows& rows) {
     unpremultiply(straight);
     pixels = reinterpret_cast<const unsigned char*>(straight.data());
   }
-  // Without a texture both do nothing.
+  // Both calls fail harmlessly without a texture.
   SDL_UpdateTexture(band.texture.get(), nullptr, pixels, stride);
   const SDL_Rect place = {0, rows.first, width, rows.count};
   SDL_RenderCopy(renderer, band.texture.get(), nullptr, &place);

@@ -1,7 +1,6 @@
-// frame.h: the picture that a frame's screen draws into, and its way to the window: one cairo surface of the
-// size of the renderer's output, kept until that size changes. Most of it is empty in most frames: it is
-// cleared, uploaded and copied in bands, only where there is or was anything, and only what shows anything
-// has a texture. Units: device pixels.
+// frame.h: the cairo surface that a screen draws into, and its upload to the window. The surface has the size
+// of the renderer's output and is kept until that size changes. Most of it is empty in most frames. So it is
+// cleared, uploaded and copied in bands, and only bands with content have a texture. Units: device pixels.
 #pragma once
 
 #include <cstdint>
@@ -16,25 +15,25 @@ class FrameCanvas {
   // The renderer must outlive the canvas.
   explicit FrameCanvas(SDL_Renderer* target) : renderer(target) {}
 
-  // Makes the surface anew if the size is another. Should that fail, or a texture later, the frame is drawn
-  // without it, and the next frame tries again.
+  // Recreates the surface if the size changed. If creating it or a texture fails, the frame is shown without
+  // it, and the next frame tries again.
   void resize(int w, int h);
-  // Forgets all, for a renderer that has lost its textures.
+  // Drops surface and textures. For a renderer that has lost its textures.
   void drop();
-  // Clears the surface to transparent. The context draws on it in units of `scale` device pixels; it must be
-  // gone before flush().
+  // Clears the surface to transparent and returns a context whose unit is `scale` device pixels. Destroy the
+  // context before flush().
   CairoContext begin(double scale);
-  // Ends the drawing with cairo.
+  // Finishes cairo's drawing.
   void flush();
-  // Lays the flushed surface over what the renderer holds.
+  // Draws the flushed surface over what the renderer holds.
   void upload();
 
-  // Rows that are looked at, uploaded and copied together.
+  // Rows per band.
   static constexpr int kBandRows = 32;
 
  private:
   struct Band {
-    SdlTexture texture;  // while there is ink to show
+    SdlTexture texture;  // only while the band has content
     bool inked = false;
   };
   struct Rows {
@@ -51,8 +50,8 @@ class FrameCanvas {
   SDL_Renderer* renderer;
   CairoSurface surface;
   std::vector<Band> bands;
-  std::vector<std::uint32_t> straight;  // pixels on their way to a renderer that knows no premultiplied ones
-  bool shown = true;                    // what was drawn last has been uploaded, and its bands are known
+  std::vector<std::uint32_t> straight;  // buffer for renderers without premultiplied alpha
+  bool shown = true;                    // the last drawing was uploaded, so `inked` is up to date
   int width = 0;
   int height = 0;
 };

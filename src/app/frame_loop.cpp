@@ -15,21 +15,21 @@ namespace ui {
 
 namespace {
 
-// Animations do not jump after a stall.
+// Seconds. The longest step of time after a stall, so that animations do not jump.
 constexpr double kMaxFrameTime = 0.1;
-// Within so many seconds the loop hears of a signal while nothing else happens.
+// Seconds. Limits how late the loop notices a signal while nothing else happens.
 constexpr double kLongestWait = 0.2;
 constexpr int kAwayWaitMs = 100;
 constexpr double kUnwatchedFrameTime = 0.1;
-// Of displays that do not tell.
+// Refresh rate for displays that do not report theirs.
 constexpr int kUsualRate = 60;
-// A renderer with vsync waits for the display by itself, and knows better when: only one that does not keep
-// its word is held back.
+// A renderer with vsync waits for the display itself, with better timing. The shorter interval only limits
+// one whose vsync does not work.
 constexpr double kVsyncSlack = 0.8;
-// While the player drags the window its geometry is written no more often.
+// Seconds between two saves of the geometry while the player drags the window.
 constexpr double kGeometrySaveInterval = 2;
 
-// Seconds for which the display shows a frame.
+// Seconds between two frames of the display.
 double displayFrameTime(SDL_Window* window) {
   SDL_DisplayMode mode = {};
   SDL_GetCurrentDisplayMode(std::max(SDL_GetWindowDisplayIndex(window), 0), &mode);
@@ -84,7 +84,7 @@ void FrameLoop::measure() {
   scale = pixelW > 0 && windowW > 0 ? growth * pixelW / windowW : growth;
 }
 
-// Under X11 a minimised window keeps its size, and would be drawn for nobody.
+// Checks the flags too: on X11 a minimised window keeps its size.
 bool FrameLoop::isAway() const {
   constexpr Uint32 kUnseen = SDL_WINDOW_MINIMIZED | SDL_WINDOW_HIDDEN;
   return (SDL_GetWindowFlags(window) & kUnseen) != 0 || pixelW <= 0 || pixelH <= 0;
@@ -97,7 +97,8 @@ void FrameLoop::waitAway() {
   awayTime = now() - ctx.time;
 }
 
-// The frame after a change is painted too: what a screen learns while it draws may have to be drawn anew.
+// The frame after a change is painted too: a screen may learn something while drawing that changes its next
+// frame.
 bool FrameLoop::isStill() const {
   const bool sameSize = pixelW == drawnW && pixelH == drawnH;
   return !stats && settled && !news && sameSize && now() - awayTime < ctx.stillUntil;
@@ -110,12 +111,12 @@ void FrameLoop::rest() {
   const double shortest = shortestFrame();
   const double shown = now();
   due = std::clamp(due + shortest, shown, shown + shortest);
-  // A hand that moves the mouse sends many events; only other ones are worth a frame at once.
+  // Mouse motion comes in many events and can wait for the next frame. Every other event ends the wait.
   double left = due - shown;
   while (left > 0 && waitFor(left) == SDL_MOUSEMOTION) left = due - now();
 }
 
-// Waits for an event and takes it. Returns its type, or 0 when none came.
+// Waits for an event and handles it. Returns its type, or 0 if none came.
 Uint32 FrameLoop::waitFor(double seconds) {
   const double begun = now();
   SDL_Event event = {};
@@ -149,12 +150,12 @@ void FrameLoop::applyFullscreen() {
   appliedFullscreen = wanted;
 }
 
-// SDL brings no maximised window back as such.
+// After full screen or minimising, SDL does not restore the maximised state.
 void FrameLoop::keepMaximised() {
   constexpr Uint32 kElsewhere = SDL_WINDOW_MINIMIZED | SDL_WINDOW_HIDDEN | SDL_WINDOW_FULLSCREEN;
   const bool standsThere = (SDL_GetWindowFlags(window) & kElsewhere) == 0;
   if (!events.isReturning(now()) || !standsThere || !Game::settings().maximized) return;
-  SDL_MaximizeWindow(window);  // does nothing to one that is
+  SDL_MaximizeWindow(window);  // no effect if it is maximised
 }
 
 void FrameLoop::readMouse() {
@@ -175,7 +176,7 @@ void FrameLoop::drawFrame() {
   ctx.w = pixelW / scale;
   ctx.h = pixelH / scale;
   const double time = now() - awayTime;
-  // What the loop waited for by itself is no stall.
+  // Time that the loop itself spent waiting is not a stall.
   const double rested = std::exchange(waited, 0);
   ctx.dt = rested + std::min(time - ctx.time - rested, kMaxFrameTime);
   ctx.time = time;
@@ -200,7 +201,7 @@ void FrameLoop::drawFrame() {
   if (stats) report(drawn - begun, now() - drawn);
 }
 
-// Begins the input of the next frame, too.
+// Updates the screen, then starts the input of the next frame.
 void FrameLoop::updateScreen() {
   const bool first = Game::instance().beginsScreen();
   Game::instance().update(ctx);
@@ -208,7 +209,7 @@ void FrameLoop::updateScreen() {
   if (Game::instance().beginsScreen() || gpuOwesPictures()) settled = false;
   events.beginFrame(ctx);
   if (!first) return;
-  // A first frame may take long. What was clicked or typed meanwhile was meant for what could still be seen.
+  // A screen's first frame may take long. Clicks and keys during it were meant for the previous screen.
   drainEvents();
   ctx.in.dropButtons();
   ctx.in.freshKeys.clear();

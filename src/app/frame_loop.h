@@ -1,6 +1,6 @@
-// frame_loop.h: the program's single-threaded loop: events in, the screen stack's frame, pixels out. A frame
-// is painted where it may show something new, and no faster than the display shows them: a picture that stays
-// as it is costs nothing.
+// frame_loop.h: the program's single-threaded loop: handles events, runs a frame of the screen stack,
+// presents it. It paints only when something may have changed, and no faster than the display. A still
+// picture costs almost nothing.
 #pragma once
 
 #include <optional>
@@ -15,16 +15,17 @@ namespace ui {
 
 class FrameLoop {
  public:
-  // Window and renderer must outlive the loop. `clock` is a monotonic clock in seconds; the loop begins at
-  // once.
+  // Window and renderer must outlive the loop. `clock` is a monotonic clock in seconds.
   FrameLoop(SDL_Window* shownIn, SDL_Renderer* drawnBy, double (*clock)());
 
-  // One pass. False when it was the last: the window was closed, Ctrl+Q, a screen or a signal said so. While
-  // the window is away, minimised or hidden or without drawable size, a pass draws nothing, runs no screen
-  // and waits a moment for events; the screens' time stands still. While the picture stays as it is a pass
-  // waits too, but the time goes on. After a frame it waits until the display may show another, and longer
-  // where nobody looks: the window has neither keyboard nor pointer. Whatever happens but a movement of the
-  // mouse ends that wait. With VESKARA_STATS set the loop never waits while the window can be seen.
+  // Runs one pass. Returns false after the last one: the window was closed, the player pressed Ctrl+Q, or a
+  // screen or a signal ended the program.
+  //
+  // While the window is minimised, hidden or has no size, a pass draws nothing, runs no screen and waits
+  // briefly for an event; the screens' time stops. While the picture stays the same, a pass also waits, but
+  // the time goes on. After a frame, a pass waits until the display can show the next one, and longer if the
+  // window has neither keyboard focus nor the pointer. Any event except mouse motion ends that wait. With
+  // VESKARA_STATS set, the loop never waits while the window is visible.
   bool pass();
 
  private:
@@ -52,19 +53,19 @@ class FrameLoop {
   EventReader events;
   FrameCanvas canvas;
   HandCursor handCursor;
-  Ctx ctx;  // lives across frames so that its `quit` does
+  Ctx ctx;  // kept across frames because `quit` must persist
   bool appliedFullscreen;
-  double frameTime;  // between two frames, at least
+  double frameTime;  // shortest time between two frames, in seconds
   int pixelW = 0;
   int pixelH = 0;
   double growth = 1;     // points per logical pixel
   double scale = 1;      // device pixels per logical pixel
-  double awayTime = 0;   // by which the screens' time is behind the clock
+  double awayTime = 0;   // how far the screens' time is behind the clock, in seconds
   double due = 0;        // when the display can show the next frame
-  double waited = 0;     // by the loop itself since the last frame
-  bool news = false;     // something happened since the last frame
-  bool settled = false;  // nothing had happened before the last frame
-  int drawnW = 0;        // the last frame's size
+  double waited = 0;     // time the loop spent waiting since the last frame, in seconds
+  bool news = false;     // an event arrived since the last frame
+  bool settled = false;  // no event preceded the last frame, and it left nothing to do
+  int drawnW = 0;        // size of the last frame
   int drawnH = 0;
   double lastGeometrySave = 0;
   std::optional<FrameStats> stats;  // when VESKARA_STATS is set

@@ -6,12 +6,12 @@ namespace ui {
 
 namespace {
 
-// What a window's frame and title bar may take of the screen.
+// Room kept for the window's frame and title bar.
 constexpr int kFrameW = 20;
 constexpr int kFrameH = 60;
 constexpr int kTitleBarH = 30;
 
-// The largest window that is filled by more room instead of larger things.
+// Up to this size a larger window shows more; beyond it, everything grows.
 constexpr double kRoomyW = 1920;
 constexpr double kRoomyH = 1080;
 

@@ -1,4 +1,4 @@
-// hand_cursor.h: the pointer as a hand over what can be clicked. Knows no screen.
+// hand_cursor.h: shows the pointer as a hand over clickable things. Knows no screen.
 #pragma once
 
 #include "ui/handles.h"
@@ -7,11 +7,11 @@ namespace ui {
 
 class HandCursor {
  public:
-  // Where the display has no hand the pointer stays as it is. SDL must be running.
+  // Does nothing if the display has no hand cursor. SDL must be running.
   void show(bool hand);
 
  private:
-  SdlCursor cursor;  // made when it is first shown
+  SdlCursor cursor;  // created when first shown
   bool shown = false;
 };
 

@@ -14,7 +14,7 @@ namespace {
 constexpr int kEndingSignals[] = {SIGTERM, SIGINT, SIGHUP};
 constexpr unsigned kLastWordsSeconds = 2;
 
-// What a handler may touch: lock-free, whichever thread the signal meets.
+// A signal handler may only touch lock-free variables; it may run on any thread.
 std::atomic<bool> terminationFlag = false;
 std::atomic<int> endingSignal = 0;
 std::atomic<void (*)()> lastWords = nullptr;
@@ -34,7 +34,7 @@ void onTerminationSignal(int sig) {
   endNow(sig);
 }
 
-// The call that failed tells its caller.
+// The failed call reports the error to its caller.
 void onFailedWrite(int) {}
 
 }  // namespace
@@ -45,7 +45,7 @@ void installTerminationHandler(void (*lastWordsFunction)()) {
 }
 
 void surviveFailedWrites() {
-  // Not SIG_IGN, which a browser opened from the game would inherit.
+  // Not SIG_IGN: a browser opened from the game would inherit it.
   for (const int sig : {SIGPIPE, SIGXFSZ}) std::signal(sig, onFailedWrite);
 }
 

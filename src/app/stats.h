@@ -1,5 +1,5 @@
-// stats.h: the frame statistics that VESKARA_STATS asks for: sums over an interval, one line for each.
-// Units: seconds in, milliseconds out.
+// stats.h: the frame statistics for VESKARA_STATS, reported as one line per interval. Units: seconds in,
+// milliseconds out.
 #pragma once
 
 #include <string>
@@ -11,11 +11,12 @@ class FrameStats {
   // An interval begins at `now`.
   explicit FrameStats(double now) : since(now) {}
 
-  // One more frame: the time spent on updating and drawing, and on uploading and presenting.
+  // Adds a frame: the seconds spent on updating and drawing (cpu), and on uploading and presenting (gpu).
   void add(double cpu, double gpu);
   // Whether the interval is a second old or older.
   bool due(double now) const { return now - since >= 1.0; }
-  // The line of the interval, newline included; the next interval begins. There must have been a frame.
+  // The line for the interval, including a newline. Starts the next interval. At least one frame must have
+  // been added.
   std::string report(double now, int copies, int pixelW, int pixelH, const std::string& profile);
 
  private:

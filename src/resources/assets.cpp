@@ -20,7 +20,7 @@ namespace assets {
 
 namespace {
 
-// Never destroyed: the mixer's thread may still play from these bytes while the process ends.
+// Never destroyed: the mixer's thread may still read these bytes at exit.
 std::map<std::string, std::string>& cache() {
   static auto& blobs = *new std::map<std::string, std::string>;
   return blobs;
@@ -38,13 +38,12 @@ const assets_data::Entry* findEntry(const std::string& name) {
   return found == end ? nullptr : found;
 }
 
-// The pages of the executable that hold nothing but these bytes need not stay in memory: nobody reads them
-// again.
+// Drops the pages of the executable that hold nothing but these bytes. Nobody reads them again.
 void forgetPages(const assets_data::Entry& entry) {
   const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
   const std::size_t before = (page - reinterpret_cast<std::uintptr_t>(entry.data) % page) % page;
   if (entry.size < before + page) return;
-  // Should it fail they stay, which harms nothing.
+  // On failure the pages just stay in memory.
   madvise(const_cast<unsigned char*>(entry.data) + before, (entry.size - before) / page * page,
           MADV_DONTNEED);
 }
@@ -56,7 +55,7 @@ std::string unscrambled(const assets_data::Entry& entry) {
   return bytes;
 }
 
-// Nothing if there is no such file, or if it cannot be read.
+// The file from VESKARA_ASSET_DIR. Nothing if it does not exist or cannot be read.
 std::optional<std::string> readOverride(const std::string& name) {
   const std::string root = paths::envOr("VESKARA_ASSET_DIR");
   if (root.empty()) return std::nullopt;

@@ -1,5 +1,5 @@
-// assets_data.h: the embedded files as they lie in the executable, scrambled. The rows come from the list in
-// CMakeLists.txt; everybody but assets.cpp asks assets.h instead.
+// assets_data.h: the embedded files, still scrambled. The rows are generated from the list in CMakeLists.txt.
+// Only for assets.cpp; all other code uses assets.h.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 namespace assets_data {
 
 struct Entry {
-  const char* name;           // below assets/, for example "fonts/QuenlockMahjongGlyphs.ttf"
+  const char* name;           // path in assets/, for example "fonts/QuenlockMahjongGlyphs.ttf"
   const unsigned char* data;  // scrambled
   const std::uint64_t&
       size;  // stands beside the bytes: a changed asset leaves this table's object file as it is

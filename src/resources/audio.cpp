@@ -25,7 +25,7 @@ namespace {
 constexpr int kFrequency = 44100;
 constexpr int kStereo = 2;
 constexpr int kChunkFrames = 1024;
-constexpr int kChannels = 24;  // effects that can be heard at the same time
+constexpr int kChannels = 24;  // effects that can play at the same time
 
 constexpr std::array kAllSfx = {Sfx::Click, Sfx::Place, Sfx::Tile,  Sfx::NoNo,    Sfx::Remove,
                                 Sfx::Error, Sfx::Hint,  Sfx::Ready, Sfx::Success, Sfx::WinGlare,
@@ -40,15 +40,15 @@ static_assert(kSfxFiles.size() == kAllSfx.size());
 
 constexpr const char* kMusicFile = "audio/bgm_calm.ogg";
 
-// Factors. A brightness of 1 leaves the sound as it is; a lower one takes away the more of its top.
+// Factors. A brightness of 1 leaves the sound unchanged; a lower one removes more of the high frequencies.
 struct Variant {
   double pitch;
   double level;
   double brightness;
 };
 
-// Tiles land by the dozen: twenty times a second one and the same sound would rattle. None of these is louder
-// than the file. tools/measure_sounds.py reads them here.
+// Tiles land by the dozen, and the same sound twenty times a second would rattle. No variant is louder than
+// the file. tools/measure_sounds.py reads this table.
 constexpr std::array kTileVariants = {Variant{0.972, 0.95, 0.3}, Variant{1.018, 0.88, 0.5},
                                       Variant{0.988, 0.84, 0.16}, Variant{1.029, 0.93, 0.22},
                                       Variant{1.008, 0.8, 0.4}};
@@ -65,7 +65,7 @@ using Chunk = std::unique_ptr<Mix_Chunk, FreeChunk>;
 using Samples = std::vector<std::int16_t>;
 
 struct Sound {
-  // What the chunk plays, unless it has samples of its own; nobody else asks for them.
+  // The samples that the chunk plays, unless it owns its samples. Nothing else reads them.
   Samples samples;  // cppcheck-suppress unusedStructMember
   Chunk chunk;
 };
@@ -86,8 +86,7 @@ struct State {
   std::map<Sfx, Effect> effects;
 };
 
-// Never destroyed: shutdown may be called while the process ends, and until then the mixer's thread plays
-// from these sounds.
+// Never destroyed: shutdown may be called at exit, and until then the mixer's thread plays these sounds.
 State& state() {
   static auto& instance = *new State;
   return instance;
@@ -98,12 +97,12 @@ std::string fileFor(Sfx effect) {
   return index < kSfxFiles.size() ? kSfxFiles[index] : "";
 }
 
-// A nan is silence.
+// nan becomes 0.
 double clampedVolume(double volume) { return volume > 0 ? std::min(volume, 1.0) : 0; }
 
 int mixerVolume(double volume) { return static_cast<int>(volume * MIX_MAX_VOLUME); }
 
-// Whoever is given the stream frees it, and reads from `bytes` as long as it has it.
+// A stream that reads from `bytes`, which must outlive it. The caller passes it to SDL_mixer, which frees it.
 SDL_RWops* streamOf(const std::string& bytes) {
   return SDL_RWFromConstMem(bytes.data(), static_cast<int>(bytes.size()));
 }
@@ -117,12 +116,12 @@ bool openDevice() {
     std::fprintf(stderr, "[audio] Mix_OpenAudio: %s\n", SDL_GetError());
     return false;
   }
-  // Should it give fewer, fewer effects are heard at the same time, and that is all.
+  // If it allocates fewer, fewer effects play at the same time.
   Mix_AllocateChannels(kChannels);
   return true;
 }
 
-// The chunk at another pitch: played faster or slower. Empty on failure.
+// The chunk's samples at another pitch, by playing them faster or slower. Empty on failure.
 Samples resampled(const Mix_Chunk& chunk, double pitch, int frequency, int channels) {
   const auto count = static_cast<Uint8>(channels);
   const auto playedAt = static_cast<int>(std::lround(frequency * pitch));
@@ -138,7 +137,7 @@ Samples resampled(const Mix_Chunk& chunk, double pitch, int frequency, int chann
   return samples;
 }
 
-// Each channel through a low-pass filter of first order.
+// Scales the samples by the variant's level and runs each channel through a first-order low-pass filter.
 void soften(Samples& samples, const Variant& variant, int channels) {
   std::vector<double> last(static_cast<std::size_t>(channels));
   for (std::size_t i = 0; i < samples.size(); ++i) {
@@ -148,7 +147,7 @@ void soften(Samples& samples, const Variant& variant, int channels) {
   }
 }
 
-// A variant that cannot be made is one variant less.
+// Skips variants that cannot be made.
 void addVariants(std::vector<Sound>& sounds) {
   int frequency = 0;
   int channels = 0;
@@ -164,7 +163,7 @@ void addVariants(std::vector<Sound>& sounds) {
   }
 }
 
-// Never the same as the last time, where an effect has several.
+// The effect's next sound. Never the same twice in a row if the effect has several.
 Mix_Chunk* nextSound(Effect& effect) {
   Mix_Chunk* chunk = effect.sounds[effect.next].chunk.get();
   const std::size_t others = effect.sounds.size() - 1;
@@ -210,7 +209,7 @@ bool init() {
 void shutdown() {
   State& s = state();
   if (!s.ready) return;
-  // First of all: a signal that ends the program may call this again from within.
+  // Set first: a termination signal may call shutdown again while it runs.
   s.ready = false;
   s.musicWanted = false;
   Mix_HaltMusic();
@@ -228,7 +227,7 @@ void play(Sfx effect) {
   if (found == s.effects.end()) return;
   Mix_Chunk* chunk = nextSound(found->second);
   Mix_VolumeChunk(chunk, mixerVolume(s.sfxVolume));
-  // Without a free channel it fails: one effect less among so many is not missed.
+  // Fails without a free channel. One effect less among 24 is not missed.
   Mix_PlayChannel(-1, chunk, 0);
 }
 
@@ -236,7 +235,7 @@ void startMusic() {
   State& s = state();
   s.musicWanted = true;
   if (!s.ready || !s.enabled || !s.music || Mix_PlayingMusic() != 0) return;
-  // Music that cannot be started is one more kind of silence.
+  // If it fails, there is no music.
   Mix_PlayMusic(s.music.get(), -1);
 }
 

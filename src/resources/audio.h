@@ -1,7 +1,7 @@
-// audio.h: the sounds: short effects that are fired and forgotten, one piece of music that loops, two volumes
-// and a switch. Knows nothing of the settings or of what the sounds mean. Everything may be called at any
-// time, while the program ends too: without a usable device the game is silent, and nothing else. Main thread
-// only. Volumes are 0 to 1; others are brought into that range, and a nan is silence.
+// audio.h: short sound effects, one looping piece of music, two volumes and a switch. Knows nothing of the
+// settings or of what the sounds mean. Every function may be called at any time, even at exit. Without a
+// usable device the game is silent. Main thread only. Volumes are 0 to 1; others are clamped, and nan is
+// silence.
 #pragma once
 
 #include <cstdint>
@@ -24,29 +24,29 @@ enum class Sfx : std::int32_t {
   Star3,
 };
 
-// Opens the device and decodes all sounds; true when sound can be played, and at once so when it already
-// could. A failure costs one line on standard error: no device, no sound; a damaged effect is never heard;
-// damaged or empty music is not played. An empty effect is silent without a word. After a failure it may be
-// called again.
+// Opens the device and decodes all sounds. True if sound can be played, or if it already could. Each failure
+// prints a line on standard error: without a device there is no sound, a damaged effect is skipped, and
+// damaged or empty music is not played. An empty effect is skipped without a message. May be called again
+// after a failure.
 bool init();
 // Stops and frees everything; init may be called again.
 void shutdown();
 
-// Plays the effect once, beside those that are playing; dropped when 24 are. Tile is varied a little from one
-// time to the next, and never sounds the same twice in a row.
+// Plays the effect once, mixed with those already playing. Dropped if 24 effects are playing. Tile varies a
+// little and never sounds the same twice in a row.
 void play(Sfx effect);
 
-// Plays the music without end. What is playing goes on. Without a device or with sound switched off it is
-// kept in mind: a later call or setEnabled(true) then starts it.
+// Loops the music; does nothing if it is already playing. Without a device or with sound switched off, the
+// request is remembered: a later startMusic() or setEnabled(true) starts the music.
 void startMusic();
 
-// Kept across init and shutdown. Effects take their volume when they begin; one that is still playing also
-// when it begins once more.
+// Both volumes are kept across init and shutdown. An effect takes its volume when it starts; starting it
+// again also changes the volume of its earlier plays.
 void setMusicVolume(double volume);
 void setSfxVolume(double volume);
 
-// The master switch, on at first. Off stops the music and forgets that it was wanted; effects that are
-// playing run out.
+// The master switch, initially on. Switching off stops the music and forgets a remembered request; effects
+// already playing finish.
 void setEnabled(bool on);
 
 }  // namespace audio

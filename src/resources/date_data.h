@@ -1,5 +1,5 @@
-// date_data.h: the names of weekdays and months, and how each language puts a long date together. Everybody
-// but i18n.cpp asks i18n.h instead.
+// date_data.h: the names of weekdays and months and the long date format of each language. Only for i18n.cpp;
+// all other code uses i18n.h.
 #pragma once
 
 #include <array>
@@ -12,7 +12,7 @@ struct Names {
   const char* code;
   const char* pattern;                  // {W} stands for the weekday, {M} for the month, {D} for the day
   std::array<const char*, 7> weekdays;  // from Sunday
-  std::array<const char*, 12> months;   // from January, in the form that the pattern needs
+  std::array<const char*, 12> months;   // from January, in the grammatical form that the pattern needs
 };
 
 // In the order of the catalogues.

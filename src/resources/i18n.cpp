@@ -25,7 +25,7 @@ struct State {
   std::map<std::string, std::string> lookup;
 };
 
-// Never destroyed: a screen may ask for a text while the program ends.
+// Never destroyed: a screen may ask for a text at exit.
 State& state() {
   static auto& instance = *new State;
   return instance;
@@ -49,7 +49,7 @@ void buildLookup() {
   }
 }
 
-// Not std::tolower, which would follow the locale.
+// Not std::tolower, which depends on the locale.
 char lowerCase(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // "de" of "de_DE.UTF-8", "pt" of "pt-BR".
@@ -59,7 +59,8 @@ std::string languageOf(const std::string& locale) {
   return code;
 }
 
-// The first of the locales (separated by colons) whose language we have, as its code; empty if there is none.
+// The code of the first locale whose language has a catalogue; empty if there is none. `locales` are
+// separated by colons.
 std::string firstKnownLanguage(const std::string& locales) {
   std::istringstream items(locales);
   for (std::string item; std::getline(items, item, ':');) {

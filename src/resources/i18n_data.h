@@ -1,12 +1,12 @@
-// i18n_data.h: the catalogues as they are built in, one source file a language below catalogues/. Everybody
-// but i18n.cpp asks i18n.h instead.
+// i18n_data.h: the built-in catalogues, one source file per language in catalogues/. Only for i18n.cpp; all
+// other code uses i18n.h.
 #pragma once
 
 #include <cstddef>
 
 namespace i18n_data {
 
-// UTF-8. A text's {{name}} stands where the caller's value goes.
+// UTF-8. {{name}} in a text is a placeholder for the caller's value.
 struct Entry {
   const char* key;
   const char* text;
@@ -48,7 +48,7 @@ extern const Entry kEntries_ko[kEntryCount];
 extern const Entry kEntries_ar[kEntryCount];
 extern const Entry kEntries_he[kEntryCount];
 
-// In the order in which the languages are offered.
+// In the order shown to the player.
 extern const Catalog kCatalogs[kCatalogCount];
 
 }  // namespace i18n_data

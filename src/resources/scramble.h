@@ -1,5 +1,5 @@
-// scramble.h: how the embedded assets are kept from being cut out of the executable by a search for file
-// headers; no encryption. Shared by the build tool that scrambles them and the library that reads them.
+// scramble.h: hides the embedded assets from tools that search executables for file headers. This is no
+// encryption. Shared by the build tool that scrambles the assets and the library that reads them.
 #pragma once
 
 #include <array>
@@ -8,16 +8,16 @@
 
 namespace assets_data {
 
-// Changing it re-embeds every asset at the next build.
+// Changing the key rebuilds every embedded asset.
 inline constexpr std::array<unsigned char, 8> kKey = {0xA7, 0x3C, 0xD1, 0x58, 0x0F, 0xE6, 0x92, 0x4B};
 
-// The byte at `index`, scrambled; or plain again, as the operation is its own inverse. The term that changes
-// every 256 bytes keeps a long run of equal bytes from showing the key over and over.
+// Scrambles or unscrambles the byte at `index`; the operation is its own inverse. The term that changes every
+// 256 bytes keeps a long run of equal bytes from repeating the key.
 constexpr unsigned char scrambledByte(unsigned char byte, std::uint32_t index) {
   return static_cast<unsigned char>(byte ^ kKey[index % kKey.size()] ^ ((index >> 8) & 0xFFU));
 }
 
-// A whole file in place, each byte as above.
+// Scrambles or unscrambles a whole file in place.
 inline void scramble(std::string& bytes) {
   std::uint32_t index = 0;
   for (char& byte : bytes) byte = static_cast<char>(scrambledByte(static_cast<unsigned char>(byte), index++));

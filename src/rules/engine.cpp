@@ -13,7 +13,6 @@ std::string& faceAt(GameState& state, int id) {
   return state.faces[static_cast<std::size_t>(id)];
 }
 
-// Ids outside the record hold no tile.
 bool onTable(const GameState& state, int id) {
   return id >= 0 && static_cast<std::size_t>(id) < state.faces.size() &&
          !state.faces[static_cast<std::size_t>(id)].empty();

@@ -13,7 +13,7 @@ namespace mj {
 namespace {
 
 constexpr int kAttempts = 6;
-constexpr double kGrowth = 1.3;  // of the lowest layer, from one attempt to the next
+constexpr double kGrowth = 1.3;  // growth of the lowest layer per attempt
 constexpr int kHighestLayer = 6;
 constexpr int kLargestRadius = 39;
 
@@ -51,7 +51,7 @@ bool insideSaltire(int r, int dx, int dy) {
   return std::min(std::abs(dy + dx), std::abs(dx - dy)) <= arm;
 }
 
-// Whether the cell at (dx, dy) from the centre, in tiles, belongs to the outline of radius r.
+// Whether the cell at offset (dx, dy) from the centre, in tiles, belongs to the outline of radius r.
 bool inside(HeapShape shape, int r, int dx, int dy) {
   const int squared = dx * dx + dy * dy;
   switch (shape) {
@@ -82,7 +82,7 @@ std::vector<Pos> outline(HeapShape shape, int r) {
   return cells;
 }
 
-// The outline of the given shape with at least n cells.
+// An outline of the given shape with at least n cells. If even the largest radius is too small, a rectangle.
 std::vector<Pos> baseShape(HeapShape shape, long n) {
   if (shape == HeapShape::WideRect) return rectangle(2.4, n);
   if (shape != HeapShape::Rect) {
@@ -94,7 +94,7 @@ std::vector<Pos> baseShape(HeapShape shape, long n) {
   return rectangle(1.5, n);
 }
 
-// The places above a layer where a tile rests on four others.
+// The positions of the next layer: wherever a tile rests on four others.
 std::vector<Pos> layerAbove(const std::vector<Pos>& layer) {
   const std::set<Pos> taken(layer.begin(), layer.end());
   const auto has = [&taken](int x, int y) { return taken.count({x, y}) != 0; };
@@ -114,7 +114,7 @@ std::vector<Cell> pileUp(std::vector<Pos> layer) {
   return cells;
 }
 
-// Cuts the top layers and the outer rim first, so that an upper tile stays only if all beneath it does.
+// Keeps the `count` cells that are lowest and, within a layer, closest to the centre.
 void keepInnermost(std::vector<Cell>& cells, std::size_t count) {
   double sumX = 0;
   double sumY = 0;

@@ -1,6 +1,6 @@
-// layouts.h: where the tiles of a level lie, which of them are free, and how much room they take.
-// Knows no faces. Units: half tiles for x (right) and y (down), layers for z (0 at the table, growing
-// upward). A tile covers 2 × 2 units. Layer 0 lies on even coordinates, each higher one is moved by (+1, +1).
+// layouts.h: where the tiles of a level lie, which of them are free, and how much room they take. Knows no
+// faces. Units: half tiles for x (right) and y (down), layers for z (0 is the table, upward). A tile is two
+// units wide and two high. Layer 0 lies on even coordinates; each higher layer is shifted by (+1, +1).
 #pragma once
 
 #include <array>
@@ -8,7 +8,7 @@
 
 namespace mj {
 
-// A place for one tile. A layout is a vector of slots in which each id equals its index.
+// A place for one tile. A layout is a vector of slots where each id equals its index.
 struct Slot {
   int id = 0;
   int x = 0;
@@ -25,13 +25,13 @@ enum class HeapShape : int {
   Diamond = 2,
   Disc = 3,
   Cross = 4,
-  Triangle = 5,  // apex at the top
+  Triangle = 5,  // points up
   Saltire = 6,   // a diagonal cross
   Ring = 7,
   Octagon = 8,
 };
 
-// The order in which levels run through the outlines.
+// The order in which levels cycle through the shapes.
 inline constexpr std::array<HeapShape, 9> kShapes = {
     HeapShape::Rect,    HeapShape::Diamond, HeapShape::Disc,     HeapShape::Cross, HeapShape::Triangle,
     HeapShape::Octagon, HeapShape::Saltire, HeapShape::WideRect, HeapShape::Ring};
@@ -44,20 +44,20 @@ struct Bounds {
   int levels = 0;  // highest z + 1
 };
 
-// A heap of `count` slots, upper tiles resting on four lower ones, seven layers at most. `spread` is the
-// share of the tiles asked of the lowest layer: the smaller, the steeper the heap. The number of slots is
-// always even: an odd `count` gives one less, and one that no such heap reaches (many tiles, tiny spread)
-// gives as many as there are. A `count` below 1 gives none.
+// A heap of `count` slots with at most seven layers, in which every upper tile rests on four lower ones.
+// `spread` is the share of the tiles to put on the lowest layer; a smaller share makes a steeper heap. The
+// number of slots is always even: an odd `count` gives one slot less. A `count` that cannot be reached (many
+// tiles with a tiny spread) gives the largest heap found. A `count` below 1 gives no slots.
 std::vector<Slot> buildShapedHeap(HeapShape shape, int count, double spread);
 
-// What may keep a tile from being free: a tile on it, be it but a quarter, or one right beside it, be it but
-// half. A tile is free while nothing lies on it and its left or its right side is open.
+// How one tile blocks another: by lying on it, even on a quarter of it, or by touching its left or right
+// side, even half of it. A tile is free if nothing lies on it and its left or right side is open.
 enum class Side { None, Above, Left, Right };
-// Where `other` hinders `tile`; None for the slot itself.
+// How `other` blocks `tile`; None for the same slot.
 Side sideOf(const Slot& tile, const Slot& other);
 
-// Whether the tile of slot `i` could be taken, were the tiles with a non-zero flag in `present` (by slot id)
-// on the table. Its own flag is not looked at. An index outside the layout aborts.
+// Whether the tile of slot `i` would be free if the tiles with a non-zero flag in `present` (by slot id) were
+// on the table. The flag of `i` itself is ignored. Aborts on an index outside the layout.
 bool isFreeAmong(const std::vector<Slot>& slots, const std::vector<char>& present, int i);
 
 // All zero for an empty layout.

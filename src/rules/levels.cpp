@@ -11,8 +11,8 @@ constexpr int kLastStage = 9;
 constexpr double kFlattest = 0.62;
 constexpr double kSteepest = 0.32;
 
-// The share of a level's tiles on its lowest layer. Heaps grow steeper from stage to stage, and within a
-// stage run through four steps from steep to flat.
+// The share of a level's tiles on its lowest layer. Heaps get steeper from stage to stage. Within a stage the
+// share cycles through four steps from steep to flat.
 double spreadOf(int index, int stage) {
   const double base = index <= 89 ? 0.58 - 0.022 * stage : 0.382;
   return std::clamp(base + 0.05 * (index % 10 % 4), kSteepest, kFlattest);
@@ -23,8 +23,7 @@ LevelConfig buildLevel(int level) {
   const int stage = std::min(index / 10, kLastStage);
   LevelConfig config;
   config.level = level;
-  // One step further along the cycle in each stage, so that no two stages begin with the same outline in a
-  // row.
+  // Each stage skips one shape of the cycle.
   config.shape =
       kShapes[(static_cast<std::size_t>(stage) + static_cast<std::size_t>(index)) % kShapes.size()];
   config.slots =
@@ -38,8 +37,7 @@ LevelConfig buildLevel(int level) {
 }  // namespace
 
 const LevelConfig& levelToConfig(int level) {
-  // Never destroyed: a screen saves its game while the program ends, after the destructors of statics have
-  // begun.
+  // Never destroyed: a screen may save its game at exit, when destructors of statics already run.
   static auto& cache = *new std::map<int, LevelConfig>;
   const int key = std::max(1, level);
   const auto found = cache.find(key);

@@ -1,5 +1,5 @@
-// levels.h: what a level number means. A level's layout is always the same; only the deal differs from game
-// to game.
+// levels.h: the layout behind a level number. A level's layout is always the same; only the deal changes
+// between games.
 #pragma once
 
 #include <array>
@@ -9,7 +9,7 @@
 
 namespace mj {
 
-// Tiles of a level's layout, by stage; ten levels make a stage.
+// Number of tiles in a level's layout, by stage. Ten levels make a stage.
 inline constexpr std::array<int, 10> kStageTargets = {36, 48, 60, 72, 84, 96, 108, 120, 132, 144};
 
 struct LevelConfig {
@@ -21,8 +21,8 @@ struct LevelConfig {
   int stage = 0;   // 0…9
 };
 
-// Levels count from 1; lower numbers mean level 1, and those above 100 go on in the last stage. The answer is
-// built on the first request and stays valid until the process has ended. One thread only.
+// Levels count from 1. Lower numbers mean level 1; numbers above 100 stay in the last stage. The result is
+// built on the first request and stays valid until the process ends. One thread only.
 const LevelConfig& levelToConfig(int level);
 
 }  // namespace mj

@@ -1,4 +1,4 @@
-// table_themes.h: the colours of the table felt, one theme a stage. Units: 0xRRGGBB.
+// table_themes.h: the colours of the table felt, one theme per stage. Units: 0xRRGGBB.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 namespace mj {
 
 struct TableTheme {
-  const char* name;  // an identifier, never shown
+  const char* name;  // identifier, never shown
   std::uint32_t middle;
   std::uint32_t top;
   std::uint32_t bottom;
@@ -15,10 +15,10 @@ struct TableTheme {
   std::uint32_t ornament;
 };
 
-// Stages count from 0; those outside 0…9 get the nearest one's theme. Never null, valid for ever.
+// Stages count from 0. A stage outside 0…9 gets the nearest theme. Never null, valid for the whole run.
 const TableTheme* tableThemeForStage(int stage);
 
-// Levels count from 1; those outside 1…100 get the nearest one's theme. Never null, valid for ever.
+// Levels count from 1. A level outside 1…100 gets the nearest theme. Never null, valid for the whole run.
 const TableTheme* tableThemeForLevel(int level);
 
 }  // namespace mj

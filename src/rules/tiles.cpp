@@ -17,11 +17,11 @@ constexpr std::array<std::string_view, 3> kDragonNames = {"Red", "Green", "White
 
 constexpr std::array<const char*, 9> kWanNumerals = {"一", "二", "三", "四", "五", "六", "七", "八", "九"};
 constexpr std::array<const char*, 4> kWindGlyphs = {"東", "南", "西", "北"};
-constexpr std::array<const char*, 3> kDragonGlyphs = {"中", "發", ""};  // the white one is drawn as a frame
+constexpr std::array<const char*, 3> kDragonGlyphs = {"中", "發", ""};  // the white dragon is a frame
 
 bool startsWith(std::string_view s, std::string_view prefix) { return s.substr(0, prefix.size()) == prefix; }
 
-// The decimal number at `pos`: its leading digits only, 0 when there are none.
+// The decimal number that starts at `pos`. 0 without a digit, INT_MAX if it does not fit an int.
 int tailNumber(const std::string& s, std::size_t pos) {
   if (pos >= s.size() || s[pos] < '0' || s[pos] > '9') return 0;
   int number = 0;
@@ -35,7 +35,8 @@ FaceInfo wanInfo(const std::string& face) {
   return {kCharacters, rank, known ? kWanNumerals[static_cast<std::size_t>(rank - 1)] : ""};
 }
 
-// Winds and dragons: the word after the four letters of the prefix gives rank and glyph.
+// Winds and dragons: the word after the four-letter prefix gives rank and glyph. Unknown words get rank 0 and
+// no glyph.
 template <std::size_t N>
 FaceInfo wordInfo(Suit suit, std::string_view word, const std::array<std::string_view, N>& words,
                   const std::array<const char*, N>& glyphs) {
@@ -73,7 +74,7 @@ FaceInfo faceInfo(const std::string& face) {
   if (startsWith(name, "wan")) return wanInfo(face);
   if (startsWith(name, "wind")) return wordInfo(kWinds, name.substr(4), kDirections, kWindGlyphs);
   if (startsWith(name, "drag")) return wordInfo(kDragons, name.substr(4), kDragonNames, kDragonGlyphs);
-  // Bonus tiles are numbered from 1 but ranked from 0.
+  // Flowers and seasons are numbered from 1 but ranked from 0.
   if (startsWith(name, "flower")) return {kFlowers, tailNumber(face, 6) - 1, ""};
   if (startsWith(name, "season")) return {kSeasons, tailNumber(face, 6) - 1, ""};
   return {kDots, 1, ""};

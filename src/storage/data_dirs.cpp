@@ -4,7 +4,7 @@
 namespace store {
 
 std::string dataDir() {
-  // Never destroyed: asked for at exit too.
+  // Never destroyed: it is still used at exit.
   static const std::string& dir = *new std::string(
       paths::envOr("XDG_DATA_HOME", paths::envOr("HOME", ".") + "/.local/share") + "/veskara");
   return dir;

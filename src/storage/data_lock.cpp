@@ -16,7 +16,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// An operation takes a fraction of a millisecond, more where the processor or the disk is busy.
+// An operation takes a fraction of a millisecond, more on a busy machine.
 constexpr std::chrono::milliseconds kLongestWait(50);
 constexpr std::chrono::microseconds kBetweenTries(50);
 
@@ -25,7 +25,7 @@ int openDirectory(Access access) {
   return open(dataDir().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
 }
 
-// Closing it unlocks it.
+// Locks the directory until it is closed, or gives up after kLongestWait.
 void lock(int directory, Access access) {
   const int kind = access == Access::Read ? LOCK_SH : LOCK_EX;
   const Clock::time_point end = Clock::now() + kLongestWait;

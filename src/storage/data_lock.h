@@ -1,25 +1,26 @@
-// data_lock.h: keeps two programs on one data directory from coming between each other's reading and writing.
-// Knows no file in it. For this folder alone.
+// data_lock.h: keeps two running programs from interfering with each other in one data directory. Knows none
+// of its files. Only for src/storage.
 #pragma once
 
 namespace store {
 
 enum class Access { Read, Change };
 
-// Held for a whole operation: others may read while it reads, and wait while it changes. What is locked is
-// the directory itself, so nothing lies about, and the system unlocks it when its owner dies. A game waits no
-// longer than a few frames: without a directory, where it cannot be locked, or while somebody never lets go
-// of it, the operation goes on without. One at a time: a second one in a process waits for the first.
+// Held for a whole operation: shared for reading, exclusive for changing. The lock is on the directory
+// itself, so there is no lock file, and the system releases it when the process dies. A game waits 50 ms at
+// most. If the directory is missing or cannot be locked, or another process holds the lock for longer, the
+// operation goes on without the lock. Hold only one at a time: a second one in the same process waits for the
+// first.
 class DataLock {
  public:
-  // To change something, the directory is made where it is missing.
+  // With Access::Change the directory is created if it is missing.
   explicit DataLock(Access access);
   DataLock(const DataLock&) = delete;
   DataLock& operator=(const DataLock&) = delete;
   ~DataLock();
 
  private:
-  int directory;  // below 0: it could not be opened
+  int directory;  // file descriptor; negative if it could not be opened
 };
 
 }  // namespace store

@@ -21,28 +21,28 @@ void saySetAside(const std::string& path, const std::string& name) {
   std::fprintf(stderr, "[store] konnte %s nicht lesen, aufgehoben als %s\n", path.c_str(), name.c_str());
 }
 
-// Whether no document is there, nor anything that may hold one: not so when it cannot be found out. A pipe
-// holds nothing, and is replaced like a file.
+// Whether there is no document at `path`. A pipe holds none and is replaced like a file. False if the status
+// cannot be determined: there may be a document.
 bool isMissing(const std::string& path) {
   std::error_code error;
   const std::filesystem::file_type type = std::filesystem::status(path, error).type();
   return type == std::filesystem::file_type::not_found || type == std::filesystem::file_type::fifo;
 }
 
-// False when the document is there but cannot be read. Null without one.
+// False if the document exists but cannot be read. `document` stays null if there is none.
 bool tryRead(const std::string& path, js::Value& document) {
   if (js::parseFile(path, &document)) return true;
   if (!isMissing(path)) return false;
   return !js::hasTemporary(path) || js::parseFile(js::temporaryPath(path), &document);
 }
 
-// What fails once may have been disturbed; what fails twice will go on failing.
+// Tries twice: another program may have disturbed the first attempt. A second failure is final.
 bool read(const std::string& path, js::Value& document) {
   if (tryRead(path, document)) return true;
   return tryRead(path, document);
 }
 
-// A name beside the file that nothing has yet; empty when none can be found.
+// An unused file name next to the file. Empty if the directory cannot be searched.
 std::string freeName(const std::string& path) {
   for (int n = 1;; ++n) {
     std::string name = path + ".unread" + std::to_string(n);

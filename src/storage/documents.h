@@ -1,5 +1,5 @@
 // documents.h: what all records need of their documents: reading and changing them by bare file name in the
-// data directory, making values, and taking integers out of them. For this folder alone; knows no record.
+// data directory, building values, and extracting integers. Knows no record. Only for src/storage.
 #pragma once
 
 #include <cmath>
@@ -14,22 +14,23 @@
 
 namespace store {
 
-// Null when there is no such file, or none that makes sense. A program that was killed between removing the
-// old file and renaming the new one has left the new one under its temporary name; that one is read then.
+// The document in the file; null if the file is missing, unreadable or not valid JSON. A program killed
+// between removing the old file and renaming the new one leaves the new one under its temporary name. That
+// file is read then.
 js::Value readDocument(const std::string& name);
 
-// A file from the reading of its old document to the writing of the new one, while no other program comes in
+// One change of a file: reads the old document, then writes the new one. The data directory stays locked in
 // between.
 class FileChange {
  public:
   explicit FileChange(const std::string& fileName);
 
-  // As readDocument gives it.
+  // The document before the change, as readDocument returns it.
   const js::Value& old() const { return document; }
-  // False on a failure, which is said on standard error. An old file that could not be read is not lost: it
-  // is set aside under a name of its own, which is said too.
+  // Returns false and prints a line on standard error if writing fails. An old file that could not be read is
+  // not lost: it is renamed to a free name, and another line reports that name.
   bool writeFile(const js::Value& doc) const;
-  // What is stored now: after a failure that may be the old document or the new one.
+  // What is stored now. After a failed write this may be the old document or the new one.
   js::Value stored() const;
 
  private:
@@ -39,7 +40,7 @@ class FileChange {
   bool isReadable;
 };
 
-// Booleans, and numbers: integers are exact up to 2^53, which as milliseconds is 285,000 years.
+// For booleans and numbers. Integers are exact up to 2^53, which is 285,000 years in milliseconds.
 template <class Number>
   requires std::is_arithmetic_v<Number>
 js::Value valueOf(Number n) {
@@ -56,12 +57,13 @@ js::Value valueOf(Number n) {
 js::Value valueOf(const std::string& s);
 js::Value objectOf(std::map<std::string, js::Value> members);
 
-// A number without its fraction, beyond Int's range the nearer end of it; 0 for nan and for every other kind.
+// The number without its fraction, clamped to the range of Int. 0 for nan and for every other kind.
 template <class Int>
 Int truncated(const js::Value& v) {
   using Limits = std::numeric_limits<Int>;
   if (v.kind != js::Value::Number || std::isnan(v.n)) return 0;
-  // The upper end of 64 bits is no double: it becomes the next one, which is out of range already.
+  // The largest 64-bit integer is not a double. It becomes the next larger double, which is already out of
+  // range.
   if (v.n >= static_cast<double>(Limits::max())) return Limits::max();
   if (v.n <= static_cast<double>(Limits::min())) return Limits::min();
   return static_cast<Int>(v.n);

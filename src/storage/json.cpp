@@ -26,7 +26,7 @@ const Value& nullValue() {
 
 bool isContainer(const Value& v) { return !v.a.empty() || !v.o.empty(); }
 
-// Moves the containers among a value's children to `pending` and drops the other children.
+// Moves the child containers of a value to `pending` and drops its other children.
 void takeChildren(Value& v, std::vector<Value>& pending) {
   for (Value& element : v.a) {
     if (isContainer(element)) pending.push_back(std::move(element));
@@ -43,9 +43,9 @@ void takeChildren(Value& v, std::vector<Value>& pending) {
 constexpr unsigned kHighSurrogate = 0xD800;
 constexpr unsigned kLowSurrogate = 0xDC00;
 constexpr unsigned kSurrogateEnd = 0xE000;
-constexpr std::size_t kEscapeLength = 6;  // of \u0000
+constexpr std::size_t kEscapeLength = 6;  // characters of \u0000
 
-// A byte that is no digit counts as 0: a damaged escape costs its character, not the whole file.
+// Any other byte counts as 0: a damaged escape costs one character, not the whole file.
 unsigned hexDigit(char c) {
   if ('0' <= c && c <= '9') return static_cast<unsigned>(c - '0');
   if ('a' <= c && c <= 'f') return static_cast<unsigned>(c - 'a') + 10;
@@ -53,7 +53,7 @@ unsigned hexDigit(char c) {
   return 0;
 }
 
-// UTF-8 (RFC 3629), except that surrogates are written like any other code.
+// UTF-8 (RFC 3629), except that lone surrogates are encoded like any other code point.
 void appendUtf8(std::string& out, unsigned code) {
   const auto byte = [&out](unsigned value) { out.push_back(static_cast<char>(value)); };
   const auto tail = [&byte, code](unsigned shift) { byte(0x80U | ((code >> shift) & 0x3FU)); };
@@ -74,18 +74,19 @@ void appendUtf8(std::string& out, unsigned code) {
   }
 }
 
-// The decimal point is a point, whatever country the process was started in, unless memory has run out.
+// Reads with a decimal point in every locale. Only if no memory is left for the "C" locale does the process's
+// own locale apply.
 double readNumber(const char* text, char** end) {
   static const locale_t kPlain = newlocale(LC_NUMERIC_MASK, "C", nullptr);
   return kPlain != nullptr ? strtod_l(text, end, kPlain) : std::strtod(text, end);
 }
 
-// Keeps its place in nested containers on the heap, so that no document can exhaust the stack.
+// Keeps the open containers on the heap, so that deep nesting cannot exhaust the stack.
 class Parser {
  public:
   explicit Parser(const std::string& document) : text(document) {}
 
-  // Null where the text is not valid.
+  // Null if the text is not valid.
   Value run() {
     for (;;) {
       Value v;
@@ -105,14 +106,14 @@ class Parser {
  private:
   struct Container {
     Value value;
-    std::string key;  // of the member that comes next
+    std::string key;  // of the next member
   };
   enum class Next { Value, Done, Error };
 
   bool atEnd() const { return pos >= text.size(); }
   void skipSpace() { pos = std::min(text.find_first_not_of(" \t\n\r", pos), text.size()); }
 
-  // Takes the byte after white space if it is `c`.
+  // Skips white space, then consumes the next byte if it is `c`.
   bool take(char c) {
     skipSpace();
     if (atEnd() || text[pos] != c) return false;
@@ -120,7 +121,7 @@ class Parser {
     return true;
   }
 
-  // Reads a scalar or an empty container into `v`, or opens a container (`opened`). False on an error.
+  // Reads a scalar or an empty container into `v`, or opens a container and sets `opened`. False on an error.
   bool begin(Value& v) {
     opened = false;
     skipSpace();
@@ -140,7 +141,7 @@ class Parser {
         return readLiteral(v.b ? "true" : "false");
       case 'n':
         if (readLiteral("null")) return true;
-        [[fallthrough]];  // a nan that dump() wrote
+        [[fallthrough]];  // dump() writes nan as such
       default:
         v.kind = Value::Number;
         return readNumberInto(v.n);
@@ -158,7 +159,7 @@ class Parser {
     return kind == Value::Array || readKey();
   }
 
-  // Puts a finished value into the container around it, and closes containers that end with it.
+  // Adds a finished value to the innermost open container and closes every container that ends here.
   Next attach(Value& v) {
     while (!open.empty()) {
       Container& top = open.back();
@@ -190,7 +191,7 @@ class Parser {
   }
 
   bool readNumberInto(double& n) {
-    // strtod would skip white space of its own choice.
+    // strtod would also skip white space that JSON does not allow.
     if (static_cast<unsigned char>(text[pos]) <= 0x20) return false;
     const char* const start = text.c_str() + pos;
     char* end = nullptr;
@@ -226,7 +227,7 @@ class Parser {
     return true;
   }
 
-  // The four digits of an escape, wherever they stand.
+  // The code from the four hexadecimal digits at `at`.
   unsigned codeAt(std::size_t at) const {
     unsigned code = 0;
     for (std::size_t i = at; i < at + 4; ++i) code = code * 16 + hexDigit(text[i]);
@@ -318,14 +319,14 @@ void appendScalar(std::string& out, const Value& v) {
   }
 }
 
-// A container half written.
+// A container that is being written.
 struct Writing {
   explicit Writing(const Value& value) : container(&value), member(value.o.begin()) {}
 
   bool isArray() const { return container->kind == Value::Array; }
   bool done() const { return isArray() ? element == container->a.size() : member == container->o.end(); }
   bool begun() const { return isArray() ? element > 0 : member != container->o.begin(); }
-  // The next child, its key written.
+  // Writes the next child's key, if it has one, and returns the child.
   const Value& next(std::string& out) {
     if (isArray()) return container->a[element++];
     appendString(out, member->first);
@@ -340,27 +341,27 @@ struct Writing {
 
 // --- files ---
 
-// A write that was cut off between removing and renaming has left the only whole copy under the temporary
-// name. The next write removes that file first: cut off as well, it would leave nothing. False when the copy
-// cannot be brought to safety.
+// If a write was interrupted between removing and renaming, the temporary file is the only whole copy. The
+// next write would remove it first and, if interrupted as well, leave nothing. So this renames it to `path`.
+// False if that fails.
 bool finishCutOffWrite(const std::string& temporary, const std::string& path) {
   std::error_code error;
   if (std::filesystem::exists(path, error)) return true;
   if (error) return false;
   if (!hasTemporary(path)) return true;
-  // What failed earlier, on a full disk, is no copy of anything.
+  // A temporary file that does not parse, from a full disk for example, is not a copy and is dropped.
   if (Value left; parseFile(temporary, &left) && left.kind == Value::Null) return true;
   std::filesystem::rename(temporary, path, error);
   return !error || error == std::errc::no_such_file_or_directory;
 }
 
-// The file must be a new one, so that nothing is written through a link or into a pipe.
+// Creates the file anew, so that nothing is written through a link or into a pipe.
 bool writeNewFile(const std::string& path, const std::string& text) {
   std::remove(path.c_str());
   std::FILE* const file = std::fopen(path.c_str(), "wbx");
   if (file == nullptr) return false;
   const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size();
-  // A full disk may show itself only now, when the buffer is written.
+  // A full disk may only show now, when the buffer is flushed.
   return std::fclose(file) == 0 && written;
 }
 

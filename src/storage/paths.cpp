@@ -57,7 +57,7 @@ std::string exeDir() {
 
 std::string assetDir() {
   static const std::string& root =
-      *new std::string(findAssetDir());  // never destroyed: asked for at exit too
+      *new std::string(findAssetDir());  // never destroyed: it is still used at exit
   return root;
 }
 
@@ -84,7 +84,7 @@ std::optional<std::string> readFile(const std::string& path) {
   while (file.read(chunk.data(), chunk.size()) || file.gcount() > 0) {
     bytes.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
   }
-  // Not opened, or not readable to its end.
+  // The file could not be opened or not be read to its end.
   if (!file.eof()) return std::nullopt;
   return bytes;
 }

@@ -1,6 +1,5 @@
-// paths.h: where the executable and the plain asset tree lie, the making of directories, and what may be
-// opened. Knows nothing of what is kept in the files. Paths are byte strings with slashes, used as they are
-// built.
+// paths.h: the directories of the executable and of the asset tree, creating directories, and reading files
+// safely. Knows nothing of the files' contents. Paths are byte strings with slashes and are not normalised.
 #pragma once
 
 #include <optional>
@@ -11,31 +10,31 @@ namespace paths {
 // The variable's value; `fallback` if it is unset or empty.
 std::string envOr(const char* name, const std::string& fallback = "");
 
-// The directory of the running executable without a trailing slash, "." if the system does not tell.
-// Empty for an executable that lies in the root directory.
+// The directory of the running executable, without a trailing slash. "." if the system does not tell; empty
+// for an executable in the root directory.
 std::string exeDir();
 
-// The root below which assets/fonts and assets/audio lie, looked for once: in a snap, in an AppImage, in
-// VESKARA_ASSET_DIR, where packages install, beside the executable, in the working directory. A root with
-// only one of the two directories does not count. exeDir() if there is none.
+// The directory that contains assets/fonts and assets/audio. A directory with only one of them does not
+// count. Searched once, in this order: the snap, the AppImage, VESKARA_ASSET_DIR, the installation
+// directories, beside the executable, the working directory. exeDir() if none is found.
 std::string assetDir();
 
-// The path of a file of the asset tree, `name` being relative to assets/. It need not exist.
+// The path of a file in the asset tree; `name` is relative to assets/. The file need not exist.
 std::string asset(const std::string& name);
 
-// Creates `path` with its missing ancestors, mode 0755. A backslash separates like a slash. Says nothing
-// about failure: whoever writes into the directory notices.
+// Creates `path` and its missing ancestors with mode 0755. A backslash separates like a slash. Failure is not
+// reported: writing into the directory fails then.
 void ensureDir(const std::string& path);
 
-// Whether a plain file is there, links followed. Nothing else can be read safely: a pipe makes whoever opens
-// it wait, and a device may never come to its end.
+// Whether `path` is a plain file, after following links. Only plain files are safe to read: opening a pipe
+// blocks, and a device may never end.
 bool isFile(const std::string& path);
 
-// The whole of a plain file; nothing if there is none, or if it cannot be read to its end.
+// The contents of a plain file. Nothing if there is none or it cannot be read to its end.
 std::optional<std::string> readFile(const std::string& path);
 
-// Takes a pipe away from where a file is to be written: whoever opened it would wait for a reader. False if
-// it stays.
+// Removes a pipe from where a file is to be written: opening it would block until somebody reads. False if
+// the pipe stays.
 bool removePipe(const std::string& path);
 
 }  // namespace paths

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kProgressFile = "progress.json";
 
-// By level number in decimal.
+// Keyed by the level number in decimal.
 using Bests = std::map<std::string, js::Value>;
 
 Bests bestsOf(const js::Value& doc) { return doc["bests"].o; }
@@ -37,7 +37,8 @@ LevelBest bestOf(const js::Value& doc, int level) {
 }
 
 LevelBest merged(const LevelBest& old, const LevelBest& result) {
-  // Without a star there was no solve, without a millisecond no time that could be the better one.
+  // Without stars there was no solve, so its aids do not count. Below one millisecond there is no time to
+  // compare.
   return {.stars = std::max(old.stars, result.stars),
           .aids = old.stars <= 0 ? result.aids : std::min(old.aids, result.aids),
           .elapsedMs = old.elapsedMs < 1 ? result.elapsedMs : std::min(old.elapsedMs, result.elapsedMs)};

@@ -47,7 +47,7 @@ js::Value gameDoc(const SavedGame& saved) {
 
 bool isSlotId(int id, std::size_t slots) { return id >= 0 && static_cast<std::size_t>(id) < slots; }
 
-// As many faces as the array has elements; those that are no strings are tiles gone.
+// One face per element. An element that is not a string becomes a removed tile.
 std::vector<std::string> facesOf(const js::Value& doc) {
   std::vector<std::string> faces;
   faces.reserve(doc.size());
@@ -55,7 +55,7 @@ std::vector<std::string> facesOf(const js::Value& doc) {
   return faces;
 }
 
-// Without the entries that undo could not put back.
+// Drops the entries that undo could not put back.
 std::vector<mj::HistoryEntry> historyOf(const js::Value& doc, std::size_t slots) {
   std::vector<mj::HistoryEntry> history;
   for (const js::Value& pair : doc.a) {
@@ -67,7 +67,7 @@ std::vector<mj::HistoryEntry> historyOf(const js::Value& doc, std::size_t slots)
   return history;
 }
 
-// `doc` has a face for each of the slots.
+// `doc` must have one face per slot.
 mj::GameState gameOf(const js::Value& doc, const std::vector<mj::Slot>& slots) {
   mj::GameState game;
   game.slots = slots;
@@ -86,7 +86,7 @@ mj::GameState gameOf(const js::Value& doc, const std::vector<mj::Slot>& slots) {
 
 void saveGame(const SavedGame& saved) {
   const FileChange file(kGameFile);
-  // What else a file holds may be a later version's.
+  // Other members are kept: a later version may have written them.
   js::Value doc = objectOf(file.old().o);
   doc.o[kMember] = gameDoc(saved);
   file.writeFile(doc);

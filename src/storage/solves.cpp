@@ -49,7 +49,7 @@ js::Value solvesDoc(const std::vector<SolveEntry>& solves) {
   return doc;
 }
 
-// Those with an id.
+// Skips entries without an id.
 std::vector<SolveEntry> solvesOf(const js::Value& doc) {
   std::vector<SolveEntry> solves;
   solves.reserve(doc.size());
@@ -60,20 +60,20 @@ std::vector<SolveEntry> solvesOf(const js::Value& doc) {
   return solves;
 }
 
-// By more stars, then by less time, then by fewer aids.
+// Better means more stars, then less time, then fewer aids.
 bool isBetter(const SolveEntry& entry, const SolveEntry& old) {
   return std::tie(old.stars, entry.elapsedMs, entry.aids) < std::tie(entry.stars, old.elapsedMs, old.aids);
 }
 
-// Whether the name stands for something in the directory itself: neither above nor below it.
+// Whether the name is a bare file name: it cannot lead out of its directory.
 bool isPlainName(const std::string& name) {
   constexpr std::string_view kNotInNames("/\0", 2);
   return !name.empty() && name != "." && name != ".." && name.find_first_of(kNotInNames) == std::string::npos;
 }
 
-// Writes the list, and deletes those of the pictures that no listed solve needs: not before the file says so,
-// and after a failure not those that the file still names. A picture that cannot be deleted stays, and harms
-// nobody; a directory is no picture.
+// Writes the list, then deletes the pictures of `dropped` that no stored solve needs. If writing fails, what
+// the file still lists is kept. A picture that cannot be deleted stays and does no harm. unlink() does not
+// delete directories.
 void write(const FileChange& file, const std::vector<SolveEntry>& solves,
            const std::vector<SolveEntry>& dropped) {
   const bool written = file.writeFile(solvesDoc(solves));
@@ -85,7 +85,7 @@ void write(const FileChange& file, const std::vector<SolveEntry>& solves,
   }
 }
 
-// Removes the first solve of which this is true.
+// Removes the first solve that matches.
 template <class Predicate>
 void removeSolve(const Predicate& isMeant) {
   const FileChange file(kSolvesFile);
@@ -105,7 +105,7 @@ std::vector<SolveEntry> listSolves() { return solvesOf(readDocument(kSolvesFile)
 void recordSolve(const SolveEntry& entry) {
   const FileChange file(kSolvesFile);
   std::vector<SolveEntry> solves = solvesOf(file.old());
-  std::vector<SolveEntry> dropped = {entry};  // unless it is listed afterwards
+  std::vector<SolveEntry> dropped = {entry};  // its picture is kept if the entry is in the list
   const auto old = std::find_if(solves.begin(), solves.end(),
                                 [&](const SolveEntry& solve) { return solve.level == entry.level; });
   if (old == solves.end()) {

@@ -39,7 +39,7 @@ class ScreenStack : public testing::Test {
   ScreenStack() { fake::script() = {}; }
   ~ScreenStack() override { fake::script().onUpdate = nullptr; }
 
-  // One frame in which the live screen does this.
+  // Runs one frame in which the live screen calls `act`.
   void frame(const std::function<void()>& act = {}) {
     fake::script().onUpdate = [&act](ui::Ctx&) {
       if (act) act();
@@ -192,9 +192,9 @@ TEST_F(ScreenStack, EndsWithItsScreen) {
   EXPECT_THAT(events(), ElementsAre("Splash destroyed"));
 }
 
-// --- the mouse's buttons across a change ---
+// --- mouse buttons across a change of screens ---
 
-// A player's hand on the stack of screens: each of these is a frame of its own.
+// Sends button input to the stack of screens. Each call is one frame.
 class Buttons : public ScreenStack {
  protected:
   Buttons() {
@@ -202,7 +202,7 @@ class Buttons : public ScreenStack {
     screenSees();
   }
 
-  // What the live screen sees of this input.
+  // Runs a frame with this input and returns what the live screen sees of it.
   ui::Input screenSees(const ui::Input& in = {}) {
     ui::Input seen;
     ctx.in = in;
@@ -210,7 +210,7 @@ class Buttons : public ScreenStack {
     game.update(ctx);
     return seen;
   }
-  // The live screen asks for another, which has its first frame in the next one.
+  // The live screen requests another one, whose first frame is the next frame.
   void change(const ui::Input& in = {}) {
     ctx.in = in;
     fake::script().onUpdate = [this](ui::Ctx&) { game.replace(kPlaying); };
@@ -268,7 +268,7 @@ TEST_F(Buttons, EveryChangeOfTheStackCounts) {
     EXPECT_TRUE(isQuiet(screenSees(held())));
     EXPECT_TRUE(isQuiet(screenSees(release())));
   }
-  EXPECT_EQ(game.descriptors().size(), 1U) << "the last one was built anew";
+  EXPECT_EQ(game.descriptors().size(), 1U) << "the last screen was rebuilt, not popped";
 }
 
 TEST_F(Buttons, ButtonStaysForeignOverSeveralScreens) {
@@ -329,7 +329,7 @@ TEST_F(Buttons, NewPressInTheFrameOfTheOldReleaseCounts) {
   ui::Input in = press();
   in.clicked = true;
   const ui::Input seen = screenSees(in);
-  EXPECT_FALSE(seen.clicked) << "that was the old one";
+  EXPECT_FALSE(seen.clicked) << "the release belonged to the old screen";
   EXPECT_TRUE(seen.pressed && seen.down);
   EXPECT_TRUE(screenSees(release()).clicked);
 }
@@ -359,7 +359,7 @@ TEST_F(Buttons, ClicksThatFollowAsFastBelongToTheSameRun) {
 
 TEST_F(Buttons, FastClickAfterOneThatLedNowhereWorks) {
   screenSees(click());
-  change();  // by a key
+  change();  // without a mouse button
   screenSees();
   EXPECT_TRUE(screenSees(fastClick()).clicked);
 }
@@ -395,10 +395,11 @@ TEST_F(Buttons, DoubleClickOnOneScreenIsHeardOf) {
   EXPECT_TRUE(seen.clicked && seen.doubleClicked);
 }
 
-// Whose press of Enter a screen hears of.
+// Tests which key presses reach a screen.
 class Presses : public Buttons {
  protected:
-  // One frame, so long after the last. Whether the screen heard of a fresh Enter.
+  // Runs one frame, `after` seconds after the last, with this key pressed. Returns whether the screen saw it
+  // as fresh.
   bool hears(int key, double after) {
     ctx.time += after;
     ui::Input in;

@@ -41,13 +41,13 @@ SDL_Event wheelEvent(int x, int y) {
   return event;
 }
 
-// What the keys of the layout in use carry without Shift.
+// The characters that the keys of the current layout produce without Shift.
 const std::u32string kLatin = U"abcdefghijklmnopqrstuvwxyz0123456789-=;'/";
 std::u32string layout = kLatin;
 
 }  // namespace
 
-// In place of SDL's own in this program; it matters only whether there is such a key.
+// Replaces SDL's function in this program. Only matters whether such a key exists.
 SDL_Scancode SDL_GetScancodeFromKey(SDL_Keycode code) {
   const bool carried = layout.find(static_cast<char32_t>(code)) != std::u32string::npos;
   return carried ? SDL_SCANCODE_A : SDL_SCANCODE_UNKNOWN;
@@ -55,7 +55,7 @@ SDL_Scancode SDL_GetScancodeFromKey(SDL_Keycode code) {
 
 namespace {
 
-// Feeds one frame after the other.
+// Feeds events frame by frame.
 class Events : public testing::Test {
  protected:
   ~Events() override { layout = kLatin; }
@@ -64,7 +64,7 @@ class Events : public testing::Test {
   void press(SDL_Keycode sym, SDL_Scancode scancode, Uint16 mod = KMOD_NONE) {
     take(keyEvent(SDL_KEYDOWN, sym, scancode, mod));
   }
-  // A left release in a frame of its own, at this time.
+  // A left release in its own frame at this time.
   void releaseAt(double time) {
     reader.beginFrame(ctx);
     now = time;
@@ -165,7 +165,7 @@ TEST_F(Events, QWithoutCtrlIsAKeyLikeAnyOther) {
 constexpr const char32_t* kCyrillic = U"йцукенгшщзфывапролджячсмить0123456789-=";
 constexpr const char32_t* kGreek = U";ςερτυθιοπασδφγηξκλζχψωβνμ0123456789-=,./'";
 constexpr const char32_t* kHebrew = U"/'קראטוןםפשדגכעיחלךףזסבהנמצתץ0123456789-=.,;";
-// Their upper rows as SDL tells them.
+// The keys without Shift as SDL reports them.
 constexpr const char32_t* kFrench = U"1234567890)=azertyuiop^$qsdfghjklmù*<wxcvbn,;:!";
 constexpr const char32_t* kCzech = U"1234567890=qwertzuiopú)asdfghjklů§yxcvbnm,.-";
 constexpr const char32_t* kTurkish = U"qwertyuıopğüasdfghjklşizxcvbnmöç1234567890*-,.";
@@ -204,7 +204,7 @@ TEST_F(Events, KeysOfALatinLayoutKeepTheirCodesWhereverTheyLie) {
   EXPECT_EQ(codeOf(SDLK_z, SDL_SCANCODE_Y), SDLK_z);
   EXPECT_EQ(codeOf(SDLK_m, SDL_SCANCODE_SEMICOLON), SDLK_m);
   EXPECT_EQ(codeOf(SDLK_q, SDL_SCANCODE_A), SDLK_q);
-  // Dvorak's ' is no q, and Turkish's ı no i.
+  // Dvorak's ' must not act as q, nor Turkish ı as i.
   EXPECT_EQ(codeOf(SDLK_QUOTE, SDL_SCANCODE_Q), SDLK_QUOTE);
   EXPECT_EQ(codeOf(0x0131, SDL_SCANCODE_I), 0x0131);
 }
@@ -239,7 +239,7 @@ TEST_F(Events, ShiftMakesNoPlusWhereAKeyHasIt) {
 TEST_F(Events, FunctionKeysKeepTheirCodes) {
   EXPECT_EQ(codeOf(SDLK_F1, SDL_SCANCODE_F1), SDLK_F1);
   EXPECT_EQ(codeOf(SDLK_LEFT, SDL_SCANCODE_LEFT), SDLK_LEFT);
-  // Remapped onto a letter's key, too.
+  // Also if it is remapped onto a letter's key.
   EXPECT_EQ(codeOf(SDLK_F1, SDL_SCANCODE_H), SDLK_F1);
 }
 
@@ -370,7 +370,7 @@ TEST_F(Events, WindowsSizeAndPositionAreRemembered) {
   EXPECT_EQ(settings.windowY, 33);
 }
 
-// Size and position to come back to must not become those of the whole screen.
+// The stored size and position must not become those of the whole screen.
 void expectGeometryKept(const store::Settings& settings) {
   const store::Settings first;
   EXPECT_EQ(settings.windowW, first.windowW);
@@ -410,7 +410,7 @@ TEST_F(Events, MaximisedWindowThatWasMinimisedIsStillMaximised) {
   settings.maximized = true;
   take(windowEvent(SDL_WINDOWEVENT_MINIMIZED));
   now = 3600;
-  // As SDL tells it under X11.
+  // The sequence that SDL sends on X11.
   for (const Uint8 what : {SDL_WINDOWEVENT_RESTORED, SDL_WINDOWEVENT_MAXIMIZED, SDL_WINDOWEVENT_RESTORED})
     take(windowEvent(what));
   EXPECT_TRUE(settings.maximized);
@@ -418,7 +418,7 @@ TEST_F(Events, MaximisedWindowThatWasMinimisedIsStillMaximised) {
   now = 3601;
   EXPECT_FALSE(reader.isReturning(now));
   take(windowEvent(SDL_WINDOWEVENT_RESTORED));
-  EXPECT_FALSE(settings.maximized) << "that was the player";
+  EXPECT_FALSE(settings.maximized) << "the player un-maximised it";
 }
 
 TEST_F(Events, MaximisedWindowIsStillMaximisedBehindTheFullScreen) {

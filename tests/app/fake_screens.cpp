@@ -6,7 +6,7 @@
 namespace fake {
 namespace {
 
-// By kind.
+// Indexed by kind.
 constexpr std::array kNames = {"Splash",  "Menu",     "LevelSelect", "Playing",  "Solved",
                                "Gallery", "Settings", "About",       "Licenses", "Attract"};
 
@@ -32,7 +32,8 @@ class FakeScreen : public ui::Screen {
 }  // namespace
 
 Script& script() {
-  // Never destroyed: the program's own stack ends after the tests, and its screen notes even that.
+  // Never destroyed: the program's stack is destroyed after the tests, and its screen still records that
+  // event.
   static auto& instance = *new Script;
   return instance;
 }

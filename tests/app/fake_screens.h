@@ -1,4 +1,4 @@
-// fake_screens.h: screens that draw nothing by themselves, do what a test tells them and remember their
+// fake_screens.h: screens that draw nothing themselves, run a test's code and record the events of their
 // lives.
 #pragma once
 
@@ -12,19 +12,19 @@
 namespace fake {
 
 struct Script {
-  // Done by the live screen in each update; may be empty.
+  // Called by the live screen in each update; may be empty.
   std::function<void(ui::Ctx&)> onUpdate;
-  // "Playing made", "Playing begins", "Playing ends", "Playing destroyed", in the order of events; begin and
-  // end are those of an update.
+  // "Playing made", "Playing begins", "Playing ends", "Playing destroyed", in order. "begins" and "ends"
+  // refer to an update.
   std::vector<std::string> events;
-  // The descriptor that the last screen was made from.
+  // The descriptor of the last created screen.
   ui::GameState descriptor;
 };
 
-// The one script of the process: the factory has nowhere else to look. A test begins with a new one.
+// The process's only script, because the factory takes no other argument. Each test begins with a new one.
 Script& script();
 
-// Makes a screen that goes by the script; null for a kind that no screen has.
+// Creates a screen that follows the script. Null for an unknown kind.
 std::unique_ptr<ui::Screen> make(const ui::GameState& descriptor);
 
 }  // namespace fake

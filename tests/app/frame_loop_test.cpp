@@ -24,17 +24,18 @@ using support::pixelAt;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// What the loop takes for the time.
+// The loop's clock, in seconds.
 double fixedTime = 0;
 double fixedClock() { return fixedTime; }
-// What it takes to flush a surface.
+// Seconds that flushing a surface takes.
 double flushTime = 0;
-// Whether somebody is at the window: SDL's window without a display is never told.
+// Whether the window has the keyboard focus. The dummy driver never gives it one.
 bool watched = true;
-// What the loop asked for at most, in milliseconds, and how much of the time each wait takes.
+// The longest wait that the loop requested, in milliseconds, and the seconds that each wait adds to the
+// clock.
 int longestWait = 0;
 double waitTime = 0;
-// How often the pointer was made a hand, and how often it was made its usual self again.
+// How often the pointer was set to a hand, and how often to the default.
 int hands = 0;
 int arrows = 0;
 
@@ -49,7 +50,7 @@ SDL_Event keyDown(SDL_Keycode sym, SDL_Scancode scancode) {
   return event;
 }
 
-// SDL with a video driver that shows nothing, from the first test to the last.
+// Starts SDL with the dummy video driver. It stays up for all tests.
 bool startVideo() {
   setenv("SDL_VIDEODRIVER", "dummy", 1);
   return SDL_Init(SDL_INIT_VIDEO) == 0;
@@ -57,7 +58,7 @@ bool startVideo() {
 
 }  // namespace
 
-// In place of SDL's own in this program.
+// Replaces SDL's function in this program.
 Uint32 SDL_GetWindowFlags(SDL_Window* window) {
   static auto* const ask =
       reinterpret_cast<decltype(SDL_GetWindowFlags)*>(dlsym(RTLD_NEXT, "SDL_GetWindowFlags"));
@@ -65,7 +66,7 @@ Uint32 SDL_GetWindowFlags(SDL_Window* window) {
          (watched ? Uint32{SDL_WINDOW_INPUT_FOCUS} : 0U);
 }
 
-// Waits no longer than events may need that a test sends from elsewhere.
+// Records the requested timeout, advances the clock and then really waits.
 int SDL_WaitEventTimeout(SDL_Event* event, int timeout) {
   static auto* const wait =
       reinterpret_cast<decltype(SDL_WaitEventTimeout)*>(dlsym(RTLD_NEXT, "SDL_WaitEventTimeout"));
@@ -74,7 +75,7 @@ int SDL_WaitEventTimeout(SDL_Event* event, int timeout) {
   return wait(event, timeout);
 }
 
-// The video driver that shows nothing has no pointer either.
+// The dummy video driver has no pointer.
 SDL_Cursor* SDL_CreateSystemCursor(SDL_SystemCursor id) {
   return id == SDL_SYSTEM_CURSOR_HAND ? reinterpret_cast<SDL_Cursor*>(&hands) : nullptr;
 }
@@ -82,7 +83,7 @@ void SDL_FreeCursor(SDL_Cursor* /*cursor*/) {}
 SDL_Cursor* SDL_GetDefaultCursor(void) { return nullptr; }
 void SDL_SetCursor(SDL_Cursor* cursor) { ++(cursor != nullptr ? hands : arrows); }
 
-// In place of cairo's own in this program.
+// Replaces cairo's function in this program.
 void cairo_surface_flush(cairo_surface_t* surface) {
   static auto* const flush =
       reinterpret_cast<decltype(cairo_surface_flush)*>(dlsym(RTLD_NEXT, "cairo_surface_flush"));
@@ -118,12 +119,12 @@ class FrameLoopTest : public testing::Test {
     ASSERT_TRUE(renderer) << SDL_GetError();
   }
 
-  // One pass in which the screen does this. False when it was the last.
+  // Runs one pass in which the screen calls `act`. False after the last pass.
   bool pass(ui::FrameLoop& loop, const std::function<void(ui::Ctx&)>& act = {}) {
     fake::script().onUpdate = act;
     return loop.pass();
   }
-  // The frame that the screen sees in the next pass.
+  // The context that the screen sees in the next pass.
   ui::Ctx frameOf(ui::FrameLoop& loop) {
     ui::Ctx seen;
     pass(loop, [&seen](ui::Ctx& ctx) { seen = ctx; });
@@ -305,7 +306,7 @@ TEST_F(FrameLoopTest, EndsAfterTheFrameOfATerminationSignal) {
   EXPECT_EXIT(passAfterSignal(), testing::ExitedWithCode(0), "");
 }
 
-// Hidden windows stand for minimised ones, which this video driver does not know.
+// Uses hidden windows because the dummy driver cannot minimise one.
 TEST_F(FrameLoopTest, HiddenWindowRunsNoScreenButStillEndsWhenClosed) {
   ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
   SDL_HideWindow(window.get());
@@ -351,7 +352,7 @@ TEST_F(FrameLoopTest, HiddenWindowEndsOnASignal) {
 TEST_F(FrameLoopTest, HiddenWindowCostsNoProcessor) {
   ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
   SDL_HideWindow(window.get());
-  for (int i = 0; i < 3; ++i) pass(loop);  // what hiding tells of
+  for (int i = 0; i < 3; ++i) pass(loop);  // handles the events from hiding
   std::vector<Uint64> waits;
   for (int i = 0; i < 5; ++i) {
     const Uint64 before = SDL_GetTicks64();
@@ -359,7 +360,7 @@ TEST_F(FrameLoopTest, HiddenWindowCostsNoProcessor) {
     waits.push_back(SDL_GetTicks64() - before);
   }
   EXPECT_THAT(waits, testing::Each(testing::Ge(50U)));
-  EXPECT_THAT(waits, testing::Contains(testing::Lt(250U))) << "signals and clicks wait as long";
+  EXPECT_THAT(waits, testing::Contains(testing::Lt(250U))) << "signals and clicks would be noticed too late";
 }
 
 TEST_F(FrameLoopTest, TimeOfTheScreensStandsWhileTheWindowIsHidden) {
@@ -412,7 +413,7 @@ TEST_F(FrameLoopTest, LostPicturesArePaintedAnew) {
     paints = 0;
     pass(loop, draw);
     EXPECT_EQ(paints, 2);
-    EXPECT_FALSE(marked) << "the frame's own picture";
+    EXPECT_FALSE(marked) << "the frame's own surface was kept";
     pass(loop, draw);
     EXPECT_EQ(paints, 2);
     EXPECT_EQ(pixelAt(shown().get(), 20, 20), 0xFFFF0000);
@@ -429,7 +430,7 @@ class StillPicture : public FrameLoopTest {
     waitTime = 0;
   }
 
-  // Whether the screen runs in the next pass; it says that its picture stays for so long.
+  // Whether the screen runs in the next pass. It then declares its picture still for `stays` seconds.
   bool paints(double stays = ui::kForever) {
     bool ran = false;
     pass(loop, [&](ui::Ctx& ctx) {
@@ -438,7 +439,7 @@ class StillPicture : public FrameLoopTest {
     });
     return ran;
   }
-  // Until all that was told at the start is shown.
+  // Runs passes until all initial events are handled and shown.
   void settle(double stays = ui::kForever) {
     for (int i = 0; i < 10 && paints(stays); ++i) continue;
   }
@@ -548,11 +549,11 @@ TEST_F(StillPicture, IsPaintedUntilNothingStandsInForAnother) {
   EXPECT_EQ(frames, 1 + (20 + ui::kMostPaints - 1) / ui::kMostPaints);
 }
 
-// The play clock would run slow.
+// Otherwise the play clock would run slow.
 TEST_F(StillPicture, CountsTheWholeWaitAsTimeOfTheNextFrame) {
   settle(0.5);
   const double painted = fixedTime;
-  // The loop waits in parts; the clock goes on meanwhile, a tenth in each.
+  // The loop waits in several parts, each of which takes a tenth of a second.
   waitTime = 0.1;
   ui::Ctx seen;
   for (int i = 0; i < 10 && seen.time == 0; ++i) seen = frameOf(loop);
@@ -604,7 +605,7 @@ TEST_F(StillPicture, ThatMovesIsPacedToTheDisplay) {
   settle(0);
   longestWait = 0;
   EXPECT_TRUE(paints(0));
-  EXPECT_GE(longestWait, 13) << "at 60 a second, a fifth less for a renderer that waits by itself";
+  EXPECT_GE(longestWait, 13) << "60 frames per second, minus a fifth for a renderer with vsync";
   EXPECT_LE(longestWait, 17);
 }
 
@@ -616,13 +617,13 @@ TEST_F(StillPicture, ThatMovesUnwatchedDoesSoTenTimesASecond) {
   EXPECT_EQ(longestWait, 100);
 }
 
-// As where the processor goes to another program for longer than a frame.
+// As on a machine where another program runs for longer than a frame.
 TEST_F(StillPicture, ThatMovesBearsAClockThatJumpsFromLookToLook) {
   ui::FrameLoop jumpy(window.get(), renderer.get(), [] { return fixedTime += 0.05; });
   for (int i = 0; i < 5; ++i) EXPECT_TRUE(pass(jumpy));
 }
 
-// --- what is done to a screen that cannot be seen yet ---
+// --- input for a screen that is not visible yet ---
 
 SDL_Event buttonEvent(Uint32 type) {
   SDL_Event event = {};
@@ -644,7 +645,7 @@ TEST_F(FrameLoopTest, ClickWhileAScreensFirstFrameIsDrawnIsNotHeardOf) {
   });
   const ui::Ctx frame = frameOf(loop);
   EXPECT_FALSE(frame.in.pressed || frame.in.clicked);
-  EXPECT_THAT(frame.in.keys, ElementsAre(SDLK_h)) << "keys are";
+  EXPECT_THAT(frame.in.keys, ElementsAre(SDLK_h)) << "only button events are dropped";
 }
 
 TEST_F(FrameLoopTest, KeyTypedWhileAScreensFirstFrameIsDrawnIsNoFreshOne) {
@@ -727,7 +728,7 @@ TEST_F(FrameLoopTest, NothingIsSavedWhileTheGeometryStays) {
 }
 
 TEST_F(FrameLoopTest, FirstTwoSecondsSaveNoGeometry) {
-  // The clock starts at 0 with the loop; a window that finds its place does not cost a write.
+  // The loop starts at time 0. Placing the window must not cause a write.
   fixedTime = 0;
   ui::FrameLoop loop(window.get(), renderer.get(), fixedClock);
   SDL_SetWindowSize(window.get(), 700, 500);

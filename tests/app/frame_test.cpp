@@ -16,7 +16,7 @@ int liveTextures = 0;
 
 }  // namespace
 
-// In place of SDL's own in this program.
+// Replaces SDL's function in this program.
 SDL_Texture* SDL_CreateTexture(SDL_Renderer* renderer, Uint32 format, int access, int w, int h) {
   static auto* const create =
       reinterpret_cast<decltype(SDL_CreateTexture)*>(dlsym(RTLD_NEXT, "SDL_CreateTexture"));
@@ -44,10 +44,10 @@ void fill(cairo_t* cr, double x, double y, double w, double h) {
   cairo_fill(cr);
 }
 
-// The surface that the canvas draws on now.
+// The canvas's current surface.
 cairo_surface_t* surfaceOf(ui::FrameCanvas& canvas) { return cairo_get_target(canvas.begin(1).get()); }
 
-// A mark that lives as long as the surface.
+// Marks the surface, to notice whether it is replaced.
 cairo_user_data_key_t markKey;
 void mark(ui::FrameCanvas& canvas) {
   static int anything;
@@ -84,7 +84,7 @@ TEST(FrameCanvas, BeginsEachFrameTransparent) {
   EXPECT_EQ(pixelAt(window.picture().get(), 2, 2), kRed);
 }
 
-// As clearing, uploading and copying all of it would show.
+// Must look as if the whole surface were cleared, uploaded and copied each time.
 TEST(FrameCanvas, ShowsWhateverWasDrawnAndNothingOfTheFramesBefore) {
   constexpr int kPictureW = 90;
   constexpr int kPictureH = 10 * ui::FrameCanvas::kBandRows + 7;
@@ -128,7 +128,7 @@ TEST(FrameCanvas, ShowsWhateverWasDrawnAndNothingOfTheFramesBefore) {
   }
 }
 
-// At 3840 x 2160 a texture of the whole window is 33 MB.
+// A texture of the whole window at 3840 x 2160 takes 33 MB.
 TEST(FrameCanvas, HasTexturesOfWhatItShowsAlone) {
   constexpr int kPictureH = 10 * ui::FrameCanvas::kBandRows + 7;
   const support::GpuWindow window(64, kPictureH);

@@ -1,4 +1,4 @@
-// The loop in windows of more than 1920 x 1080, where a logical pixel is longer than one of the window's.
+// Tests the loop in windows larger than 1920 x 1080, where a logical pixel is longer than a point.
 
 #include <gtest/gtest.h>
 
@@ -49,7 +49,7 @@ class LargeWindow : public testing::TestWithParam<Large> {
   }
   static void TearDownTestSuite() { SDL_Quit(); }
 
-  // The frame that the screen sees in the next pass, in which it does this.
+  // The context that the screen sees in the next pass, in which it calls `act`.
   ui::Ctx frame(const std::function<void(ui::Ctx&)>& act = [](ui::Ctx&) {}) {
     ui::Ctx seen;
     fake::script().onUpdate = [&](ui::Ctx& ctx) {

@@ -1,5 +1,6 @@
-// The loop where a logical pixel is more than one of the display's: what a screen is told, where its drawing
-// lands. Which of a frame's work is told as whose time, and what a pass does that draws nothing.
+// Tests the frame loop on displays with several device pixels per logical pixel: what a screen is told and
+// where its drawing appears. Also tests how the statistics attribute a frame's work, and passes that draw
+// nothing.
 
 #include <SDL.h>
 #include <cairo.h>
@@ -22,14 +23,14 @@
 
 namespace {
 
-// The window's size in pixels of the display.
+// The window's size in device pixels.
 constexpr int kPixelW = 640;
 constexpr int kPixelH = 480;
 
-// How many of them SDL takes for one of the window's own.
+// Device pixels per unit of SDL's window size.
 double displayScale = 1;
 double fixedTime = 0;
-// What it takes to show a frame.
+// Seconds that presenting a frame takes.
 double presentTime = 0;
 
 double fixedClock() { return fixedTime; }
@@ -41,7 +42,7 @@ Function* next(const char* name) {
 
 }  // namespace
 
-// In place of SDL's own in this program.
+// Replaces SDL's function in this program.
 void SDL_GetWindowSize(SDL_Window* window, int* w, int* h) {
   static auto* const ask = next<decltype(SDL_GetWindowSize)>("SDL_GetWindowSize");
   ask(window, w, h);
@@ -86,7 +87,7 @@ class ScaledLoop : public testing::Test {
     fake::script().onUpdate = act;
     return loop.pass();
   }
-  // Whether the next pass draws; the picture stays as it is from then on.
+  // Whether the next pass draws. Afterwards the picture is declared still.
   bool draws(ui::FrameLoop& loop) {
     bool drawn = false;
     pass(loop, [&drawn](ui::Ctx& ctx) {
@@ -152,7 +153,7 @@ constexpr std::uint32_t kBlue = 0xFF0000FF;
 // A rectangle whose corners lie on whole device pixels at each of the scales.
 constexpr ui::Rect kPlace = {40, 80, 120, 60};
 
-// That it is filled with the colour, and nothing about it is.
+// Expects the rectangle to be filled with the colour, and nothing around it.
 void expectFilled(cairo_surface_t* picture, double scale, std::uint32_t color) {
   const ui::Rect& rect = kPlace;
   const auto pixel = [scale](double length) { return static_cast<int>(length * scale); };
@@ -218,7 +219,7 @@ TEST_P(AtScale, ScaleOfAFrameIsThatOfItsWindowNow) {
   });
 }
 
-// --- the times that it tells ---
+// --- the reported times ---
 
 TEST_F(ScaledLoop, UpdatingIsTheProcessorsTimeAndShowingTheDisplays) {
   setenv("VESKARA_STATS", "", 1);
@@ -244,7 +245,7 @@ TEST_F(ScaledLoop, WindowsSizeIsSavedInAPassThatDrawsNothing) {
   fixedTime += 1;
   SDL_SetWindowSize(window.get(), 720, 500);
   settle(loop);
-  EXPECT_TRUE(isSaved(700)) << "a second later is too soon";
+  EXPECT_TRUE(isSaved(700)) << "720 comes only a second later, too soon for another write";
   fixedTime += 1.5;
   EXPECT_FALSE(draws(loop));
   EXPECT_TRUE(isSaved(720));

@@ -11,7 +11,7 @@
 #include <cstdlib>
 #include <string_view>
 
-// Each test ends a process of its own: the flag, once set, stays.
+// Each test ends a process of its own, because the flag stays set.
 
 namespace {
 
@@ -27,14 +27,14 @@ void neverReturn() {
   for (;;) pause();
 }
 
-// Ends with status 3 when all the signals are survived.
+// Exits with status 3 if the process survives all the signals.
 void receive(void (*words)(), std::initializer_list<int> signals) {
   ui::installTerminationHandler(words);
   for (const int sig : signals) raise(sig);
   std::_Exit(3);
 }
 
-// Ends with status 0 when the flag is as it should be.
+// Exits with status 0 if the flag has the wanted value.
 void checkFlagAfter(std::initializer_list<int> signals, bool wanted) {
   ui::installTerminationHandler(lastWords);
   for (const int sig : signals) raise(sig);
@@ -68,7 +68,7 @@ TEST(SignalsDeathTest, HangingLastWordsDoNotKeepTheProgramAlive) {
   EXPECT_EXIT(receive(neverReturn, {SIGTERM, SIGINT}), ExitedWithCode(130), "");
 }
 
-// Ends with status 3 when a write fails and the program goes on.
+// Exits with status 3 if a write fails and the program goes on.
 void writeToNobody() {
   ui::surviveFailedWrites();
   std::array<int, 2> ends = {};

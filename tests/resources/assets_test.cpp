@@ -30,10 +30,9 @@ const char* const kFont = "fonts/QuenlockMahjongGlyphs.ttf";
 
 std::string sourceFile(const std::string& name) { return readAll(std::string(VESKARA_ASSETS) + "/" + name); }
 
-// This process asks for no asset that exists: an asset once handed out would hide the overrides of later
-// tests.
+// This process must not load an existing asset: a loaded asset would hide the overrides of later tests.
 
-// What `act` gives back in a process that takes `root` for the user's override directory.
+// The result of `act` in a process with `root` as VESKARA_ASSET_DIR.
 template <class Act>
 std::string withOverrides(const std::string& root, const Act& act) {
   return inOwnProcess([&] {
@@ -46,7 +45,7 @@ std::string blobWithOverrides(const std::string& root, const std::string& name) 
   return withOverrides(root, [&] { return assets::blob(name); });
 }
 
-// The built-in names whose bytes are not the source file's with `root` for the override directory.
+// The built-in names whose bytes differ from the source file with `root` as VESKARA_ASSET_DIR.
 std::string replacedBy(const std::string& root) {
   return withOverrides(root, [] {
     std::string names;
@@ -58,8 +57,8 @@ std::string replacedBy(const std::string& root) {
   });
 }
 
-// A process whose cache base is `base`: what materializeFonts printed, then on a line of its own what it
-// returned.
+// Runs materializeFonts in a process with `base` as cache directory. Returns what it printed, then on a new
+// line its result.
 std::string materializeIn(const std::string& base) {
   return inOwnProcess([&] {
     unsetenv("VESKARA_ASSET_DIR");

@@ -58,12 +58,12 @@ constexpr std::array<SoundFile, 13> kEffects = {{{Sfx::Click, "audio/sfx_click.o
                                                  {Sfx::Star3, "audio/sfx_star3.ogg"}}};
 constexpr const char* kMusic = "audio/bgm_calm.ogg";
 
-// In frames, of the device that was opened last.
+// Chunk size in frames that the last opened device was asked for.
 int askedChunk = 0;
 
 }  // namespace
 
-// In place of SDL_mixer's own in this program.
+// Replaces SDL_mixer's function in this program.
 int Mix_OpenAudio(int frequency, Uint16 format, int channels, int chunk) {
   static auto* const openAudio =
       reinterpret_cast<decltype(Mix_OpenAudio)*>(dlsym(RTLD_NEXT, "Mix_OpenAudio"));
@@ -73,8 +73,8 @@ int Mix_OpenAudio(int frequency, Uint16 format, int channels, int chunk) {
 
 namespace {
 
-// The sounds of most tests: each effect is of a level of its own, the music goes up and down. All levels are
-// multiples of the mixer's full volume, so that each volume comes out exactly.
+// The sounds of most tests: every effect has its own level, and the music alternates. All levels are
+// multiples of the mixer's full volume, so that every volume comes out exactly.
 constexpr std::size_t kEffectFrames = 20 * kBuffer;
 constexpr std::size_t kMusicHalf = 30 * kBuffer + 77;
 constexpr int kMusicLevel = 100 * MIX_MAX_VOLUME;
@@ -92,7 +92,7 @@ void makePlainSounds(const TempDir& dir) {
   replaceFile(dir, kMusic, wav({{kMusicLevel, kMusicHalf}, {-kMusicLevel, kMusicHalf}}));
 }
 
-// Volumes as a caller may give them, and the mixer's.
+// Volumes that a caller may pass, and the mixer's volume for each.
 struct VolumeCase {
   double asked;
   int mixer;
@@ -101,8 +101,8 @@ constexpr VolumeCase kVolumes[] = {{0.5, 64},  {0.999, 127}, {1, 128},
                                    {1.7, 128}, {0.01, 1},    {std::numeric_limits<double>::infinity(), 128}};
 constexpr double kSilentVolumes[] = {0, -0.5, std::numeric_limits<double>::quiet_NaN()};
 
-// A process of its own that takes `root` for the user's override directory and has a device that plays to
-// nobody: what audio::init says and what `act` gives back.
+// Runs `act` in a process with `root` as VESKARA_ASSET_DIR and a dummy audio device. Returns what audio::init
+// printed and the result of `act`.
 template <class Act>
 std::string withFiles(const std::string& root, const Act& act) {
   return inOwnProcess([&] {
@@ -114,7 +114,7 @@ std::string withFiles(const std::string& root, const Act& act) {
   });
 }
 
-// A plus or a minus for each effect, whether it can be played, and the same of the music in words.
+// A plus or a minus for each effect, whether it can be played. Then the same for the music, in words.
 std::string playable() {
   std::string marks;
   for (const auto& [effect, name] : kEffects) {
@@ -126,8 +126,7 @@ std::string playable() {
   return marks + (Mix_PlayingMusic() != 0 ? " with music" : " without music");
 }
 
-// The tests that need a process which has not asked for a sound yet come first; the others leave the built-in
-// files hidden by their own.
+// The tests that need a process without loaded sounds come first. The later ones override the built-in files.
 
 TEST(AudioDefaults, AreQuietMusicFullEffectsSwitchedOn) {
   const TempDir files;
@@ -211,7 +210,7 @@ struct FreeChunk {
   void operator()(Mix_Chunk* chunk) const { Mix_FreeChunk(chunk); }
 };
 
-// A sound file's bytes as the open device has them to play.
+// A sound file's bytes, decoded for the open device.
 Samples decoded(const std::string& bytes) {
   SDL_RWops* stream = SDL_RWFromConstMem(bytes.data(), static_cast<int>(bytes.size()));
   const std::unique_ptr<Mix_Chunk, FreeChunk> chunk(Mix_LoadWAV_RW(stream, 1));
@@ -220,7 +219,7 @@ Samples decoded(const std::string& bytes) {
   return {samples, samples + chunk->alen / sizeof(std::int16_t)};
 }
 
-// Whether `played` is what `file` begins with, some silence of the device before it apart.
+// Whether `file` begins with `played`. Silence of the device before it is ignored.
 bool beginsWith(const Samples& file, const Samples& played) {
   const Samples expected = trimmed(file);
   const Samples heard = trimmed(played);
@@ -269,7 +268,7 @@ TEST(AudioFiles, BuiltInMusicGoesOnAtItsSeamSampleBySample) {
             "");
 }
 
-// A signal may end the program in the midst of everything.
+// A signal may end the program at any point.
 TEST(AudioDeathTest, MayBeShutDownWhenTheProgramHasEnded) {
   const auto endWhilePlaying = [] {
     std::atexit(audio::shutdown);
@@ -293,7 +292,7 @@ class Audio : public testing::Test {
   ~Audio() override {
     device.reset();
     audio::shutdown();
-    audio::setEnabled(false);  // forgets the music
+    audio::setEnabled(false);  // also forgets the music
     audio::setEnabled(true);
   }
 
@@ -301,7 +300,7 @@ class Audio : public testing::Test {
     device.emplace();
     ASSERT_TRUE(audio::init());
   }
-  // The whole of an effect that was just played, and what else is heard meanwhile.
+  // Everything heard until the effect just started has ended.
   Samples hearEffect() { return device->listen(kEffectFrames + kLatency); }
   std::vector<Samples> hearTiles(int count) {
     std::vector<Samples> tiles;
@@ -407,7 +406,7 @@ TEST_F(Audio, TilesAreChosenInTheSameOrderEachTime) {
   EXPECT_EQ(hearTiles(8), tiles);
 }
 
-// A sound played faster is shorter.
+// A sound with a higher pitch is shorter.
 TEST_F(Audio, TilesDifferInPitchByNoMoreThan3Percent) {
   open();
   std::set<std::size_t> lengths;
@@ -426,7 +425,7 @@ TEST_F(Audio, TilesDifferInLevelAndNoneIsLouderThanTheFile) {
   EXPECT_EQ(*levels.rbegin(), levelOf(Sfx::Tile));
 }
 
-// A bright sound reaches its level at once, a dull one step by step.
+// A bright sound reaches its level at once, a dull one gradually.
 TEST_F(Audio, TilesDifferInBrightness) {
   open();
   std::set<std::ptrdiff_t> steps;
@@ -614,7 +613,7 @@ TEST_F(Audio, ShutdownForgetsTheMusicButNotTheVolumes) {
   EXPECT_EQ(device->level(), kClickLevel / 2);
 }
 
-// What these leave behind is found by the leak checker at the end of the process.
+// The leak checker reports at the end of the process what these leave behind.
 TEST_F(Audio, CanBeOpenedAndClosedAgainAndAgain) {
   setenv("SDL_AUDIODRIVER", "dummy", 1);
   for (int i = 0; i < 8; ++i) {

@@ -1,5 +1,5 @@
-// expected_texts.h: the texts as they are meant, written down a second time, so that no change of the
-// catalogues goes unnoticed. In the order of their keys.
+// expected_texts.h: a second copy of the texts, so that no change of the catalogues goes unnoticed. Sorted by
+// key.
 #pragma once
 
 #include <array>
@@ -77,7 +77,7 @@ inline constexpr std::array<ExpectedText, 55> kExpectedTexts = {{
     {"solved.toMenu", "Main menu", "Zum Menü"},
 }};
 
-// From Sunday, and from January.
+// Starting with Sunday and January.
 inline constexpr std::array<const char*, 7> kEnglishWeekdays = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                                                 "Thursday", "Friday", "Saturday"};
 inline constexpr std::array<const char*, 12> kEnglishMonths = {

@@ -1,5 +1,4 @@
-// What holds for the texts of every language, so that a new or corrected one cannot lose a key or a
-// placeholder.
+// Tests that the texts of all languages have the same keys and placeholders.
 
 #include "resources/i18n_data.h"
 
@@ -54,7 +53,7 @@ std::vector<std::string> partsOf(const std::string& text, const std::string& sep
   return parts;
 }
 
-// The names in double braces.
+// The names of all {{placeholders}}.
 std::multiset<std::string> placeholdersOf(const std::string& text) {
   std::multiset<std::string> names;
   const std::vector<std::string> parts = partsOf(text, "{{");
@@ -76,8 +75,7 @@ bool isComposed(const std::string& text) {
   return composed != nullptr && composed.get() == text;
 }
 
-// Calls `look(text)` with every text that the tables hold: of the catalogues, the languages' names and the
-// dates.
+// Calls `look(text)` for every text in the tables: catalogues, language names and dates.
 template <class Look>
 void forEachText(const Look& look) {
   for (const Catalog& catalog : kCatalogs) {

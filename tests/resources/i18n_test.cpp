@@ -15,7 +15,7 @@ using i18n::formatLongDate;
 using i18n::tr;
 using support::inOwnProcess;
 
-// The language that is current while the object lives; English is afterwards.
+// Sets the current language for its lifetime, then English.
 class InLanguage {
  public:
   explicit InLanguage(const std::string& code) { i18n::setLanguage(code); }
@@ -26,7 +26,7 @@ class InLanguage {
 
 using Variables = std::initializer_list<std::pair<const char*, const char*>>;
 
-// What `act` gives back in a process whose environment asks for a language with these variables alone.
+// The result of `act` in a process in which only these language variables are set.
 template <class Act>
 std::string withVariables(Variables variables, const Act& act) {
   return inOwnProcess([&] {

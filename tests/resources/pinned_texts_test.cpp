@@ -1,5 +1,5 @@
-// The texts beside a second source: English and German word by word, all languages by a digest each, so that
-// whoever changes a text means to.
+// Compares the texts with a second copy: English and German word by word, all languages by a digest each. So
+// no text changes by accident.
 
 #include <gtest/gtest.h>
 
@@ -51,7 +51,7 @@ TEST(PinnedTexts, AreTheEnglishAndTheGermanDates) {
   EXPECT_STREQ(date_data::kNames[kGermanRow].pattern, "{W}, {D}. {M}");
 }
 
-// 64-bit FNV-1a of texts, each closed by a line feed.
+// 64-bit FNV-1a digest of texts, each followed by a line feed.
 class Digest {
  public:
   void add(const std::string& text) {
@@ -67,7 +67,7 @@ class Digest {
   std::uint64_t value = 0xCBF29CE484222325U;
 };
 
-// Of all that a language has of its own.
+// The digest of everything specific to a language.
 std::string digestOf(std::size_t language) {
   const Catalog& catalog = kCatalogs[language];
   const date_data::Names& dates = date_data::kNames[language];
@@ -84,14 +84,14 @@ std::string digestOf(std::size_t language) {
   return digest.hex();
 }
 
-// With the environment variable VESKARA_UPDATE_TEXTS the file is written anew, and the test fails, so that
-// such a run is never green: look at what has changed in it, then run again without.
+// With the environment variable VESKARA_UPDATE_TEXTS the file is rewritten, and the test fails so that such a
+// run is never green. Review the changes in the file, then run again without the variable.
 TEST(PinnedTexts, AreThoseOfAllLanguages) {
   if (std::getenv("VESKARA_UPDATE_TEXTS") != nullptr) {
     std::ofstream file(VESKARA_TEXT_DIGESTS);
     for (std::size_t i = 0; i < i18n_data::kCatalogCount; ++i)
       file << kCatalogs[i].code << ' ' << digestOf(i) << '\n';
-    FAIL() << VESKARA_TEXT_DIGESTS << " was rewritten: look at what has changed";
+    FAIL() << VESKARA_TEXT_DIGESTS << " was rewritten: review the changes";
   }
   std::map<std::string, std::string> pinned;
   std::ifstream file(VESKARA_TEXT_DIGESTS);
@@ -100,7 +100,7 @@ TEST(PinnedTexts, AreThoseOfAllLanguages) {
   for (std::size_t i = 0; i < i18n_data::kCatalogCount; ++i) {
     EXPECT_EQ(pinned[kCatalogs[i].code], digestOf(i))
         << "texts of " << kCatalogs[i].code
-        << " have changed; were they meant to, run with VESKARA_UPDATE_TEXTS=1";
+        << " have changed; if this is intended, run with VESKARA_UPDATE_TEXTS=1";
   }
 }
 

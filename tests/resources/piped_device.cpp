@@ -33,7 +33,7 @@ PipedDevice::PipedDevice() {
   const std::string file = dir.path("sound");
   if (mkfifo(file.c_str(), 0600) == 0) pipe = open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (pipe < 0 || fcntl(pipe, F_SETPIPE_SZ, kBufferBytes) < 0) throw std::runtime_error("no pipe");
-  // The card that nobody hears any more fails to write, and that is all.
+  // Writing to the closed pipe must only fail, not kill the process.
   std::signal(SIGPIPE, SIG_IGN);
   setenv("SDL_AUDIODRIVER", "disk", 1);
   setenv("SDL_DISKAUDIOFILE", file.c_str(), 1);
@@ -50,7 +50,7 @@ Samples PipedDevice::listen(std::size_t frames) const {
   while (filled < size) {
     const ssize_t got = waitForBytes(pipe) ? read(pipe, bytes + filled, size - filled) : 0;
     if (got <= 0) {
-      ADD_FAILURE() << "the device makes no sound";
+      ADD_FAILURE() << "the device sent no sound";
       break;
     }
     filled += static_cast<std::size_t>(got);
@@ -94,12 +94,12 @@ std::string wav(const std::vector<Piece>& pieces) {
   appendNumber(file, 36 + size, 4);
   file += "WAVEfmt ";
   appendNumber(file, 16, 4);
-  appendNumber(file, 1, 2);  // plain numbers
-  appendNumber(file, 2, 2);  // left and right
+  appendNumber(file, 1, 2);  // format: PCM
+  appendNumber(file, 2, 2);  // channels
   appendNumber(file, kRate, 4);
-  appendNumber(file, kRate * 4, 4);  // bytes a second
-  appendNumber(file, 4, 2);          // bytes a frame
-  appendNumber(file, 16, 2);         // bits a sample
+  appendNumber(file, kRate * 4, 4);  // bytes per second
+  appendNumber(file, 4, 2);          // bytes per frame
+  appendNumber(file, 16, 2);         // bits per sample
   file += "data";
   appendNumber(file, size, 4);
   return file + sound;

@@ -1,5 +1,5 @@
-// piped_device.h: a sound card that a test listens to, sample by sample. SDL writes its sound into a pipe,
-// and mixes on only as the test takes it out: how fast the machine is makes no difference.
+// piped_device.h: a sound device that a test reads sample by sample. SDL writes its sound into a pipe and
+// mixes only as fast as the test reads, so the machine's speed does not matter.
 #pragma once
 
 #include <cstddef>
@@ -13,24 +13,24 @@ namespace support {
 
 using Samples = std::vector<std::int16_t>;  // interleaved stereo
 
-// Frames that the mixer makes at a time.
+// Frames that the mixer produces at a time.
 inline constexpr std::size_t kBuffer = 1024;
-// More frames than pipe and driver hold together: sound that is this old was mixed after what the test did
-// last.
+// More frames than pipe and driver can hold together. Sound read after skipping that many was mixed after the
+// test's last call.
 inline constexpr std::size_t kLatency = 8 * kBuffer;
 
 class PipedDevice {
  public:
-  // The card for the next opening of a device in this process.
+  // Used by the next device that this process opens.
   PipedDevice();
   PipedDevice(const PipedDevice&) = delete;
   PipedDevice& operator=(const PipedDevice&) = delete;
-  // Pulls the cable: a device that is still open is then heard by nobody, and can be closed.
+  // Closes the pipe. A device that is still open then writes to nobody and can be closed.
   ~PipedDevice();
 
-  // The next so many frames. Fewer, and a failure of the test, when none come for half a minute.
+  // The next `frames` frames. If none arrive for half a minute, fails the test and returns fewer.
   Samples listen(std::size_t frames) const;
-  // What the card plays now, in answer to all that was done before: one sample.
+  // One sample of what plays now, after everything done before has taken effect.
   int level() const;
 
  private:
@@ -38,20 +38,20 @@ class PipedDevice {
   int pipe = -1;
 };
 
-// `sound` without the silence before and after it.
+// `sound` without leading and trailing silence.
 Samples trimmed(const Samples& sound);
 
-// A sound of equal samples, one piece after another.
+// A run of equal samples.
 struct Piece {
   int level = 0;
   std::size_t frames = 0;
 
   bool operator==(const Piece&) const = default;
 };
-// What `sound`, the same on both sides, is made of.
+// The pieces of `sound`, whose two channels must be equal.
 std::vector<Piece> pieces(const Samples& sound);
 
-// A sound file that SDL_mixer decodes to exactly these pieces.
+// A WAV file that SDL_mixer decodes to exactly these pieces.
 std::string wav(const std::vector<Piece>& pieces);
 
 }  // namespace support

@@ -1,4 +1,4 @@
-// Measures the committed sounds as they are decoded, whatever the scripts that made them meant.
+// Measures the committed sound files after decoding, independently of the scripts that made them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <vorbis/vorbisfile.h>
@@ -86,7 +86,7 @@ double power(std::span<const double> part) {
   return sum / static_cast<double>(part.size());
 }
 
-// A filter of second order: b over a, a0 being 1.
+// A second-order filter with the coefficients b / a, where a0 is 1.
 struct Biquad {
   double b0, b1, b2, a1, a2;
 
@@ -102,13 +102,13 @@ struct Biquad {
   }
 };
 
-// K weighting of ITU-R BS.1770 at 44.1 kHz: the ear hears the middle better than the bass.
+// K-weighting of ITU-R BS.1770 at 44.1 kHz: the ear hears middle frequencies better than bass.
 constexpr Biquad kShelf{1.5308412300503478, -2.6509799951547297, 1.1690790799215869, -1.6636551132560204,
                         0.7125954280732254};
 constexpr Biquad kHighpass{1.0, -2.0, 1.0, -1.9891696736297957, 0.9891990357870394};
 
-// K-weighted power, channels added, of each window of `width` seconds that begins every `step` seconds. What
-// lies past the end is silent.
+// K-weighted power, summed over the channels, in windows of `width` seconds every `step` seconds. Past the
+// end there is silence.
 std::vector<double> loudnessPowers(const Sound& sound, double width, double step) {
   Samples sums(sound.frames() + frames(width) + 1, 0.0);
   for (const Samples& channel : sound.channels) {
@@ -125,7 +125,7 @@ std::vector<double> loudnessPowers(const Sound& sound, double width, double step
 
 double lufs(double power) { return decibels(power) - 0.691; }
 
-// The loudest 400 ms: an ear adds up about so much of what it hears, a patter as well as a tone.
+// The loudness of the loudest 400 ms, which is about the time over which an ear integrates sound.
 double loudestMoment(const Sound& sound) { return lufs(std::ranges::max(loudnessPowers(sound, 0.4, 0.001))); }
 
 double meanAbove(const std::vector<double>& powers, double floor) {
@@ -139,15 +139,15 @@ double meanAbove(const std::vector<double>& powers, double floor) {
   return count > 0 ? sum / count : 0.0;
 }
 
-// Integrated loudness of BS.1770: silence and what lies 10 LU below the rest do not count.
+// Integrated loudness of BS.1770: ignores silence and what is 10 LU below the rest.
 double integratedLoudness(const Sound& sound) {
   const std::vector<double> powers = loudnessPowers(sound, 0.4, 0.1);
   const double silent = std::pow(10.0, (-70.0 + 0.691) / 10.0);
   return lufs(meanAbove(powers, std::max(silent, 0.1 * meanAbove(powers, silent))));
 }
 
-// Loudness range of EBU Tech 3342: from the 10th to the 95th percentile of windows of 3 s, save silent ones
-// and those 20 LU below the others.
+// Loudness range of EBU Tech 3342: between the 10th and 95th percentile of 3 s windows, without silent ones
+// and those 20 LU below the rest.
 double loudnessRange(const Sound& sound) {
   std::vector<double> powers = loudnessPowers(sound, 3.0, 0.1);
   powers.resize(powers.size() - 30);
@@ -159,8 +159,8 @@ double loudnessRange(const Sound& sound) {
   return percentile(95) - percentile(10);
 }
 
-// The highest point of the wave, between the samples as well: each quarter from one to the next, by a
-// windowed sinc around those that come near.
+// The true peak of the wave, which may lie between the samples. A windowed sinc evaluates quarter steps
+// around the samples near the peak.
 double truePeak(const Sound& sound) {
   constexpr std::size_t kReach = 16;
   double highest = peak(sound);
@@ -181,7 +181,7 @@ double truePeak(const Sound& sound) {
   return highest;
 }
 
-// Butterworth filters of second order.
+// Second-order Butterworth filters.
 Biquad lowpass(double hertz) {
   const double k = std::tan(std::numbers::pi * hertz / kRate);
   const double a0 = 1.0 + std::numbers::sqrt2 * k + k * k;
@@ -201,7 +201,7 @@ Sound filtered(Sound sound, const Biquad& filter) {
   return sound;
 }
 
-// The part of its energy that lies where the ear is most easily hurt.
+// The share of energy from 2 to 5 kHz, where the ear is most sensitive.
 double piercingShare(const Sound& sound) {
   const Sound piercing = filtered(filtered(sound, highpass(2000)), lowpass(5000));
   double whole = 0.0;
@@ -213,7 +213,7 @@ double piercingShare(const Sound& sound) {
   return part / whole;
 }
 
-// A third of an octave around a frequency.
+// A band-pass filter one third of an octave wide.
 Biquad thirdOctave(double hertz) {
   const double w = 2.0 * std::numbers::pi * hertz / kRate;
   const double alpha = std::sin(w) / (2.0 * 4.318);
@@ -221,7 +221,7 @@ Biquad thirdOctave(double hertz) {
   return {alpha / a0, 0.0, -alpha / a0, -2.0 * std::cos(w) / a0, (1.0 - alpha) / a0};
 }
 
-// The spectrum in thirds of octaves from 100 Hz to 8 kHz.
+// Third-octave band centres from 100 Hz to 8 kHz.
 std::vector<double> thirdOctaveFrequencies() {
   std::vector<double> frequencies;
   for (int third = 0; third < 20; ++third) frequencies.push_back(100.0 * std::exp2(third / 3.0));
@@ -237,8 +237,8 @@ Samples mono(const Sound& sound) {
   return mixed;
 }
 
-// What an ear would tell a sound by: the level of each third of an octave in each of six parts of its first
-// 0.6 s, in dB below the sound's loudest such part, nothing being quieter than -40.
+// What an ear recognises a sound by: the level of each third-octave band in each of six parts of its first
+// 0.6 s, in dB relative to the loudest of them, and at least -40.
 std::vector<double> fingerprint(const Sound& sound) {
   constexpr std::size_t kParts = 6;
   Samples samples = mono(sound);
@@ -256,7 +256,7 @@ std::vector<double> fingerprint(const Sound& sound) {
   return levels;
 }
 
-// The mean difference of two fingerprints, in dB, where at least one of the sounds is heard.
+// The mean difference of two fingerprints in dB, over the entries where at least one sound is audible.
 double differenceByEar(const std::vector<double>& a, const std::vector<double>& b) {
   double sum = 0.0;
   int heard = 0;
@@ -268,7 +268,7 @@ double differenceByEar(const std::vector<double>& a, const std::vector<double>& 
   return sum / heard;
 }
 
-// The music as it plays on: its last second, then its first.
+// The music across its loop point: the last second, then the first.
 Samples acrossTheSeam(const Samples& channel) {
   Samples around(channel.end() - kRate, channel.end());
   around.insert(around.end(), channel.begin(), channel.begin() + kRate);
@@ -323,7 +323,7 @@ TEST(EffectFiles, AreHeardWithoutDelay) {
   }
 }
 
-// A bell cut off would be heard as a hand that stops it.
+// A cut-off bell sounds as if a hand stopped it.
 TEST(EffectFiles, DieAwayBeforeTheyEnd) {
   for (const Sound& sound : effects()) {
     const Samples samples = mono(sound);
@@ -332,7 +332,7 @@ TEST(EffectFiles, DieAwayBeforeTheyEnd) {
   }
 }
 
-// A tile that lands is heard by the dozen only; see below.
+// A landing tile is never heard alone; see below.
 TEST(EffectFiles, LieWithin6DecibelsOfLoudness) {
   std::vector<double> loudness;
   for (const Sound& sound : effects()) {
@@ -341,10 +341,10 @@ TEST(EffectFiles, LieWithin6DecibelsOfLoudness) {
   EXPECT_LE(std::ranges::max(loudness) - std::ranges::min(loudness), 6.0);
 }
 
-// It is heard with every pair.
+// The player hears it with every pair.
 TEST(EffectFiles, RemoveDoesNotPierce) { EXPECT_LE(piercingShare(decoded("sfx_remove")), 0.12); }
 
-// Of a refusal, more is heard than its bass.
+// Small loudspeakers have no bass, so refusals need higher frequencies too.
 TEST(EffectFiles, RefusalsAreHeardFromASmallLoudspeaker) {
   for (const char* name : {"sfx_error", "sfx_nono"}) {
     const Sound sound = decoded(name);
@@ -352,8 +352,7 @@ TEST(EffectFiles, RefusalsAreHeardFromASmallLoudspeaker) {
   }
 }
 
-// The sounds of a fresh deal's tiles, which ring into each other. The game varies them, none louder than the
-// file.
+// The overlapping tile sounds of a new deal. The game varies them, but none is louder than the file.
 Sound twentyTilesInASecond(const Sound& tile) {
   Sound row{"row", kRate, std::vector<Samples>(tile.channels.size(), Samples(frames(1.0) + tile.frames()))};
   for (std::size_t c = 0; c < tile.channels.size(); ++c) {
@@ -373,13 +372,13 @@ TEST(EffectFiles, TilesOfADealStaySofterThanWhateverIsHeardOnce) {
   }
 }
 
-// Both at the volumes that a new player has: the music's is a quarter.
+// At the default volumes; the music's is a quarter.
 TEST(EffectFiles, TilesOfADealDoNotDrownTheMusic) {
   const double music = integratedLoudness(decoded("bgm_calm")) + decibels(0.25 * 0.25);
   EXPECT_LT(loudestMoment(twentyTilesInASecond(decoded("sfx_tile"))), music + 3.0);
 }
 
-// For comparison: one and the same sound played softer is 0 dB away from itself.
+// For comparison: the same sound played more softly has a difference of 0 dB.
 TEST(EffectFiles, AreToldApartByEar) {
   std::vector<std::vector<double>> prints;
   for (const Sound& sound : effects()) prints.push_back(fingerprint(sound));
@@ -415,7 +414,7 @@ TEST_F(Music, Stays3DecibelsBelowFullScaleBetweenTheSamplesToo) {
 
 TEST_F(Music, IsAsLoudAsIntended) { EXPECT_NEAR(integratedLoudness(sound), -17.0, 1.0); }
 
-// Heard for an hour at one setting of the volume: it breathes, and nothing startles.
+// The player hears it for an hour at one volume: it should vary, but not startle.
 TEST_F(Music, HasARangeOf5To8LoudnessUnits) {
   EXPECT_GE(loudnessRange(sound), 5.0);
   EXPECT_LE(loudnessRange(sound), 8.0);
@@ -450,7 +449,7 @@ TEST_F(Music, IsAsLoudAfterItsSeamAsBefore) {
   }
 }
 
-// Bands more than 30 dB below the loudest are left out: they are masked, and mostly the encoder's noise.
+// Ignores bands more than 30 dB below the loudest: they are masked, and mostly encoder noise.
 TEST_F(Music, HasOneSpectrumOnBothSidesOfItsSeam) {
   const Samples around = acrossTheSeam(mono(sound));
   std::vector<double> before, after;
@@ -466,7 +465,7 @@ TEST_F(Music, HasOneSpectrumOnBothSidesOfItsSeam) {
   }
 }
 
-// A click is short and reaches into the high frequencies, where this music has next to nothing.
+// A click is short and contains high frequencies, of which this music has almost none.
 TEST_F(Music, DoesNotClickAtItsSeam) {
   constexpr Biquad kAbove6kHz{0.54004996, -1.08009991, 0.54004996, -0.8559895, 0.30421033};
   for (const Samples& channel : sound.channels) {

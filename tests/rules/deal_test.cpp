@@ -30,7 +30,7 @@ std::map<std::string, int> countOf(const std::vector<mj::FacePair>& pairs) {
   return count;
 }
 
-// The game after the first `pairs` pairs of its deal's order were taken.
+// The game after the first `pairs` pairs of its deal's order are removed.
 GameState playedFor(int level, std::uint32_t seed, std::size_t pairs) {
   GameState game = test::gameOf(level, seed);
   auto order = mj::createDeal(game.slots, seed).order;
@@ -39,8 +39,8 @@ GameState playedFor(int level, std::uint32_t seed, std::size_t pairs) {
   return game;
 }
 
-// A level's deal of which a damaged record kept only some tiles: each with the given chance, and one more or
-// less where the number of tiles is to be odd and is not, or the other way round.
+// A level's deal with random holes, as from a damaged record. Each tile stays with the given chance; one tile
+// more or less makes their number odd or even as wanted.
 GameState riddled(int level, std::uint32_t seed, unsigned percentKept, bool odd) {
   GameState game = test::gameOf(level, seed);
   const std::vector<std::string> faces = game.faces;
@@ -62,7 +62,7 @@ std::set<std::size_t> emptySlots(const std::vector<std::string>& faces) {
   return slots;
 }
 
-// Whether the pairs can be taken one after another, whatever their faces, and nothing is left then.
+// Whether removing the pairs in order, whatever their faces, is allowed and clears the table.
 bool clearsTheTable(GameState game, const std::vector<mj::SlotPair>& order) {
   for (std::string& face : game.faces) {
     if (!face.empty()) face = "dot1";
@@ -292,7 +292,7 @@ TEST(Reshuffle, OfOneTileGivesFacesAndStateBack) {
   EXPECT_EQ(deal.rng, 5U);
 }
 
-// Searching every subset of an odd number of free tiles would not end in this life.
+// Searching every subset of an odd number of free tiles would never finish.
 TEST(Reshuffle, OfAnOddNumberOfTilesComesBackAtOnceAsItWas) {
   for (int level = 1; level <= 100; ++level) {
     for (const unsigned kept : {10U, 50U, 90U, 100U}) {
@@ -330,7 +330,7 @@ TEST(Reshuffle, DealsFacesWithoutPartnersAsPairsOfTheirOwn) {
   EXPECT_NE(deal.rng, game.rng);
 }
 
-// Most orders waste the loose tiles before the stack is gone; the search must come back from there.
+// Most orders use up the loose tiles before the stack is gone. The search must backtrack from there.
 TEST(Reshuffle, FindsTheOrderThatSparesAPartnerForEachTileOfAStack) {
   std::vector<std::array<int, 3>> places = {{0, 0, 0}, {1, 1, 1}, {2, 2, 2}, {3, 3, 3}};
   for (int i = 0; i < 60; ++i) places.push_back({8 + 4 * i, 0, 0});
@@ -343,8 +343,8 @@ TEST(Reshuffle, FindsTheOrderThatSparesAPartnerForEachTileOfAStack) {
   }
 }
 
-// A stack with six loose tiles: in a third of the searches a dead position is met again, and not searched
-// again.
+// A stack with six loose tiles. In a third of the searches a known dead position comes up again and must not
+// be searched again.
 TEST(PinnedReshuffle, OfATightBoardComesOutFaceForFace) {
   GameState game;
   game.slots = layoutAt({{0, 0, 0}, {1, 1, 1}, {2, 2, 2}, {3, 3, 3}});

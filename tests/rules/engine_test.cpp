@@ -21,11 +21,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-// All tiles from `id` down that its weight rests on, itself included, as flags by slot id.
+// The tile `id` and all tiles below it that carry it, as flags by slot id.
 std::vector<char> pileUnder(const std::vector<mj::Slot>& slots, int id) {
   std::vector<char> inPile(slots.size(), 0);
   inPile[static_cast<std::size_t>(id)] = 1;
-  // Lower layers come first in a heap, so walking it backwards meets every tile after those above it.
+  // Lower layers come first in a heap. Going backwards meets every tile after those above it.
   for (auto slot = slots.rbegin(); slot != slots.rend(); ++slot) {
     for (const mj::Slot& above : slots) {
       if (inPile[static_cast<std::size_t>(above.id)] == 0 || above.z != slot->z + 1) continue;
@@ -49,7 +49,7 @@ int innermostTop(const std::vector<mj::Slot>& slots) {
   return top->id;  // within a layer the inner slots come first
 }
 
-// The free tiles outside the pile, higher layers first and in each the outermost first.
+// The free tiles outside the pile, higher layers first, and within a layer the outermost first.
 std::vector<int> freeOutside(const GameState& game, const std::vector<char>& pile) {
   std::vector<int> ids;
   for (const int id : mj::freeIds(game)) {
@@ -62,7 +62,7 @@ std::vector<int> freeOutside(const GameState& game, const std::vector<char>& pil
   return ids;
 }
 
-// A game in which the player took all that lies around one pile, which is left with a single free tile.
+// A game in which the player removed everything around one pile. The pile is left with a single free tile.
 GameState rimTaken(int level) {
   GameState game = test::gameOfOneFace(level);
   const std::vector<char> pile = pileUnder(game.slots, innermostTop(game.slots));
@@ -134,7 +134,7 @@ TEST(CanMatch, WantsEqualFacesAndBothFree) {
   const GameState row = test::rowOf({"dot1", "dot1", "dot2", "dot1"});
   EXPECT_TRUE(mj::canMatch(row, 0, 3));
   EXPECT_TRUE(mj::canMatch(row, 3, 0));
-  EXPECT_FALSE(mj::canMatch(row, 0, 1)) << "the second is hemmed in";
+  EXPECT_FALSE(mj::canMatch(row, 0, 1)) << "the second tile is blocked on both sides";
   EXPECT_FALSE(mj::canMatch(test::looseTiles({"dot1", "bam1"}), 0, 1));
 }
 
@@ -344,7 +344,7 @@ class RimTaken : public testing::TestWithParam<int> {};
 TEST_P(RimTaken, LeavesAPileWithOneFreeTileThatNoShuffleCanChange) {
   GameState game = rimTaken(GetParam());
   EXPECT_EQ(mj::freeIds(game).size(), 1U);
-  EXPECT_EQ(test::tilesOnTable(game), 14) << "nine, four and one";
+  EXPECT_EQ(test::tilesOnTable(game), 14) << "nine plus four plus one";
   EXPECT_THAT(mj::availablePairs(game), IsEmpty());
   GameState expected = game;
   expected.shuffles = 1;
@@ -362,7 +362,7 @@ TEST_P(RimTaken, IsMendedByUndo) {
 INSTANTIATE_TEST_SUITE_P(Level, RimTaken, testing::Values(11, 20, 29, 100),
                          [](const auto& param) { return std::to_string(param.param); });
 
-// A tenth of all random games on the levels of one stage.
+// Random games on the levels of one stage, a tenth of all.
 class RandomGames : public testing::TestWithParam<int> {
  protected:
   static constexpr int kGames = 5 * VESKARA_TEST_DEALS;
@@ -401,7 +401,7 @@ class RandomGames : public testing::TestWithParam<int> {
     ASSERT_EQ(keys, keysAtStart_);
   }
 
-  // Each undo brings back exactly the two tiles of its entry, until all lie there again.
+  // Each undo restores exactly the two tiles of its entry, until the table is full again.
   void expectHistoryReplaysBackwards() {
     while (!game_.history.empty()) {
       auto expected = game_.faces;

@@ -20,12 +20,12 @@ constexpr HeapShape kAllShapes[] = {HeapShape::Rect,    HeapShape::WideRect, Hea
                                     HeapShape::Disc,    HeapShape::Cross,    HeapShape::Triangle,
                                     HeapShape::Saltire, HeapShape::Ring,     HeapShape::Octagon};
 
-// Whether the tile at index 0 is free with all others on the table.
+// Whether the tile at index 0 is free while all others are on the table.
 bool firstIsFree(const std::vector<Slot>& slots) {
   return mj::isFreeAmong(slots, std::vector<char>(slots.size(), 1), 0);
 }
 
-// The lowest layer of a heap too wide to be cut, as (x, y) in tiles from the centre.
+// The lowest layer of a heap that nothing was cut from, as (x, y) in tiles from the centre.
 std::set<std::pair<int, int>> outlineOf(HeapShape shape, int tiles) {
   std::set<std::pair<int, int>> cells;
   for (const Slot& slot : mj::buildShapedHeap(shape, tiles, 1.0)) {
@@ -121,14 +121,14 @@ TEST(Heap, HasAsManySlotsAsAskedFor) {
 }
 
 TEST(Heap, HasFewerSlotsAndAnEvenNumberWhereSixAttemptsDoNotReach) {
-  // Six cells and two above them; the last attempt's share of 0.4 asks for no more than the least.
+  // Six cells and two above them. Even the last attempt asks for only 0.4 tiles, so the minimum applies.
   EXPECT_EQ(mj::buildShapedHeap(HeapShape::Rect, 100, 0.001).size(), 8U);
-  // A disc of five carries nothing.
+  // A disc of five cells carries no second layer.
   EXPECT_EQ(mj::buildShapedHeap(HeapShape::Disc, 100, 0.001).size(), 4U);
 }
 
 TEST(Heap, GrowsItsLowestLayerUntilTheTilesFit) {
-  // 36 tiles need a share that only the later attempts reach.
+  // 36 tiles need a share that only later attempts reach.
   EXPECT_EQ(mj::buildShapedHeap(HeapShape::Rect, 36, 0.2).size(), 36U);
 }
 
@@ -142,8 +142,8 @@ TEST(Heap, OfNoTilesIsEmpty) {
   EXPECT_TRUE(mj::buildShapedHeap(HeapShape::Ring, -4, 0.5).empty());
 }
 
-// The sixth attempt asks for 186 tiles at the table and gets 17 columns of 11; six layers up there are 11
-// of 5.
+// The sixth attempt asks for 186 tiles on the lowest layer and gets 17 columns of 11. Six layers up, 11
+// columns of 5 are left.
 TEST(Heap, HasSevenLayersAtMostAndGrowsSixTimes) {
   const auto slots = mj::buildShapedHeap(HeapShape::Rect, 1000, 0.05);
   EXPECT_EQ(mj::boundsOf(slots).levels, 7);
@@ -154,7 +154,7 @@ TEST(Heap, TakesTheRectangleWhereNoRadiusUpTo39IsLargeEnough) {
   const auto rectangle = mj::buildShapedHeap(HeapShape::Rect, 3122, 1.0);
   EXPECT_EQ(mj::buildShapedHeap(HeapShape::Diamond, 3122, 1.0), rectangle);
   EXPECT_EQ(outlineOf(HeapShape::Diamond, 3121).count({0, -38}), 1U)
-      << "3121 tiles have a diamond of radius 39";
+      << "a diamond of radius 39 holds 3121 tiles";
 }
 
 TEST(Heap, TreatsAnUnknownShapeAsACross) {
@@ -209,7 +209,7 @@ TEST(Outline, OfATrianglePointsUp) {
 }
 
 TEST(Outline, OfACrossHasArmsOfAThirdOfItsRadius) {
-  const auto cross = outlineOf(HeapShape::Cross, 140);  // radius 7, arms 3 to each side of the middle
+  const auto cross = outlineOf(HeapShape::Cross, 140);  // radius 7, arms reach 3 to each side of the axes
   EXPECT_EQ(cross.count({7, 0}), 1U);
   EXPECT_EQ(cross.count({5, 3}), 1U);
   EXPECT_EQ(cross.count({3, -5}), 1U);
@@ -217,7 +217,8 @@ TEST(Outline, OfACrossHasArmsOfAThirdOfItsRadius) {
 }
 
 TEST(Outline, OfASaltireRunsDiagonally) {
-  const auto saltire = outlineOf(HeapShape::Saltire, 125);  // radius 7, arms 2 to each side of the diagonals
+  const auto saltire =
+      outlineOf(HeapShape::Saltire, 125);  // radius 7, arms reach 2 to each side of the diagonals
   EXPECT_EQ(saltire.count({6, -6}), 1U);
   EXPECT_EQ(saltire.count({5, 3}), 1U);
   EXPECT_EQ(saltire.count({5, 2}), 0U);

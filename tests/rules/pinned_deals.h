@@ -1,6 +1,6 @@
-// pinned_deals.h: what the deal of each level's own number must come out as, on every machine and for ever.
-// Saved games and solve records name a deal by its number alone. The values were agreed on by this code and
-// by a second program that was written independently of it.
+// pinned_deals.h: the expected deal of each level with the level's number as seed, on every machine and for
+// ever. Saved games and solve records identify a deal by its seed alone. This code and an independently
+// written second program agreed on the values.
 #pragma once
 
 #include <array>
@@ -9,15 +9,14 @@
 namespace test {
 
 struct PinnedDeal {
-  std::uint64_t layout;  // digest of the slots, each as "x,y,z"
-  std::uint64_t faces;   // digest of the faces
-  std::uint32_t rng;     // the generator's state after the deal
-  std::uint64_t
-      shuffled;  // digest of the faces after a third of the deal's order was played and two shuffles made
+  std::uint64_t layout;    // digest of the slots, each as "x,y,z"
+  std::uint64_t faces;     // digest of the faces
+  std::uint32_t rng;       // the generator's state after the deal
+  std::uint64_t shuffled;  // digest of the faces after playing a third of the deal's order and two shuffles
   std::uint32_t shuffledRng;
 };
 
-// Level n stands at index n - 1.
+// Level n is at index n - 1.
 inline constexpr std::array<PinnedDeal, 100> kPinnedDeals = {{
     {0xC9C6D741BFE085FB, 0x900AF9F29C6BE1F8, 0xC291C045, 0xFC0251A0CA1B76B4, 0xE383EC36},
     {0x78E6E786220C52E2, 0xA131CF6A7CB49743, 0x95495F96, 0x872D3B05DA2814CB, 0x8523808A},

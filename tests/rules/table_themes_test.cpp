@@ -38,7 +38,7 @@ TEST(TableTheme, OfLevelsOutsideTheTableIsTheNearestOne) {
   EXPECT_STREQ(mj::tableThemeForLevel(INT_MAX)->name, "imperialGold");
 }
 
-// Written down a second time, so that no colour changes unnoticed.
+// A second copy, so that no colour changes unnoticed.
 constexpr mj::TableTheme kExpected[] = {
     {"jade", 0x0E3A2B, 0x1A6347, 0x072017, 0x2C8A63, 0x04140E, 0xE8B84B},
     {"imperialRed", 0x5E1414, 0x8A2222, 0x2A0707, 0xB0382F, 0x1A0303, 0xF0CF6A},

@@ -1,5 +1,5 @@
-// What the lock on the player's files costs where it cannot be had. That it keeps programs apart is tested by
-// two of them, in a program of their own.
+// Tests what happens when the lock on the player's files is not available. two_programs_test.cpp tests that
+// it keeps two programs apart.
 
 #include "storage/data_lock.h"
 
@@ -19,7 +19,7 @@ namespace {
 
 using support::DataHome;
 
-// Another program's hold on the directory.
+// A lock on the directory held by another program.
 class Other {
  public:
   explicit Other(const std::string& directory) : fd(open(directory.c_str(), O_RDONLY | O_CLOEXEC)) {}
@@ -52,7 +52,7 @@ TEST(DataLock, IsHeldAgainstEverybodyByAChangeAndAgainstChangesByAReader) {
   EXPECT_TRUE(Other(home.path()).takes(LOCK_SH));
 }
 
-// The bound is far above what the game waits: the machine may be busy.
+// The bound is far above the game's 50 ms because the machine may be busy.
 TEST(DataLock, ThatNobodyLetsGoOfIsDoneWithout) {
   using Clock = std::chrono::steady_clock;
   const DataHome home;

@@ -13,7 +13,7 @@ TEST(ValueOf, TakesEachKindForWhatItIs) {
   EXPECT_EQ(store::valueOf(std::string("text")).dump(), "\"text\"");
 }
 
-// The address of its first letter was taken for true.
+// Regression: the literal's pointer was converted to true.
 TEST(ValueOf, TakesALiteralForAText) { EXPECT_EQ(store::valueOf("text").dump(), "\"text\""); }
 
 }  // namespace

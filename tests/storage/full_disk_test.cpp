@@ -1,4 +1,4 @@
-// Disks that take nothing more, and directories that may not be written.
+// Saving on full disks and in directories without write permission.
 
 #include <gtest/gtest.h>
 #include <sched.h>
@@ -27,7 +27,7 @@ using test::Kind;
 constexpr std::size_t kPage = 4096;
 constexpr uid_t kNobody = 65534;
 
-// What saving the state says on standard error. A pipe takes it: the disk may be full.
+// What saving the state prints on standard error, captured by a pipe because the disk may be full.
 std::string save(const Kind& kind, int n) {
   return inOwnProcess([&] {
     std::array<int, 2> ends = {};
@@ -51,7 +51,7 @@ TEST_P(Disk, ThatBreaksOffAnywhereKeepsTheOldState) {
   kind.save(1);
   kind.save(2);
   const std::string old = home.text(kind.file);
-  // The next state may be a byte shorter.
+  // The margin of 4 bytes allows for a slightly shorter next state.
   for (rlim_t limit = 0; limit + 4 < old.size(); limit += 1 + old.size() / 10) {
     const std::string said = inOwnProcess([&] {
       std::signal(SIGXFSZ, SIG_IGN);
@@ -66,7 +66,7 @@ TEST_P(Disk, ThatBreaksOffAnywhereKeepsTheOldState) {
   EXPECT_EQ(kind.load(), 3);
 }
 
-// Whether this process, which gives its mounts up for it, has a small disk there.
+// Mounts a small disk in a private mount namespace of this process. False if that is not permitted.
 bool mountSmallDisk(const std::string& at) {
   return unshare(CLONE_NEWNS) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
          mount("tmpfs", at.c_str(), "tmpfs", 0, "size=256k") == 0;
@@ -97,11 +97,11 @@ TEST_P(Disk, ThatIsFullKeepsTheOldStateUntilThereIsRoomAgain) {
     kind.save(2);
     return std::to_string(kind.load());
   });
-  if (told == "no mount") GTEST_SKIP() << "a test may not mount here";
+  if (told == "no mount") GTEST_SKIP() << "mounting is not permitted here";
   EXPECT_EQ(told, "2");
 }
 
-// Has the directory made and used by a user for whom permissions count: not by root.
+// Runs `act` as a user for whom permissions count, so not as root. That user may create the data directory.
 std::string asNobody(const DataHome& home, const std::function<std::string()>& act) {
   const std::string above = std::filesystem::path(home.path()).parent_path().string();
   if (geteuid() == 0 && chown(above.c_str(), kNobody, kNobody) != 0) return "no chown";
@@ -127,7 +127,7 @@ TEST_P(Disk, WithADirectoryThatMayNotBeWrittenKeepsTheOldState) {
             home.failureOf(kind.file) + "12");
 }
 
-// It stopped all saving of its kind, or was lost.
+// Regression: such a file stopped all saving of its kind, or was lost.
 TEST_P(Disk, WithAFileThatMayNotBeReadSetsItAsideAndSaves) {
   using std::filesystem::perms;
   const DataHome home;

@@ -24,15 +24,15 @@ namespace {
 using js::Value;
 
 constexpr int kDeep = 1000000;
-// What is built and not only read: with the sanitizers' allocator that takes long, and a tenth overflows the
-// stack as well.
+// The depth of documents that are built, not only parsed. The sanitizers' allocator is slow, and even a tenth
+// overflows the stack if anything recurses.
 #ifdef __SANITIZE_ADDRESS__
 constexpr int kDeepValue = kDeep / 10;
 #else
 constexpr int kDeepValue = kDeep;
 #endif
 
-// What a desktop gives the main thread, however much this machine does.
+// Sets the usual stack limit of a desktop, whatever this machine's is.
 void limitStack() {
   rlimit stack = {};
   ASSERT_EQ(getrlimit(RLIMIT_STACK, &stack), 0);
@@ -54,14 +54,14 @@ Value string(std::string s) {
   return v;
 }
 
-// The value of a text that must be valid.
+// The value of a text that must parse.
 Value valid(const std::string& text) {
   Value v = js::parse(text);
   EXPECT_NE(v.kind, Value::Null) << text;
   return v;
 }
 
-// Whether writing succeeds, "0" or "1", in a process of which no file may have a byte.
+// Whether writing succeeds ("0" or "1") in a process that may not write a single byte to a file.
 std::string writtenWithoutRoom(const std::string& path, const Value& v) {
   return support::inOwnProcess([&] {
     std::signal(SIGXFSZ, SIG_IGN);
@@ -129,7 +129,7 @@ TEST(JsonParse, TakesNumbersAsStrtodDoes) {
   EXPECT_TRUE(std::isnan(valid("[-nan]")[0].n));
 }
 
-// On a machine of a country that writes 0,25 the settings' volumes came back as 0.
+// Regression: in locales with a decimal comma the settings' volumes came back as 0.
 TEST(JsonParse, AndDumpKeepTheDecimalPointInACountryOfCommas) {
   const support::TempDir locales;
   const std::string german = locales.path("de_DE.UTF-8");
@@ -214,7 +214,7 @@ TEST(JsonParse, SurvivesRandomBytes) {
     std::string text;
     for (int i = 0; i < 40; ++i) text.push_back(alphabet[random() % alphabet.size()]);
     const Value v = js::parse(text);
-    // What was read is written so that it is read alike.
+    // Writing and reading again changes nothing.
     EXPECT_EQ(js::parse(v.dump()).dump(), v.dump()) << text;
   }
 }
@@ -260,7 +260,7 @@ TEST(JsonValue, CanBeAssignedAPartOfItself) {
   EXPECT_EQ(v.dump(), "[1,2]");
 }
 
-// A vector that takes another one's elements drops its own first, and the part went with them.
+// Regression: moving into a vector destroys its own elements first, and the moved part was one of them.
 TEST(JsonValue, CanBeMovedAPartOfItself) {
   Value v = valid(R"([{"a":[1,2],"b":"a text that is stored on the heap"},3])");
   v = std::move(v.a[0]);
@@ -297,11 +297,11 @@ TEST(JsonDump, WritesEveryNumberSoThatItIsReadBackToTheLastBit) {
   std::mt19937_64 random(1);
   const auto readBack = [](double n) { return js::parse(number(n).dump()).n; };
   for (int round = 0; round < 20000; ++round) {
-    const auto n = std::bit_cast<double>(random());  // of any size
+    const auto n = std::bit_cast<double>(random());  // any magnitude
     if (std::isfinite(n)) {
       EXPECT_EQ(readBack(n), n);
     }
-    const double part = std::generate_canonical<double, 53>(random);  // as volumes are
+    const double part = std::generate_canonical<double, 53>(random);  // like a volume
     EXPECT_EQ(readBack(part), part);
   }
 }
@@ -340,7 +340,7 @@ TEST(JsonFile, ThatIsNoDocumentReadsAsNull) {
   EXPECT_EQ(v.kind, Value::Null);
 }
 
-// The game ended with an exception at its start.
+// Regression: the game ended with an exception at start-up.
 TEST(JsonFile, ThatIsADirectoryIsNotRead) {
   const support::TempDir dir;
   Value v = number(5);
@@ -395,7 +395,8 @@ TEST(JsonFile, InAMissingDirectoryIsNotWritten) {
   EXPECT_FALSE(std::filesystem::exists(dir.path("none")));
 }
 
-// A small document stays in the stream's buffer: a full disk showed itself after the old file was gone.
+// Regression: a small document stays in the stream's buffer, so a full disk was noticed only after the old
+// file was gone.
 TEST(JsonFile, StaysAsItWasWhenTheDiskIsFull) {
   const support::TempDir dir;
   const std::string path = dir.makeFile("a.json", "old");
@@ -414,7 +415,7 @@ TEST(JsonFile, IsNotWrittenThroughALinkUnderTheTemporaryName) {
   EXPECT_EQ(support::readAll(others), "kept");
 }
 
-// A link that led nowhere good, or an empty directory, stopped all saving.
+// Regression: a bad link or an empty directory there stopped all saving.
 TEST(JsonFile, IsWrittenWhateverStandsUnderTheTemporaryName) {
   const support::TempDir dir;
   const std::string path = dir.path("a.json");
@@ -440,7 +441,7 @@ TEST(JsonFile, IsKeptUnderTheNameGivenForIt) {
   EXPECT_EQ(support::readAll(path), "1");
 }
 
-// An empty file took the place of the one that could not be written.
+// Regression: an empty file replaced the one that could not be written.
 TEST(JsonFile, IsNotWhatAFailedFirstWriteHasLeft) {
   const support::TempDir dir;
   dir.makeFile("a.json.tmp", "{\"half\":");
@@ -451,7 +452,8 @@ TEST(JsonFile, IsNotWhatAFailedFirstWriteHasLeft) {
   EXPECT_EQ(support::readAll(path), "5");
 }
 
-// Killed between removing and renaming, and again while it next wrote, the program lost both files.
+// Regression: killed between removing and renaming, and again during its next write, the program lost both
+// files.
 TEST(JsonFile, WrittenAfterACutOffWriteIsNotLostByAFailure) {
   const support::TempDir dir;
   const std::string path = dir.path("a.json");

@@ -1,4 +1,4 @@
-// The program killed at random moments of its saving: what it wrote last is there, or what it was writing.
+// Kills a saving process at random moments. The last saved state must be there, or the one being saved.
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
@@ -23,10 +23,10 @@ namespace {
 
 using test::Kind;
 
-// A tenth of it under sanitizers, as of the deals.
+// A tenth under sanitizers, as with the deals.
 constexpr int kKills = VESKARA_TEST_DEALS * 5 / 2;
 
-// How far the saving process has come, seen by the one that kills it.
+// Progress of the saving process, shared with the one that kills it.
 struct Saves {
   std::atomic<int> begun = 0;
   std::atomic<int> done = 0;
@@ -47,7 +47,7 @@ Saves& sharedSaves() {
   }
 }
 
-// Lets a process go on saving until it has saved once, and a random while more.
+// Lets a process save until it has saved once, and for the time `more` after that. Then kills it.
 void killWhileSaving(const Kind& kind, Saves& saves, std::chrono::microseconds more) {
   const int before = saves.done;
   const pid_t child = fork();
@@ -55,7 +55,7 @@ void killWhileSaving(const Kind& kind, Saves& saves, std::chrono::microseconds m
   if (child == 0) saveForEver(kind, saves);
   int status = 0;
   while (saves.done == before) {
-    ASSERT_EQ(waitpid(child, &status, WNOHANG), 0) << "it ended by itself, status " << status;
+    ASSERT_EQ(waitpid(child, &status, WNOHANG), 0) << "the process ended by itself, status " << status;
     std::this_thread::sleep_for(std::chrono::microseconds(50));
   }
   std::this_thread::sleep_for(more);

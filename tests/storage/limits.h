@@ -1,4 +1,4 @@
-// limits.h: the ends of the ranges that numbers in the files are brought into.
+// limits.h: the limits to which numbers in the files are clamped.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
-// A C library that has no "C" locale to give. It stands in a program of its own, as the game asks but once.
+// Simulates a C library that cannot provide the "C" locale. A program of its own because the game asks only
+// once.
 
 #include <gtest/gtest.h>
 
@@ -6,7 +7,7 @@
 
 #include "storage/json.h"
 
-// In the place of the library's.
+// Replaces the library's function.
 extern "C" locale_t newlocale(int /*mask*/, const char* /*name*/, locale_t /*base*/) { return nullptr; }
 
 namespace {

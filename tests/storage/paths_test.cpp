@@ -19,12 +19,12 @@ namespace {
 using support::inOwnProcess;
 using support::TempDir;
 
-// This process never asks for the asset root, as it would remember the answer for every later test.
+// This process must not look up the asset root: the result would be remembered for all later tests.
 void forgetAssetVariables() {
   for (const char* name : {"SNAP", "APPDIR", "VESKARA_ASSET_DIR"}) unsetenv(name);
 }
 
-// The asset root that a process with this one variable finds, started in an empty directory.
+// The asset root found by a process with only this variable set, started in an empty directory.
 std::string rootFoundWith(const char* variable, const std::string& value) {
   const TempDir empty;
   return inOwnProcess([&] {
@@ -50,7 +50,7 @@ void makeAssetTree(const TempDir& dir, const std::string& root) {
 
 bool isDirectory(const std::string& path) { return std::filesystem::is_directory(path); }
 
-// The system's trees come before those beside the program and in the working directory.
+// The installed trees take precedence over those beside the program and in the working directory.
 bool gameIsInstalled() {
   return isDirectory("/usr/share/veskara/assets/audio") || isDirectory("/app/share/veskara/assets/audio");
 }
@@ -59,7 +59,7 @@ struct CloseProgram {
   void operator()(FILE* output) const { pclose(output); }
 };
 
-// The asset root that a copy of print_asset_dir finds from this directory, with no variable set.
+// The asset root found by a copy of print_asset_dir in this directory, with no variable set.
 std::string rootFoundByProgramIn(const std::string& dir) {
   const std::string program = dir + "/print_asset_dir";
   std::filesystem::copy_file(PRINT_ASSET_DIR, program);

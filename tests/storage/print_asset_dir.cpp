@@ -1,5 +1,5 @@
-// Prints the asset root it finds. paths_test.cpp runs copies of it from the places where the game may be
-// installed.
+// Prints the asset root that it finds. paths_test.cpp runs copies of it from the possible installation
+// directories.
 #include <iostream>
 
 #include "storage/paths.h"

@@ -1,4 +1,4 @@
-// How far the player has come, and the best results of the levels.
+// Tests the player's progress and the best results of the levels.
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ Progress progressIn(const std::string& text) {
   return store::loadProgress();
 }
 
-// The best of level 3 when its member of the file is this text.
+// The best of level 3 if its entry in the file is `text`.
 LevelBest bestIn(const std::string& text) {
   const DataHome home;
   home.write(kProgressFile, R"({"bests":{"3":)" + text + "}}");
@@ -172,7 +172,7 @@ TEST(AdvanceLevel, KeepsTheBestResults) {
   EXPECT_EQ(store::bestFor(1), (LevelBest{3, 0, 5000}));
 }
 
-// What could not be read stopped all saving for ever.
+// Regression: an unreadable file stopped all saving.
 TEST(AdvanceLevel, SetsAsideWhatCannotBeReadAndIsKeptItself) {
   const DataHome home;
   home.write(kProgressFile + std::string("/somebodys"), "kept");

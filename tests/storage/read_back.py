@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Reads the player's files with a JSON reader that is not the game's, and compares them member by member.
+"""Reads the player's files with Python's JSON reader and compares them member by member.
 
 Run by ctest: read_back.py WRITE_RECORDS, the program that writes them.
 """
@@ -49,7 +49,7 @@ def read(path):
 
 
 def expect_equal(found, expected):
-    # As text, for Python takes 1, 1.0 and True for the same.
+    # Compared as text because in Python 1, 1.0 and True are equal.
     found, expected = (json.dumps(value, sort_keys=True, indent=1) for value in (found, expected))
     assert found == expected, f"found {found}\nexpected {expected}"
 

@@ -1,5 +1,5 @@
-// Saves states of a kind one after the other, for tests that watch it from outside.
-// Run by them: save_states KIND FIRST LAST
+// Saves states of one kind in sequence, for tests that watch from outside and run it as
+// save_states KIND FIRST LAST
 
 #include <cstdlib>
 #include <string>

@@ -1,4 +1,4 @@
-// The game that was left: what is kept of it, and what is made of a damaged file.
+// Tests what is kept of an unfinished game, and what loading makes of a damaged file.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -36,7 +36,7 @@ std::int64_t now() {
   return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
 }
 
-// A game of level 2 with something in every field.
+// A game of level 2 with a value in every field.
 SavedGame gameInPlay() {
   SavedGame saved;
   saved.level = 2;
@@ -53,20 +53,20 @@ SavedGame gameInPlay() {
   return saved;
 }
 
-// What comes back of a saved game, apart from the time of saving.
+// The saved game as loadGame should return it; the time of saving is taken from the file.
 SavedGame asLoaded(SavedGame saved) {
   saved.valid = true;
   saved.savedAt = store::loadGame().savedAt;
   return saved;
 }
 
-// The game in play as a document, to be damaged.
+// The game in play as a document, for tests to damage.
 js::Value goodDoc(const DataHome& home) {
   store::saveGame(gameInPlay());
   return js::parse(home.text(kGameFile));
 }
 
-// What is loaded when this member of a good file is this text instead.
+// What is loaded if this member of a good file is replaced by `text`.
 SavedGame loadedWith(const std::string& key, const std::string& text) {
   const DataHome home;
   js::Value doc = goodDoc(home);
@@ -75,7 +75,7 @@ SavedGame loadedWith(const std::string& key, const std::string& text) {
   return store::loadGame();
 }
 
-// Ids, counters and sizes lie where the rules may use them.
+// Expects ids, counters and sizes in the ranges that the rules need.
 void expectWhole(const SavedGame& saved) {
   if (!saved.valid) return;
   ASSERT_GE(saved.level, 1);
@@ -392,7 +392,8 @@ TEST(LoadGame, IsWholeWithoutAnyOneMember) {
   }
 }
 
-// Nothing was saved any more, nor did the program start: it waited for somebody to write into the pipe.
+// Regression: nothing was saved any more and the program did not start, because it waited for somebody to
+// write into the pipe.
 TEST(SaveGame, ReplacesAPipeUnderEitherName) {
   for (const std::string end : {"", ".tmp"}) {
     const DataHome home;

@@ -1,5 +1,5 @@
-// The directories of the player's files, and the settings kept there. The directory is looked up once a
-// process, so whatever asks for it runs in a process of its own.
+// Tests the directories of the player's files, and the settings. A process looks the directory up only once,
+// so each use runs in a process of its own.
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ using support::inOwnProcess;
 
 constexpr const char* kSettingsFile = "veskara/settings.json";
 
-// Every field, so that two records can be compared and handed between processes.
+// All fields as text, to compare records and to pass them between processes.
 std::string textOf(const Settings& s) {
   return s.language + " " + std::to_string(s.soundOn) + " " + std::to_string(s.musicVolume) + " " +
          std::to_string(s.sfxVolume) + " " + std::to_string(s.fullscreen) + " " +
@@ -38,7 +38,7 @@ std::string loadedFrom(const std::string& home) {
   return inDataHome(home, [] { return textOf(store::loadSettings()); });
 }
 
-// What the settings are when the file holds this text.
+// The settings loaded if the file holds `text`.
 std::string loaded(const std::string& text) {
   const support::TempDir home;
   home.makeFile(kSettingsFile, text);
@@ -166,12 +166,12 @@ TEST(SaveSettings, WritesOneLineOfTenMembersInTheOrderOfTheirNames) {
 TEST(SaveSettings, SaysSoWhenItFailsAndKeepsTheOldFile) {
   const support::TempDir home;
   const std::string path = home.makeFile(kSettingsFile, "{}");
-  home.makeFile(std::string(kSettingsFile) + ".tmp/somebodys", "");  // no file can be made there
+  home.makeFile(std::string(kSettingsFile) + ".tmp/somebodys", "");  // blocks the temporary name
   EXPECT_EQ(savedTo(home.path(), Settings()), "[store] konnte " + path + " nicht schreiben\n");
   EXPECT_EQ(support::readAll(path), "{}");
 }
 
-// Said once: afterwards there is a file that can be read.
+// Reported only once: after that there is a readable file.
 TEST(SaveSettings, SetsAsideWhatCannotBeRead) {
   const support::TempDir home;
   const std::string path = home.path(kSettingsFile);
@@ -192,7 +192,8 @@ TEST(SaveSettings, SaysSoWithoutADirectory) {
             "[store] konnte /dev/null/veskara/settings.json nicht schreiben\n");
 }
 
-// A program killed between removing the old file and renaming the new one had lost the player's settings.
+// Regression: a program killed between removing the old file and renaming the new one lost the player's
+// settings.
 TEST(LoadSettings, ReadsAWholeTemporaryWhenTheFileIsMissing) {
   const support::TempDir home;
   home.makeFile(std::string(kSettingsFile) + ".tmp", R"({"soundOn":false})");

@@ -1,4 +1,4 @@
-// The gallery's solves and their pictures.
+// Tests the gallery's solves and their pictures.
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ using Solves = std::vector<SolveEntry>;
 
 constexpr const char* kSolvesFile = "solves.json";
 
-// A solve with a picture of its own.
+// A solve with its own picture.
 SolveEntry solveOf(int level, const std::string& id) {
   SolveEntry entry;
   entry.id = id;
@@ -55,7 +55,7 @@ void takePicture(const DataHome& home, const SolveEntry& entry) {
 
 bool hasPicture(const DataHome& home, const SolveEntry& entry) { return home.has("solves/" + entry.shot); }
 
-// Records the solve as the screen does: the picture comes first.
+// Records the solve as the screen does: picture first.
 SolveEntry record(const DataHome& home, const SolveEntry& entry) {
   takePicture(home, entry);
   store::recordSolve(entry);
@@ -75,7 +75,7 @@ SolveEntry onlyIdAndLevel(const std::string& id, int level) {
   return entry;
 }
 
-// A file of solves of the levels 1 to `count`, the last at the front.
+// The file's text with one solve for each level from 1 to `count`, the last level first.
 std::string fileOf(int count) {
   std::string text = "[";
   for (int level = count; level >= 1; --level) {
@@ -271,11 +271,11 @@ TEST(RecordSolve, KeepsAPictureThatTheBetterOneSharesWithTheOld) {
   EXPECT_TRUE(hasPicture(home, better));
 }
 
-// The list on a full disk still named a picture that was gone.
+// Regression: on a full disk the old list stayed but its picture was deleted.
 TEST(RecordSolve, KeepsThePicturesWhenTheListCannotBeWritten) {
   const DataHome home;
   const SolveEntry old = record(home, solveOf(1, "old"));
-  home.write("solves.json.tmp/somebodys", "");  // no file can be made there
+  home.write("solves.json.tmp/somebodys", "");  // blocks the temporary name
   record(home, changed(solveOf(1, "better"), [](SolveEntry& e) { e.stars = 3; }));
   store::deleteSolve("old");
   store::clearAllSolves();
@@ -352,7 +352,7 @@ TEST(DeleteSolve, WithoutAPictureRemovesTheSolve) {
   EXPECT_EQ(home.text(kSolvesFile), "[]");
 }
 
-// What a damaged file may hold: the gallery meant the second one.
+// A damaged file may hold two solves with one id; the player chose the second.
 TEST(DeleteSolve, RemovesTheOneThatIsMeantOfTwoWithOneId) {
   const DataHome home;
   const SolveEntry first = solveOf(1, "a");
@@ -444,7 +444,7 @@ TEST(ShotPath, IsEmptyForWhatIsNoBareFileName) {
     EXPECT_EQ(store::shotPath(withShot(name)), "") << name;
 }
 
-// A file from elsewhere must not talk the game into deleting what is not its own.
+// A file from elsewhere must not make the game delete other files.
 TEST(DeleteSolve, NeverDeletesOutsideTheSolvesDirectory) {
   for (const std::string& name : namesThatLeadElsewhere()) {
     const DataHome home;

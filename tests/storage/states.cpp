@@ -10,7 +10,7 @@
 namespace test {
 namespace {
 
-constexpr std::int64_t kLong = 1000000000;  // milliseconds, falling by one from state to state
+constexpr std::int64_t kLong = 1000000000;  // milliseconds; each state takes one less
 
 // --- settings ---
 
@@ -29,7 +29,7 @@ int loadSettings() {
   return settings.windowX > 0 && settings == settingsOf(settings.windowX) ? settings.windowX : 0;
 }
 
-// --- progress, in one file with the best results: each must outlive the other's writing ---
+// --- progress and the best results share one file; saving one must keep the other ---
 
 constexpr int kBestLevel = 7;
 constexpr store::Progress kProgress = {12, 345};
@@ -56,7 +56,7 @@ int loadBest() {
   return best.stars == 3 && store::loadProgress() == kProgress ? static_cast<int>(kLong - best.elapsedMs) : 0;
 }
 
-// --- the saved game, by turns a small and a large one ---
+// --- the saved game, alternately small and large ---
 
 store::SavedGame gameOf(int n) {
   static const mj::GameState kSmall = mj::createGame(mj::levelToConfig(1).slots, 1);
@@ -80,7 +80,7 @@ int loadGame() {
   return saved.valid && saved == gameOf(n) ? n : 0;
 }
 
-// --- solves: a level's is replaced, those of others stay ---
+// --- solves: the level's own is replaced, those of other levels stay ---
 
 constexpr int kOthers = 5;
 

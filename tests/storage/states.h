@@ -1,5 +1,5 @@
-// states.h: each kind of record in states that are numbered, so that a test which disturbs their writing can
-// tell what it finds afterwards.
+// states.h: numbered states of each kind of record. A test that disturbs writing can tell by the number which
+// state it finds afterwards.
 #pragma once
 
 #include <ostream>
@@ -11,9 +11,9 @@ namespace test {
 struct Kind {
   const char* name;
   const char* file;
-  // Makes state n the stored one; n counts from 1 without gaps.
+  // Saves state n; n counts from 1 without gaps.
   void (*save)(int n);
-  // The number of the state that is stored whole; 0 for anything else.
+  // The number of the state in the file, if it is complete; otherwise 0.
   int (*load)();
 };
 

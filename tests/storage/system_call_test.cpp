@@ -1,4 +1,4 @@
-// Each system call of a save failing once, and the program killed at each, by strace from outside.
+// Makes each system call of a save fail once, and kills the program at each, using strace.
 
 #include <gtest/gtest.h>
 
@@ -19,16 +19,16 @@ using test::Kind;
 const std::vector<std::string> kCalls = {"openat", "read",   "write", "writev",     "close",
                                          "unlink", "rename", "mkdir", "newfstatat", "flock"};
 
-// Whether the machine lets a process trace another; containers often do not.
+// Whether strace may trace a process here; containers often forbid it.
 bool canTrace() { return std::system("strace -o /dev/null true 2>/dev/null") == 0; }
 
 struct Outcome {
   int status = 0;
-  bool hit = false;      // the call was there to be disturbed
+  bool hit = false;      // the call happened and was disturbed
   std::string messages;  // on standard error
 };
 
-// Saves the states in a process of their own. `before` is put before its command.
+// Saves the states in a separate process. `before` is prepended to its command.
 Outcome save(const Kind& kind, int first, int last, const std::string& before = "") {
   const support::TempDir scratch;
   const std::string command = before + " " SAVE_STATES " " + kind.name + " " + std::to_string(first) + " " +
@@ -39,7 +39,7 @@ Outcome save(const Kind& kind, int first, int last, const std::string& before = 
   return run;
 }
 
-// The same, where the n-th such call on the record's file, its temporary or their directory meets
+// The same, but the n-th `call` on the record's file, its temporary file or their directory is hit by
 // `disturbance`.
 Outcome saveDisturbed(const DataHome& home, const Kind& kind, int first, int last, const std::string& call,
                       int n, const std::string& disturbance) {
@@ -58,10 +58,11 @@ Outcome saveDisturbed(const DataHome& home, const Kind& kind, int first, int las
 class Disturbed : public testing::TestWithParam<Kind> {
  protected:
   void SetUp() override {
-    if (!canTrace()) GTEST_SKIP() << "strace may not trace here";
+    if (!canTrace()) GTEST_SKIP() << "strace is not permitted here";
   }
 
-  // For every call on the record's files that a save makes, a fresh directory with state 1, and `check`.
+  // Runs `check` for every call that a save makes on the record's files, each time in a new directory with
+  // state 1.
   template <class Check>
   void atEveryCall(const Check& check) {
     int calls = 0;
@@ -86,7 +87,7 @@ TEST_P(Disturbed, ByAFailingCallKeepsTheOldStateOrTheNewOneAndSaysSo) {
     EXPECT_EQ(run.status, 0);
     const int found = kind.load();
     EXPECT_TRUE(found == 1 || found == 2) << found;
-    // Not renamed, the new one is found under its temporary name.
+    // If only the renaming fails, the new state is read under its temporary name.
     const bool failed = found == 1 || (run.hit && call == "rename");
     EXPECT_EQ(run.messages, failed ? home.failureOf(kind.file) : "");
 
@@ -107,7 +108,7 @@ TEST_P(Disturbed, ByAFailingCallTheProgramGoesOnSaving) {
   });
 }
 
-// The second save meets what the first one left, a missing file with a whole temporary among it.
+// The second save has to cope with what the first one left, such as a missing file with a complete temporary.
 TEST_P(Disturbed, ByKillsAtAnyTwoCallsKeepsTheOldStateOrTheNewOne) {
   const Kind& kind = GetParam();
   atEveryCall([&kind](const DataHome& home, const std::string& call, int n) {

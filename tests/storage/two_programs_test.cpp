@@ -1,5 +1,5 @@
-// Two programs that save into one directory at the same time, now and then one of them killed: what either
-// has done is there, and nobody ever reads a first start.
+// Two programs save into one directory at the same time, and now and then one is killed. No finished save may
+// be lost, and nobody may ever read an empty record.
 
 #include <gtest/gtest.h>
 #include <sys/file.h>
@@ -27,8 +27,8 @@
 #include "storage/storage.h"
 #include "support/data_home.h"
 
-// In the place of the library's, for as long as it takes. These programs save without a pause: on a busy
-// machine one of them stands still for longer, and more often, than the game waits for anybody.
+// Replaces the library's function and waits without limit. These programs save without pause: on a busy
+// machine one may hold the lock for longer than the game would wait.
 extern "C" int flock(int fd, int operation) noexcept {
   return static_cast<int>(syscall(SYS_flock, fd, operation & ~LOCK_NB));
 }
@@ -37,17 +37,17 @@ namespace {
 
 using support::DataHome;
 
-// A tenth of it under sanitizers, as of the deals.
+// A tenth under sanitizers, as with the deals.
 constexpr int kKills = VESKARA_TEST_DEALS / 2;
 constexpr int kWins = VESKARA_TEST_DEALS * 5;
 constexpr std::chrono::seconds kLongestSave(20);
 
 constexpr int kWriters = 2;
-constexpr int kReplaced = -1;               // the other program's state has taken the place of this one's
-constexpr int kReached = 60;                // the level that the player had come to before
-constexpr std::int64_t kLong = 1000000000;  // milliseconds, falling by one from state to state
+constexpr int kReplaced = -1;               // the other program's state replaced this one's
+constexpr int kReached = 60;                // the player's current level beforehand
+constexpr std::int64_t kLong = 1000000000;  // milliseconds; each state takes one less
 
-// The numbers of the states that are stored, one for each writer. They count from 1; 0: none yet.
+// The number of the stored state of each writer, counted from 1; 0 if there is none yet.
 using Found = std::array<int, kWriters>;
 
 struct Kind {
@@ -57,7 +57,7 @@ struct Kind {
 };
 void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
 
-// Where a file has room for one state only.
+// For files that hold only one state.
 Found onlyOf(int writer, int n) {
   Found found;
   found.fill(kReplaced);
@@ -88,7 +88,7 @@ int loadBest(int writer) {
 
 Found loadBests() { return {loadBest(0), loadBest(1)}; }
 
-// One program wins the same level again and again, the other betters its best.
+// One program solves the same level again and again, the other improves its best.
 void saveProgress(int writer, int n) {
   if (writer == 0) {
     store::advanceLevel(1);
@@ -137,7 +137,7 @@ constexpr std::array kKinds = {
     Kind{"solves", saveSolve, loadSolves},
 };
 
-// How far a writer has come, seen by the one that kills it.
+// Progress of a writer, shared with the process that kills it.
 struct Saves {
   std::atomic<int> begun = 0;
   std::atomic<int> done = 0;
@@ -179,7 +179,7 @@ class TwoPrograms : public testing::TestWithParam<Kind> {
     }
   }
 
-  // A writer that was killed may have done what it had begun.
+  // A killed writer may have finished the save it had begun.
   void killAndStart(int writer) {
     end(processes[static_cast<std::size_t>(writer)]);
     const int found = GetParam().load()[static_cast<std::size_t>(writer)];
@@ -188,8 +188,8 @@ class TwoPrograms : public testing::TestWithParam<Kind> {
     start(writer);
   }
 
-  // Reads until each writer has saved once more, and a random while longer. Nothing but what is being saved
-  // is ever read.
+  // Reads until each writer has saved once more, and for the time `more` after that. Every read must find the
+  // last saved state or the one being saved.
   void watch(std::chrono::microseconds more) {
     using Clock = std::chrono::steady_clock;
     const Found before = {savesOf(0).done, savesOf(1).done};
@@ -200,7 +200,7 @@ class TwoPrograms : public testing::TestWithParam<Kind> {
       if (HasFatalFailure()) return;
       if (until != Clock::time_point::max()) continue;
       if (savesOf(0).done > before[0] && savesOf(1).done > before[1]) until = Clock::now() + more;
-      ASSERT_LT(Clock::now(), given_up) << "a writer has saved nothing more";
+      ASSERT_LT(Clock::now(), given_up) << "a writer stopped saving";
     }
   }
 
@@ -248,7 +248,7 @@ void winIn(std::array<pid_t, kWriters>& processes) {
   }
 }
 
-// Between the old file's removal and the renaming one program saw a first start, and wrote it down.
+// Regression: between the old file's removal and the renaming one program read an empty record and saved it.
 TEST(TwoPlayers, AreCountedEveryWin) {
   const DataHome home;
   constexpr store::LevelBest kBest = {2, 1, 60000};

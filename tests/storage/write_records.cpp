@@ -1,4 +1,4 @@
-// Writes one of each of the player's files for read_back.py, which knows what must stand in them.
+// Writes one of each of the player's files. read_back.py knows their expected contents.
 
 #include "rules/engine.h"
 #include "rules/levels.h"

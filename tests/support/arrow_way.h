@@ -1,4 +1,4 @@
-// arrow_way.h: how somebody at the keyboard gets from one tile to another. A header alone.
+// arrow_way.h: finds a way from one tile to another with the arrow keys. Header only.
 #pragma once
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace support {
 inline constexpr screens::Arrow kArrows[] = {screens::Arrow::Left, screens::Arrow::Right, screens::Arrow::Up,
                                              screens::Arrow::Down};
 
-// The fewest arrows that lead from one free tile to another; none where no way leads there.
+// The shortest sequence of arrows from one free tile to another. Empty if there is none.
 inline std::vector<screens::Arrow> wayTo(const mj::GameState& game, int from, int to) {
   struct Step {
     int before;

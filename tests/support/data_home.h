@@ -1,5 +1,5 @@
-// data_home.h: an empty directory for the player's files, so that a test starts like a first start. Knows
-// nothing of what the files mean.
+// data_home.h: an empty directory for the player's files, so that a test begins like a first start. Knows
+// nothing of the files' contents.
 #pragma once
 
 #include <cstdlib>
@@ -12,18 +12,19 @@
 
 namespace support {
 
-// Where the game keeps its files until the end of the process; making one empties it. The game looks its
-// directory up once, so all tests of a process share the one, and the first is made before the game asks.
+// The game's data directory until the end of the process; each new DataHome empties it. The game looks the
+// directory up only once. So all tests of a process share it, and the first DataHome must be created before
+// the game asks.
 class DataHome {
  public:
   DataHome() { std::filesystem::remove_all(path()); }
 
-  // Where the game keeps this file, such as "save.json" or "solves/a.png".
+  // The path of one of the game's files, such as "save.json" or "solves/a.png".
   std::string path(const std::string& file = "") const { return root().path(below(file)); }
   bool has(const std::string& file) const { return std::filesystem::exists(path(file)); }
-  // Its bytes, none if it is not there.
+  // Its contents; empty if it does not exist.
   std::string text(const std::string& file) const { return readAll(path(file)); }
-  // What the game says when it cannot write the file.
+  // What the game prints if it cannot write the file.
   std::string failureOf(const std::string& file) const {
     return "[store] konnte " + path(file) + " nicht schreiben\n";
   }

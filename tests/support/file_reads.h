@@ -1,4 +1,4 @@
-// file_reads.h: how often a file is opened. Knows nothing of who opens it.
+// file_reads.h: counts how often a file is opened, by any process.
 #pragma once
 
 #include <sys/inotify.h>
@@ -10,12 +10,13 @@
 
 namespace support {
 
-// Counts from its making on.
+// Counts from construction.
 class FileReads {
  public:
-  // The file must be there, and is not to be replaced meanwhile.
+  // The file must exist and must not be replaced meanwhile.
   explicit FileReads(const std::string& path) : queue(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-    // An event like the one before it would be dropped: closing comes in between.
+    // inotify merges an event with an identical predecessor. Watching IN_CLOSE too keeps successive opens
+    // apart.
     if (inotify_add_watch(queue, path.c_str(), IN_OPEN | IN_CLOSE) < 0)
       throw std::runtime_error("cannot watch " + path);
   }
@@ -23,12 +24,12 @@ class FileReads {
   FileReads& operator=(const FileReads&) = delete;
   ~FileReads() { close(queue); }
 
-  // Since it was asked last.
+  // Number of opens since the last call.
   int count() const {
     int opened = 0;
     std::array<inotify_event, 64> events;
     for (ssize_t got = 0; (got = read(queue, events.data(), sizeof events)) > 0;) {
-      // Watched by its own path, a file has events without a name, all of one size.
+      // A file watched by its own path has events without a name, so all have the same size.
       for (std::size_t i = 0; i < static_cast<std::size_t>(got) / sizeof(inotify_event); ++i) {
         if ((events[i].mask & IN_OPEN) != 0) ++opened;
       }

@@ -12,7 +12,7 @@
 namespace {
 
 support::FrameRecord* recording = nullptr;
-// Of the textures that were asked for; one that is destroyed is asked for anew before it is drawn again.
+// Keys of the requested textures. A destroyed texture is requested again before it is drawn again.
 std::map<SDL_Texture*, std::string> keys;
 
 std::uint32_t colorOf(cairo_t* cr) {
@@ -25,7 +25,7 @@ std::uint32_t colorOf(cairo_t* cr) {
   return channel(r) << 16 | channel(g) << 8 | channel(b);
 }
 
-// A layout's top left corner is the context's current point.
+// The layout's top left corner is the context's current point.
 void recordText(cairo_t* cr, PangoLayout* layout) {
   if (recording == nullptr) return;
   ui::Rect box;
@@ -51,7 +51,8 @@ void recordPicture(const std::string& key, const ui::Rect& rect) {
 
 }  // namespace
 
-// The linker turns calls of a function to `__wrap_` and its name as compiled, and keeps it as `__real_`.
+// The linker redirects calls of a wrapped function to `__wrap_` plus its mangled name. The original is
+// `__real_` plus that name.
 // clang-format off
 #define GPU_TEXTURE(prefix) prefix##_ZN2ui10gpuTextureERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEEiiPFvP6_cairoPvESA_
 #define GPU_STAND_IN(prefix) prefix##_ZN2ui19gpuTextureOrStandInERKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEESt17basic_string_viewIcS3_EiiPFvP6_cairoPvESC_
@@ -68,7 +69,7 @@ void __wrap_pango_cairo_show_layout(cairo_t* cr, PangoLayout* layout) {
   __real_pango_cairo_show_layout(cr, layout);
 }
 
-// Letters as shapes are texts too.
+// Text drawn as a path counts as text too.
 decltype(pango_cairo_layout_path) __real_pango_cairo_layout_path;
 void __wrap_pango_cairo_layout_path(cairo_t* cr, PangoLayout* layout) {
   recordText(cr, layout);
@@ -83,7 +84,7 @@ SDL_Texture* GPU_TEXTURE(__wrap_)(const std::string& key, int w, int h, void (*p
   return texture;
 }
 
-// What stands in for another picture is recorded as that one.
+// A stand-in is recorded as the picture that it stands for.
 decltype(ui::gpuTextureOrStandIn) GPU_STAND_IN(__real_);
 SDL_Texture* GPU_STAND_IN(__wrap_)(const std::string& key, std::string_view family, int w, int h,
                                    void (*paint)(cairo_t*, void*), void* user) {

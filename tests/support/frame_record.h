@@ -1,6 +1,6 @@
-// frame_record.h: what a frame says and shows: each text, icon and cached picture drawn in it, in order. The
-// calls that draw are redirected in the linker (tests/CMakeLists.txt), so the game knows nothing of it.
-// Units: logical pixels of the window, where nothing scales its context.
+// frame_record.h: records each text, icon and cached picture that a frame draws, in order. The linker
+// redirects the drawing calls (tests/CMakeLists.txt), so the game does not know. Units: logical pixels of the
+// window, unless the context is scaled.
 #pragma once
 
 #include <cstdint>
@@ -15,21 +15,21 @@
 namespace support {
 
 struct DrawnText {
-  std::string words;  // of a column: all its lines
+  std::string words;  // for a column: all its lines
   ui::Rect box;
-  double size;  // of its letters
+  double size;  // font size
   bool bold;
   std::uint32_t color;  // 0xRRGGBB
 };
 
 struct DrawnIcon {
   ui::ActionIcon icon;
-  double x;  // of its middle
+  double x;  // centre
   double y;
   double size;
 };
 
-// A picture of the texture cache.
+// A picture from the texture cache.
 struct DrawnPicture {
   std::string key;
   ui::Rect rect;
@@ -40,18 +40,18 @@ struct FrameRecord {
   std::vector<DrawnIcon> icons;
   std::vector<DrawnPicture> pictures;
 
-  // The words of the texts whose middle lies in the rectangle.
+  // The words of the texts whose centre lies in the rectangle.
   std::vector<std::string> wordsIn(const ui::Rect& rect) const;
-  // The icon whose middle lies in it; the test fails unless there is just one.
+  // The icon whose centre lies in the rectangle. Fails the test unless there is exactly one.
   ui::ActionIcon iconIn(const ui::Rect& rect) const;
   bool says(std::string_view words) const;
-  // The keys that begin so, without that beginning and what follows the next '|'.
+  // The keys that begin with `kind`, without that prefix and without everything from the next '|'.
   std::vector<std::string> picturesOf(std::string_view kind) const;
 };
 
-// Of all that is drawn during `act`. Texts in cached pictures are among them when those are painted: in the
-// first frame with textures, in each frame that cairo draws alone. Pictures are among them by their keys; but
-// for those of gpuPicture only with textures.
+// Records everything drawn during `act`. Texts inside cached pictures are recorded when the picture is
+// painted: in the first frame with textures, in every frame when cairo draws alone. Pictures are recorded by
+// key; those of gpuPicture only with textures.
 FrameRecord recordOf(const std::function<void()>& act);
 
 }  // namespace support

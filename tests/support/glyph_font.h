@@ -14,7 +14,7 @@
 
 namespace support {
 
-// The family that text drawing takes for this text when it asks for the glyph font.
+// The font family that pango picks for this text if asked for the glyph font.
 inline std::string familyTakenFor(const std::string& text) {
   const ui::CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
   const ui::CairoContext cr(cairo_create(surface.get()));
@@ -29,8 +29,8 @@ inline std::string familyTakenFor(const std::string& text) {
   return pango_font_description_get_family(taken.get());
 }
 
-// The text drawing keeps its layout from text to text, and with it the fonts of that layout's time, until it
-// draws on another context.
+// Text drawing reuses its layout, and with it the fonts known at that time, until it draws on another
+// context. This draws on two.
 inline void startNewTextLayout() {
   const ui::CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, 1, 1));
   const ui::CairoContext one(cairo_create(surface.get()));
@@ -42,19 +42,19 @@ inline void startNewTextLayout() {
   }
 }
 
-// Registers the font once for the process, in a cache directory of its own.
+// Registers the glyph font in a cache directory of its own.
 inline bool registerGlyphFont() {
-  static const TempDir cache;  // to the process's end: fontconfig keeps the path
+  static const TempDir cache;  // until the process ends: fontconfig keeps the path
   setenv("XDG_CACHE_HOME", cache.path().c_str(), 1);
   unsetenv("VESKARA_ASSET_DIR");
-  // A font map that texts before this one have used remembers the fonts of that time.
+  // A font map that earlier texts used still remembers the old fonts.
   pango_cairo_font_map_set_default(nullptr);
   if (!ui::registerBundledFonts()) return false;
   startNewTextLayout();
   return true;
 }
 
-// A test of this kind paints tiles with the glyph font, or fails.
+// Base of tests that paint tiles with the glyph font. Fails if the font is not used.
 class WithGlyphFont : public testing::Test {
  protected:
   static void SetUpTestSuite() {

@@ -1,4 +1,4 @@
-// gpu_window.h: a window for the texture cache that needs no display: SDL's software renderer on an image in
+// gpu_window.h: a window for the texture cache without a display: SDL's software renderer on an image in
 // memory. Units: device pixels.
 #pragma once
 
@@ -8,8 +8,8 @@
 
 namespace support {
 
-// While it lives the texture cache works with it, at scale 1 unless a test sets another. One at a time.
-// The software renderer cannot blend premultiplied pixels: the cache uploads straight ones.
+// The texture cache uses it while it exists, at scale 1 unless a test sets another. Only one at a time. The
+// software renderer cannot blend premultiplied pixels, so the cache uploads straight alpha.
 class GpuWindow {
  public:
   GpuWindow(int w, int h);
@@ -22,7 +22,7 @@ class GpuWindow {
   // Fills the window with one opaque colour, 0xRRGGBB.
   void clear(std::uint32_t color) const;
 
-  // What the window shows now, opaque.
+  // The window's current contents, opaque.
   ui::CairoSurface picture() const;
 
  private:

@@ -2,7 +2,7 @@
 
 namespace support {
 
-// Neither is ever destroyed: the program under test may still play and shut down while the process ends.
+// Neither is ever destroyed: the program under test may still play and shut down at exit.
 std::vector<audio::Sfx>& heard() {
   static auto& effects = *new std::vector<audio::Sfx>;
   return effects;

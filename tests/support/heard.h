@@ -1,6 +1,5 @@
-// heard.h: ears for tests of what makes sounds. heard.cpp takes the place of src/resources/audio.cpp in the
-// test program that has it among its sources: no device is opened, nothing is played, and what was asked for
-// is kept.
+// heard.h: records requested sounds for tests. A test program that includes heard.cpp uses it instead of
+// src/resources/audio.cpp: it opens no device, plays nothing and records what was requested.
 #pragma once
 
 #include <vector>
@@ -9,20 +8,20 @@
 
 namespace support {
 
-// What audio.h's functions were told; at first what a new program has.
+// The state set through audio.h. The defaults are those of a new program.
 struct SoundState {
   bool ready = false;  // between init and shutdown
   bool enabled = true;
-  double musicVolume = 0.25;  // as it was given, out of range too
+  double musicVolume = 0.25;  // as given, without clamping
   double sfxVolume = 1.0;
   int musicStarts = 0;  // calls of startMusic
 };
 
-// The effects played, oldest first, whatever the switch and the volume: those are the mixer's business.
+// The requested effects, oldest first, regardless of switch and volume.
 std::vector<audio::Sfx>& heard();
 
-// One of each in the process. A test whose program runs several in one process begins with clearing both:
-// heard().clear(), soundState() = {}.
+// There is one list and one state per process. If several tests share a process, each begins with
+// heard().clear() and soundState() = {}.
 SoundState& soundState();
 
 }  // namespace support

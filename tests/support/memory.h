@@ -1,5 +1,4 @@
-// memory.h: how much of its memory a process uses. Knows nothing of the sanitizers' allocators: with them
-// there is nothing to be seen.
+// memory.h: how much heap memory the process uses. Does not work with the sanitizers' allocators.
 #pragma once
 
 #include <malloc.h>
@@ -12,13 +11,13 @@ inline constexpr bool kMemoryIsSeen = false;
 inline constexpr bool kMemoryIsSeen = true;
 #endif
 
-// Bytes that are allocated and not freed, whoever asked for them: the game, cairo, pango, SDL.
+// Bytes allocated and not freed by anyone in the process: the game, cairo, pango, SDL.
 inline long liveBytes() {
   const struct mallinfo2 info = mallinfo2();
   return static_cast<long>(info.uordblks + info.hblkhd);
 }
 
-// A twentieth more may come by chance: files and pictures of other sizes.
+// Allowed growth: one twentieth, because files and pictures vary in size.
 inline constexpr long kGrowthPart = 20;
 
 }  // namespace support

@@ -1,5 +1,5 @@
-// own_process.h: a test's act in a process of its own, for code that looks at the environment or the working
-// directory once and remembers what it saw. The test program's own environment and memory stay as they are.
+// own_process.h: runs part of a test in a forked process, for code that reads the environment or the working
+// directory only once. The test program's own environment and memory stay unchanged.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 
 namespace support {
 
-// All that comes out of a pipe until its other end is closed, within five minutes; then false.
+// Reads from the pipe until its other end is closed. False on an error or after five minutes.
 inline bool readToEnd(int pipe, std::string& result) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::minutes(5);
@@ -28,13 +28,13 @@ inline bool readToEnd(int pipe, std::string& result) {
   }
 }
 
-// What `act` (taking nothing, giving a string) gives back in a forked process. If that process does not come
-// to the end of it, or takes longer than five minutes, the test fails.
+// Runs `act` (no arguments, returns a string) in a forked process and returns its result. The test fails if
+// the process does not finish properly or takes longer than five minutes.
 template <class Act>
 std::string inOwnProcess(const Act& act) {
   std::array<int, 2> ends = {};
   if (pipe(ends.data()) != 0) {
-    ADD_FAILURE() << "no pipe";
+    ADD_FAILURE() << "cannot create a pipe";
     return {};
   }
   const pid_t child = fork();
@@ -46,13 +46,13 @@ std::string inOwnProcess(const Act& act) {
   close(ends[1]);
   std::string result;
   if (child > 0 && !readToEnd(ends[0], result)) {
-    ADD_FAILURE() << "waited for the process to come to its end";
+    ADD_FAILURE() << "the process did not finish in time";
     kill(child, SIGKILL);
   }
   close(ends[0]);
   int status = 0;
   if (child < 0 || waitpid(child, &status, 0) != child || status != 0) {
-    ADD_FAILURE() << "the process did not end well, status " << status;
+    ADD_FAILURE() << "the process failed, status " << status;
   }
   return result;
 }

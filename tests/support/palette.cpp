@@ -36,8 +36,7 @@ int squaredDistance(Color a, Color b) {
   return sum;
 }
 
-// The nearest of some colours to any other; each answer is kept, for pictures have few colours for their
-// size.
+// Finds the nearest of a set of colours. Caches each answer because pictures have few colours for their size.
 class Palette {
  public:
   explicit Palette(std::vector<Color> all) : colors(std::move(all)) {}
@@ -86,12 +85,12 @@ Counts countsOf(cairo_surface_t* picture) {
   return all;
 }
 
-// --- choosing colours: the box of colours that is worst off is halved until there are enough ---
+// --- choosing colours: the box with the highest cost is halved until there are enough ---
 
 struct Box {
   Counts counts;
-  int longest = 0;  // the channel in which they differ most
-  double cost = 0;  // how much one colour for all would change
+  int longest = 0;  // the channel with the widest range
+  double cost = 0;  // error if one colour replaced them all
 };
 
 Color meanOf(const Counts& counts) {
@@ -179,7 +178,7 @@ std::string paletteChunk(const std::vector<Color>& colors) {
   return bytes;
 }
 
-// Each row begins with the number of its filter: none.
+// Each row begins with its filter type, 0 for none.
 std::string rowsOf(cairo_surface_t* picture, const std::vector<Color>& colors) {
   Palette palette(colors);
   std::string rows;
@@ -195,7 +194,7 @@ bool saveInFewColors(cairo_surface_t* picture, const std::string& path) {
   std::string header;
   appendNumber(header, static_cast<unsigned long>(pixelsAcross(picture)));
   appendNumber(header, static_cast<unsigned long>(pixelsDown(picture)));
-  header += std::string("\x08\x03\0\0\0", 5);  // eight bits a pixel, which name a colour
+  header += std::string("\x08\x03\0\0\0", 5);  // eight bits per pixel, indexed colour
   std::string png = "\x89PNG\r\n\x1a\n";
   appendChunk(png, "IHDR", header);
   appendChunk(png, "PLTE", paletteChunk(colors));
@@ -220,8 +219,9 @@ std::vector<Color> colorsOf(cairo_surface_t* picture) {
   return {colors.begin(), colors.end()};
 }
 
-// What was seen, in the committed colour wherever that is as near as any committed one. A pixel that is off
-// by the tolerance of sameLook has come nearer to another colour by no more than twice that.
+// The seen picture. Each pixel takes its committed colour if that colour is within the tolerance or is the
+// nearest of the palette, or nearly so. A pixel that is off by the tolerance of sameLook comes nearer to
+// another colour by at most twice that much.
 ui::CairoSurface inItsColors(cairo_surface_t* seen, cairo_surface_t* committed) {
   constexpr int kTolerance = 2;
   const double twiceTheTolerance = 2 * std::sqrt(3 * kTolerance * kTolerance);

@@ -1,5 +1,5 @@
-// palette.h: large pictures in few colours, as committed files are small: what picture.h offers for smaller
-// ones. Units: device pixels.
+// palette.h: compares large pictures with committed ones that are reduced to few colours to keep files small.
+// For smaller pictures use picture.h. Units: device pixels.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,9 +10,9 @@
 
 namespace support {
 
-// As looksLike, with a committed picture of 256 colours that were chosen for it: a pixel looks the same if of
-// these colours the committed one is nearest to what is seen, or nearly so. What is seen nearly in its own
-// colour elsewhere has to be seen so here.
+// Like looksLike, but the committed picture has a palette of 256 colours chosen for it. A pixel looks the
+// same if its committed colour is the nearest palette colour to the seen one, or nearly so. So a pixel seen
+// in nearly a palette colour must be committed in nearly that colour.
 testing::AssertionResult looksLikeInFewColors(cairo_surface_t* seen, const std::string& name);
 
 }  // namespace support

@@ -26,13 +26,13 @@ bool save(cairo_surface_t* picture, const std::string& path) {
 
 struct Comparison {
   int differing = 0;  // pixels beyond the tolerance
-  int rims = 0;       // of these, pixels on an edge that differ by little of its contrast
+  int rims = 0;       // of these, pixels on an edge that differ by a small part of its contrast
   int largest = 0;    // difference of a channel, at (x, y)
   int x = 0;
   int y = 0;
 };
 
-// The largest difference of a pixel from one beside it.
+// The largest channel difference between a pixel and its neighbours.
 int contrastAround(const Pixels& pixels, int w, int h, int x, int y) {
   int contrast = 0;
   for (int v = std::max(y - 1, 0); v <= std::min(y + 1, h - 1); ++v) {
@@ -43,7 +43,7 @@ int contrastAround(const Pixels& pixels, int w, int h, int x, int y) {
   return contrast;
 }
 
-// Both must have the same size; edges are those of `b`.
+// Both pictures must have the same size. Edges are those of `b`.
 Comparison compare(cairo_surface_t* a, cairo_surface_t* b, int tolerance) {
   constexpr int kRimShare = 24;
   Comparison result;
@@ -106,7 +106,7 @@ testing::AssertionResult replaceCommitted(cairo_surface_t* seen, const std::stri
                                           const Keeping& keeping) {
   if (!keeping.save(seen, path)) return testing::AssertionFailure() << path << " could not be written";
   std::cout << "rewrote " << path << '\n';
-  return testing::AssertionFailure() << path << " was rewritten: look at it";
+  return testing::AssertionFailure() << path << " was rewritten: review it";
 }
 
 }  // namespace
@@ -140,7 +140,7 @@ ui::CairoSurface makePictureApart(int w, int h, const std::function<void(cairo_t
   return picture;
 }
 
-// An opaque picture that comes from a file has no alpha channel.
+// An opaque picture read from a file has no alpha channel.
 Pixels::Pixels(cairo_surface_t* picture)
     : stride(cairo_image_surface_get_stride(picture)),
       missingAlpha(cairo_image_surface_get_format(picture) == CAIRO_FORMAT_RGB24 ? 0xFF000000U : 0) {
@@ -179,7 +179,7 @@ testing::AssertionResult sameLook(cairo_surface_t* seen, cairo_surface_t* expect
   const Comparison found = compare(seen, expected, kTolerance);
   const bool onlyRims = found.differing == found.rims;
   if (onlyRims && found.rims * kPixelsPerRim <= widthOf(seen) * heightOf(seen)) {
-    return testing::AssertionSuccess() << "no more than " << found.rims << " pixels on rims differ";
+    return testing::AssertionSuccess() << "only " << found.rims << " pixels on rims differ";
   }
   return testing::AssertionFailure() << describe(found);
 }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr double kLongestFrame = 0.1;
 constexpr int kDragFrames = 10;
-// A tile is looked for at so many places in each direction.
+// Number of probed points per direction when looking for a visible part of a tile.
 constexpr int kProbes = 7;
 
 }  // namespace

@@ -11,8 +11,8 @@ namespace {
 
 constexpr int kChannels = 3;
 
-// What is left of linear red, green and blue, row by row. The three kinds of colour blindness are those of
-// Machado, Oliveira and Fernandes (2009), complete.
+// Matrices for linear red, green and blue, by rows. The three kinds of colour blindness are those of Machado,
+// Oliveira and Fernandes (2009) at full severity.
 constexpr double kSeen[][kChannels][kChannels] = {
     {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
     {{0.152286, 1.052583, -0.204868}, {0.114503, 0.786281, 0.099216}, {-0.003882, -0.048116, 1.051998}},
@@ -43,8 +43,8 @@ std::vector<double> gaussian(double sigma) {
   return weights;
 }
 
-// One line of `count` pixels, `stride` apart: the blurred channel at every `step`th of them. The first and
-// last pixel go on beyond the line's ends.
+// Blurs one line of `count` pixels, `stride` apart, and writes every `step`th one. Beyond its ends the line
+// repeats its first and last pixel.
 void blurLine(const float* line, int count, int stride, const std::vector<double>& weights, int step,
               float* out, int outStride) {
   const int reach = static_cast<int>(weights.size()) / 2;

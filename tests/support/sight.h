@@ -1,4 +1,4 @@
-// sight.h: how alike two pictures look from some way off, to eyes of several kinds, and how well a colour
+// sight.h: how similar two pictures look from a distance to different kinds of eyes, and how well one colour
 // stands out from another. Units: device pixels; channels from 0 to 255.
 #pragma once
 
@@ -13,25 +13,24 @@ enum class Sight { Full, Protanopia, Deuteranopia, Tritanopia, Grey };
 inline constexpr Sight kSights[] = {Sight::Full, Sight::Protanopia, Sight::Deuteranopia, Sight::Tritanopia,
                                     Sight::Grey};
 
-// Red, green and blue of each sample, one after the other.
+// Red, green and blue of each sample in turn.
 using Samples = std::vector<float>;
 
-// An opaque picture whose pixels run into each other by a Gaussian of this many pixels, sampled about as
-// densely.
+// An opaque picture after a Gaussian blur of `blur` pixels, sampled about that densely.
 Samples blurred(cairo_surface_t* picture, double blur);
 
-// The same as this eye sees it.
+// The samples as this eye sees them.
 Samples seenBy(Sight sight, const Samples& samples);
 
-// The mean difference of a channel, or anything above `enough` where it is more than that.
+// The mean difference per channel. If it exceeds `enough`, any value above `enough`.
 double meanDifference(const Samples& a, const Samples& b, double enough);
 
-// How bright a colour 0xRRGGBB is, 0 to 1, and how well two of such a brightness are told apart, 1 to 21,
-// both as the Web Content Accessibility Guidelines reckon it.
+// Luminance of a colour 0xRRGGBB, 0 to 1, and contrast between two luminances, 1 to 21, both as defined by
+// the Web Content Accessibility Guidelines.
 double luminance(std::uint32_t color);
 double contrast(double a, double b);
 
-// The brightness of the lightest pixel within these bounds.
+// The luminance of the brightest pixel within these bounds.
 double lightest(cairo_surface_t* picture, double x0, double y0, double x1, double y1);
 
 }  // namespace support

@@ -1,6 +1,6 @@
-// surroundings.cpp: linked into every test program, which so finds the same surroundings by hand as in ctest,
-// and hands them on to what it starts: the fonts that all pictures are painted with, and what the sanitizers
-// are told.
+// surroundings.cpp: linked into every test program. Sets the fonts that all pictures are painted with and the
+// sanitizers' options, also for processes that the program starts. So a test sees the same environment by
+// hand as in ctest.
 
 #include <cstdlib>
 
@@ -20,7 +20,7 @@ constexpr const char* kUndefinedOptions = "print_stacktrace=1";
 
 }  // namespace
 
-// This program's own sanitizers ask before anything of it runs.
+// This program's own sanitizers ask for these before any of its code runs.
 // NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' names for them
 extern "C" const char* __lsan_default_options() { return kLeakOptions; }
 extern "C" const char* __ubsan_default_options() { return kUndefinedOptions; }

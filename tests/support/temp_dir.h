@@ -1,4 +1,4 @@
-// temp_dir.h: a directory of a test's own.
+// temp_dir.h: a temporary directory for a test.
 #pragma once
 
 #include <cstdlib>
@@ -11,13 +11,13 @@
 
 namespace support {
 
-// Makes a file, its directories too.
+// Writes a file and creates its directories.
 inline void writeFile(const std::string& path, const std::string& bytes) {
   std::filesystem::create_directories(std::filesystem::path(path).parent_path());
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-// An empty directory, removed with all that came into it when the object goes.
+// An empty directory, removed with everything in it when the object is destroyed.
 class TempDir {
  public:
   TempDir() {
@@ -34,13 +34,13 @@ class TempDir {
 
   std::string path(const std::string& below = "") const { return below.empty() ? root : root + "/" + below; }
 
-  // Makes a directory with its ancestors, and gives back its path.
+  // Creates a directory and its ancestors and returns its path.
   std::string makeDir(const std::string& below) const {
     std::filesystem::create_directories(path(below));
     return path(below);
   }
 
-  // Makes a file, its directories too, and gives back its path.
+  // Writes a file, creates its directories and returns its path.
   std::string makeFile(const std::string& below, const std::string& bytes) const {
     writeFile(path(below), bytes);
     return path(below);
@@ -50,7 +50,7 @@ class TempDir {
   std::string root;
 };
 
-// A whole file, empty if there is none.
+// The contents of a file; empty if there is none.
 inline std::string readAll(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
