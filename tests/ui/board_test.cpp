@@ -572,9 +572,10 @@ TEST_F(BoardTextures, AreSharpWhereATileIsNoWholeNumberOfDevicePixelsWide) {
   const ui::CairoSurface painted = board(Path::Cairo, frame, game, wholeFrame);
   constexpr int kOutline = 6;  // that blends, on either path
   for (int y = kOutline; y < 88 - kOutline; ++y) {
-    for (int x = kOutline; x < 65 - kOutline; ++x)
+    for (int x = kOutline; x < 65 - kOutline; ++x) {
       ASSERT_LE(channelDifference(pixelAt(copied.get(), x, y), pixelAt(painted.get(), x, y)), 2)
           << x << ", " << y;
+    }
   }
 }
 

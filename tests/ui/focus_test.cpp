@@ -64,10 +64,12 @@ class FocusTest : public testing::Test {
   // The number of the control within the ring, -1 without one.
   int ringed() const {
     const auto ring = focus.ring();
-    for (std::size_t i = 0; ring && i < controls.size(); ++i)
+    for (std::size_t i = 0; ring && i < controls.size(); ++i) {
       if (ring->contains(controls[i].x, controls[i].y) &&
-          ring->contains(controls[i].x + controls[i].w, controls[i].y + controls[i].h))
+          ring->contains(controls[i].x + controls[i].w, controls[i].y + controls[i].h)) {
         return static_cast<int>(i);
+      }
+    }
     return -1;
   }
   int ringedAfter(int code) {
