@@ -27,7 +27,7 @@ namespace {
 // --- the column ---
 
 constexpr double kMaxColumnW = 660;
-constexpr double kScrollbarRoom = 15;  // beside the column, to the far edge of the scrollbar
+constexpr double kScrollbarRoom = 15;  // from the column to the far edge of the scrollbar
 
 // --- about ---
 
@@ -37,13 +37,13 @@ constexpr const char* kMail = "mailto:";
 constexpr const char* kWeb = "https://";
 
 struct LineLook {
-  double gap;  // above it, in a window with room
+  double gap;  // above the line, in a large window
   Wording wording;
   const char* text;
   double size;
   std::uint32_t color;
   bool bold = false;
-  const char* scheme = nullptr;  // of a link: what makes an address of its text
+  const char* scheme = nullptr;  // for links: turns the text into an address
 };
 
 constexpr double kGroupGap = 24;
@@ -63,7 +63,7 @@ constexpr std::array<LineLook, kAboutLines> kLines = {{
 
 constexpr double kCompactBelowW = 620;
 constexpr double kCompactBelowH = 580;
-constexpr double kCompactGaps = 0.4;  // of those in a window with room
+constexpr double kCompactGaps = 0.4;  // relative to the gaps in a large window
 constexpr double kButtonW = 280;
 constexpr double kButtonH = 44;
 constexpr double kCompactButtonH = 40;
@@ -83,7 +83,7 @@ std::string textOf(const LineLook& look) {
 
 double widthOf(const ui::Ctx& ctx) { return columnLayout(ctx.w, ctx.h).w; }
 
-// A line of text about x, its top at y. Returns the height it takes.
+// Draws a line of text centred at x, with its top at y. Returns the line's height.
 double line(ui::Ctx& ctx, double x, double y, const std::string& text, double size, unsigned colour,
             bool bold) {
   const double w = widthOf(ctx);
@@ -93,7 +93,7 @@ double line(ui::Ctx& ctx, double x, double y, const std::string& text, double si
   return h;
 }
 
-// The same for a text that can be clicked. True when it was.
+// Like line(), for a clickable text. Returns true when it was clicked.
 bool linkLine(ui::Ctx& ctx, double x, double y, const std::string& text, double size) {
   constexpr double kUnderline = 1;
   const double h = line(ctx, x, y, text, size, ui::palette::kCream, false);
@@ -105,7 +105,7 @@ bool linkLine(ui::Ctx& ctx, double x, double y, const std::string& text, double 
     ui::fillRect(ctx.cr, {rect.x, y + h - kUnderline, textW, kUnderline}, ui::palette::kCream, 1);
     ctx.hand = true;
   }
-  // The ring keeps clear of the lines above and below.
+  // The focus ring stays clear of the lines above and below.
   constexpr double kAside = 5;
   constexpr double kAbove = 3;
   constexpr double kBelow = 2;
@@ -113,8 +113,8 @@ bool linkLine(ui::Ctx& ctx, double x, double y, const std::string& text, double 
   return ui::isWorkedByKey(ctx, ringed) || ctx.takeClick(rect);
 }
 
-// Hands the address to the desktop, without waiting for what it makes of it. It goes to a shell as it is:
-// only addresses of our own come here.
+// Asks the desktop to open the address and does not wait for the result. The shell gets the address
+// unescaped, so pass only constants.
 void openUri(const std::string& uri) {
   const std::string command = "xdg-open '" + uri + "' >/dev/null 2>&1 &";
   if (std::system(command.c_str()) != 0) std::fprintf(stderr, "[about] could not open %s\n", uri.c_str());

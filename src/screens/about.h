@@ -1,5 +1,5 @@
-// about.h: where everything lies on the about and licences screens, for any size of the window. What scrolls
-// is given where it lies before it is scrolled. Units: logical pixels.
+// about.h: the layout of the about and licences screens for any window size. Rectangles of scrolling content
+// are given at a scroll of 0. Units: logical pixels.
 #pragma once
 
 #include <array>
@@ -9,15 +9,15 @@
 
 namespace screens {
 
-// A centred column, seen between the header and the footer.
+// A centred column between the header and the footer.
 struct ColumnLayout {
-  ui::Rect view;  // what scrolls is seen in it, and with it the scrollbar at its right edge
-  double x;       // of the column itself
+  ui::Rect view;  // clips the content; the scrollbar is at its right edge
+  double x;       // left edge and width of the column, without the scrollbar
   double w;
 };
 ColumnLayout columnLayout(double w, double h);
 
-// What is written on the about screen, from top to bottom.
+// The texts of the about screen, from top to bottom.
 enum class AboutLine : std::size_t {
   Title,
   Version,
@@ -35,16 +35,15 @@ inline constexpr std::size_t kAboutLines = 11;
 
 struct AboutLayout {
   ColumnLayout column;
-  double fanTileW;  // width of a tile of the fan
+  double fanTileW;  // width of one tile of the fan
   ui::Rect fan;
   std::array<ui::Rect, kAboutLines> lines;  // each as wide as the column
   ui::Rect button;
-  double contentHeight;  // from the view's top
+  double contentHeight;  // from the view's top, including the button
 
   ui::Rect at(AboutLine line) const { return lines[static_cast<std::size_t>(line)]; }
 };
-// In the middle of the view if all of it fits. A low or narrow window has a smaller fan, and less air between
-// the groups.
+// The content is centred in the view if it fits. A low or narrow window gets a smaller fan and smaller gaps.
 AboutLayout aboutLayout(double w, double h);
 
 }  // namespace screens

@@ -21,9 +21,9 @@ namespace {
 
 constexpr double kDemoTime = 120;
 constexpr double kCelebrationTime = 1.7;
-// From the beginning of a step to the end of each of its phases.
+// When each phase of a step ends, in seconds since the step began.
 constexpr std::array<double, 4> kPhaseEnds = {0.8, 1.7, 2.7, 3.15};
-constexpr unsigned kLevels = 25;  // larger boards are too much for a watcher
+constexpr unsigned kLevels = 25;  // larger boards are too much to watch
 
 constexpr double kMargin = 12;
 constexpr double kCaptionsH = 48;
@@ -40,7 +40,7 @@ constexpr std::uint32_t kPillColor = 0x9B8CFF;
 constexpr double kPillAlpha = 0.18;
 constexpr double kInvitationAlpha = 0.6;
 
-// In steps too small to be seen: what pango and cairo keep of a font of each size would grow to a hundred
+// Rounded to steps too small to see. Pango and cairo cache a font per size, which would grow to a hundred
 // megabytes within two minutes.
 double captionSize(double time) {
   constexpr double kStepsPerPixel = 8;
@@ -63,7 +63,7 @@ std::uint32_t freshSeed() {
   return static_cast<std::uint32_t>(source());
 }
 
-// The middle of `row`'s height, in the column of width w about cx.
+// A rectangle of size w x h with its middle at cx, vertically centred in `row`.
 ui::Rect captionIn(const ui::Rect& row, double cx, double w, double h) {
   return {cx - w / 2, row.y + (row.h - h) / 2, w, h};
 }
@@ -94,7 +94,7 @@ void drawCaption(const ui::Ctx& ctx, const ui::Rect& rect, const std::string& te
       {.size = kCaptionSize, .color = color, .alpha = alpha, .align = ui::Align::Center, .maxWidth = rect.w});
 }
 
-// The text breathes, its pill does not.
+// The text pulses; its pill keeps its size.
 void drawTitle(const ui::Ctx& ctx, const ui::Rect& rect) {
   const std::string text = i18n::tr("attract.demo");
   ui::TextStyle style = {
@@ -142,7 +142,7 @@ void Attract::begin(double now) {
   stepAt = now;
 }
 
-// A hand that only brushes against the mouse does not end it.
+// Mouse motion does not end the demo: a hand may only brush against the mouse.
 bool Attract::isLeft(const ui::Ctx& ctx) const {
   const ui::Input& in = ctx.in;
   return in.clicked || in.pressed || in.rightClicked || !in.keys.empty() || in.wheel != 0 ||
@@ -173,7 +173,7 @@ void Attract::step(double now, const ui::Rect& board) {
   phase = (phase + 1) % static_cast<int>(kPhaseEnds.size());
 }
 
-// Without a pair it shuffles, and waits once more.
+// If there is no pair, shuffles and restarts the step.
 bool Attract::choosePair(double now) {
   const auto [a, b] = mj::findHint(game);
   if (a < 0) {

@@ -1,6 +1,6 @@
-// attract.h: the demo. It plays random deals by itself, pair by pair, at a pace that a watcher can follow,
-// until somebody touches the mouse's buttons or wheel or a key, or two minutes have passed. It saves nothing.
-// Units: logical pixels; seconds of the frame clock.
+// attract.h: the demo. It plays random deals pair by pair, slowly enough to follow. It ends after two minutes
+// or when the player presses a mouse button or a key or turns the wheel. It saves nothing. Units: logical
+// pixels; seconds of the frame clock.
 #pragma once
 
 #include <cstdint>
@@ -13,11 +13,11 @@
 
 namespace screens {
 
-// Where everything lies, for any size of the window. A wide window has all captions in one row below the
-// board; a tall one, where the board leaves height to spare, has them above and below it.
+// The layout for any window size. A wide window has all captions in one row below the board. A tall one,
+// where the board leaves spare height, has them above and below it.
 struct AttractLayout {
   ui::Rect board;
-  ui::Rect title;  // as wide as its pill may become
+  ui::Rect title;  // as wide as the pill may become
   ui::Rect tilesLeft;
   ui::Rect invitation;
 };
@@ -25,14 +25,14 @@ AttractLayout attractLayout(double w, double h);
 
 class Attract : public ui::Screen {
  public:
-  // What it begins with; random levels and deals follow.
+  // The first deal; random levels and deals follow.
   Attract(int firstLevel, std::uint32_t firstDeal);
 
   void update(ui::Ctx& ctx) override;
 
   int currentLevel() const { return level; }
   const mj::GameState& table() const { return game; }
-  // How the board was drawn in the last frame: the pair that will go is picked.
+  // How the board was drawn in the last frame. Tests read the picked pair from it.
   const ui::BoardOpts& boardOptions() const { return options; }
   const ui::BoardFx& effects() const { return fx; }
 
@@ -53,7 +53,7 @@ class Attract : public ui::Screen {
   ui::BoardFx fx;
   ui::BoardOpts options;
 
-  int phase = 0;  // of the step by which a pair is chosen, shown, taken, and its burst watched
+  int phase = 0;  // within a step: first tile, second tile, removal, pause
   int pairA = -1;
   int pairB = -1;
   std::optional<double> startedAt;

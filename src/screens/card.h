@@ -1,5 +1,5 @@
-// card.h: what the screens have in common that show many things on cards: the plate, its light under the
-// pointer, and the rows in which cards lie. Units: logical pixels.
+// card.h: cards, as used by the screens that list things: the plate, the highlight under the pointer and the
+// grid of cards. Units: logical pixels.
 #pragma once
 
 #include "ui/context.h"
@@ -9,22 +9,22 @@ namespace screens {
 inline constexpr double kCardRadius = 10;
 
 void drawCardPlate(cairo_t* cr, const ui::Rect& card);
-// Lights the card up while the pointer is over it, which is a hand then.
+// Highlights the card while the pointer is over it and makes the pointer a hand.
 void lightCard(ui::Ctx& ctx, const ui::Rect& card);
 
-// Cards in rows, as many in each as the window is wide, 2 to 5. What does not fit is scrolled.
+// A grid of cards that scrolls if it does not fit. It has 2 to 5 columns, depending on the window's width.
 struct CardGrid {
-  ui::Rect view;  // the cards are seen in here
+  ui::Rect view;  // the visible part of the grid
   int columns;
   double gap;  // between cards
   double cardW;
   double cardH;
 
-  // The i-th card, once the list is scrolled down so far.
+  // The rectangle of the i-th card at this scroll position.
   ui::Rect card(int i, double scroll) const;
   double contentHeight(int cards) const;
 };
-// Cards about `leastCardW` wide or wider, as high as the caller then makes them.
+// Cards at least about `leastCardW` wide. The caller sets their height.
 CardGrid cardGrid(const ui::Rect& view, double leastCardW, double gap);
 
 }  // namespace screens

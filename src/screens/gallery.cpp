@@ -30,9 +30,9 @@
 namespace screens {
 namespace {
 
-constexpr const char* kCardKey = "gallery|";  // before the keys of the cards' textures
+constexpr const char* kCardKey = "gallery|";  // prefix of the texture keys of the cards
 constexpr double kFanTileW = 56;
-constexpr double kFanGap = 36;  // from the foot of the middle tile to the text; the outer ones reach lower
+constexpr double kFanGap = 36;  // from the foot of the middle tile to the text; the outer tiles reach lower
 
 void drawEmptyPage(const ui::Ctx& ctx, const ui::Rect& area) {
   constexpr double kTextH = 24;
@@ -48,24 +48,24 @@ void drawHint(const ui::Ctx& ctx) {
                        {.size = 13, .color = ui::palette::kMutedText, .maxWidth = ctx.w - 2 * kListMargin});
 }
 
-// The solved boards as cards, ten levels a page. Each card is painted once, and copied from then on.
+// Shows the solved boards as cards, ten levels a page. Each card is painted once and cached as a texture.
 class Gallery : public ui::Screen {
  public:
   Gallery();
-  // The pictures in the files may be others at the next visit.
+  // Drops the textures: the picture files may have changed by the next visit.
   ~Gallery() override { ui::gpuDropTextures(kCardKey, ui::kKeepNone); }
 
   void update(ui::Ctx& ctx) override;
 
  private:
   struct LoadedPicture {
-    int side = 0;  // for which it was loaded
+    int side = 0;  // the side it was loaded for
     ui::CairoSurface surface;
   };
 
   void drawBody(ui::Ctx& ctx, double top);
   void turnTo(int newPage);
-  // Places in the list, by the levels of what stands there.
+  // Indices into `solves` of the current page's entries, ordered by level.
   std::vector<std::size_t> placesOfPage() const;
   void drawCard(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect);
   void cardInput(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect);
@@ -80,15 +80,17 @@ class Gallery : public ui::Screen {
   int progressLevel;
   int page;
   double scroll = 0;
-  std::size_t pendingDelete = 0;  // its place
+  std::size_t pendingDelete = 0;  // index into `solves`
   bool confirmOpen = false;
-  // The places of the cards under the last click and the one before it, if there were cards.
+  // The cards under the last click and the click before it, as indices into `solves`; empty if a click hit no
+  // card.
   std::optional<std::size_t> lastClicked;
   std::optional<std::size_t> clickedBefore;
 
-  // By the entries' places, for a damaged file may give two of them one id; each from its first showing on.
+  // Filled when a card is first shown. Keyed by index, not by id: in a damaged file two entries may share an
+  // id.
   std::map<std::size_t, LoadedPicture> pictures;
-  std::map<std::size_t, mj::GameState> boards;  // of those without a picture
+  std::map<std::size_t, mj::GameState> boards;  // for entries without a picture
 };
 
 Gallery::Gallery()
@@ -159,14 +161,15 @@ void Gallery::cardInput(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect) {
   }
 }
 
-// Both of its clicks are on this card.
+// True only if both clicks hit this card.
 bool Gallery::isDoubleClicked(ui::Ctx& ctx, std::size_t place, const ui::Rect& rect) {
   if (!ctx.takeClick(rect)) return false;
   lastClicked = place;
   return ctx.in.doubleClicked && clickedBefore == place;
 }
 
-// The deal as it was, unless another game waits: that is not given up unasked.
+// Starts the entry's deal again. If another game is saved, only plays the error sound: starting would lose
+// that game without asking.
 void Gallery::playAgain(const store::SolveEntry& entry) {
   const auto saved = resumableGame();
   if (saved && (saved->level != entry.level || saved->seed != entry.seed))
@@ -195,7 +198,7 @@ void Gallery::confirmDelete(ui::Ctx& ctx) {
   listAnew();
 }
 
-// Others may stand in the places now.
+// Indices may now refer to other entries, so the caches are cleared.
 void Gallery::listAnew() {
   solves = store::listSolves();
   pictures.clear();

@@ -21,13 +21,13 @@ namespace {
 
 using ui::Rect;
 
-constexpr double kTextGap = 8;  // at least, between two texts of a line
+constexpr double kTextGap = 8;  // least gap between two texts on one line
 constexpr double kStarRadius = 6;
 
-// A place on whole device pixels, where a picture is copied without blurring.
+// Rounds to whole device pixels, where a picture is copied without blurring.
 double onPixel(double length) { return std::round(length * ui::gpuScale()) / ui::gpuScale(); }
 
-// The largest rectangle of these proportions in the middle of `area`.
+// The largest rectangle with the proportions w : h in the middle of `area`.
 Rect fitted(const Rect& area, double w, double h) {
   const double scale = std::min(area.w / w, area.h / h);
   return {onPixel(area.x + (area.w - w * scale) / 2), onPixel(area.y + (area.h - h * scale) / 2), w * scale,
@@ -65,7 +65,7 @@ void paintPicture(cairo_t* cr, const Rect& area, cairo_surface_t* picture) {
   cairo_fill(cr);
 }
 
-// As a picture of it would be.
+// Paints the board the way a saved picture shows it.
 void paintBoard(cairo_t* cr, const Rect& area, int level, const mj::GameState& board) {
   const Rect place = fitted(area, 1, 1);
   cairo_translate(cr, place.x, place.y);

@@ -1,5 +1,5 @@
-// gallery_card.h: paints a solved board's card: level, time, stars and day above its picture. Knows no window
-// and no input. Units: logical pixels.
+// gallery_card.h: paints the card of a solved board: level, time, stars and date above its picture. Knows no
+// window and no input. Units: logical pixels.
 #pragma once
 
 #include <cairo.h>
@@ -10,16 +10,16 @@
 
 namespace screens {
 
-// The longer side of what a card of this size shows as its picture, in device pixels.
+// The side of the square picture on a card of this size, in device pixels.
 int cardPictureSide(double cardW, double cardH);
 
-// What a card shows: the picture, or where that is null the board as it was dealt.
+// What a card shows: the picture or, if that is null, the board as it was dealt.
 struct CardPicture {
   cairo_surface_t* picture = nullptr;
   const mj::GameState* board = nullptr;
 };
 
-// Fills (0, 0, cardW, cardH).
+// Fills the rectangle (0, 0, cardW, cardH).
 void paintCard(cairo_t* cr, double cardW, double cardH, const store::SolveEntry& entry,
                const CardPicture& shown);
 

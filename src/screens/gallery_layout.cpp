@@ -7,9 +7,9 @@ namespace {
 
 constexpr double kGap = 10;
 constexpr double kHintStripH = 64;
-constexpr double kColumnW = 230;  // a card is about as wide
+constexpr double kColumnW = 230;  // least width of a card
 
-constexpr double kMoreHeight = 74;  // of a card than width: room for its texts
+constexpr double kMoreHeight = 74;  // how much higher than wide a card is: room for its texts
 constexpr double kTextsH = 48;
 constexpr double kPictureInset = 4;
 

@@ -12,21 +12,21 @@ using ui::Rect;
 constexpr double kGap = 12;  // between cards
 constexpr double kLeastCardW = 240;
 
-constexpr double kPadding = 18;  // at a card's sides
+constexpr double kPadding = 18;  // at the left and right of a card
 constexpr double kMaxMiniature = 190;
-constexpr double kBesidesMiniature = 108;  // of a card's height
+constexpr double kBesidesMiniature = 108;  // height of a card without its miniature
 
 constexpr double kTextGap = 8;
 constexpr double kLineH = 24;
-constexpr double kFirstLineY = 26;  // middles of the two lines, from the card's top
+constexpr double kFirstLineY = 26;  // vertical centres of the two lines, from the card's top
 constexpr double kSecondLineY = 52;
 constexpr double kTextsH = 66;
-constexpr double kLabelShare = 0.55;  // of the first line's width; the rest is the number of tiles'
+constexpr double kLabelShare = 0.55;  // of the first line's width; the number of tiles gets the rest
 constexpr double kStarsHalfW = 3.5 * kCardStarRadius;
 
 Rect line(double x, double middle, double w) { return {x, middle - kLineH / 2, w, kLineH}; }
 
-// Side of the square that a card of this width has for its layout.
+// The side of the square miniature on a card of this width.
 double miniatureSide(double cardW) { return std::min(cardW - 2 * kPadding, kMaxMiniature); }
 
 }  // namespace

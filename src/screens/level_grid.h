@@ -1,5 +1,5 @@
-// level_grid.h: where the ten cards of a page lie on the level select, and what lies where on a card. Units:
-// logical pixels.
+// level_grid.h: the layout of the ten cards of a page on the level select screen, and of the contents of a
+// card. Units: logical pixels.
 #pragma once
 
 #include "screens/card.h"
@@ -8,12 +8,13 @@ namespace screens {
 
 CardGrid levelGrid(double w, double h);
 
-// The level's name over its stars at the left, what it is made of at the right, its layout below.
+// The level's name and its stars are at the left, its numbers of tiles and layers at the right, its miniature
+// below.
 struct LevelCardLayout {
   ui::Rect label;
   ui::Rect tiles;
   ui::Rect layers;
-  double starsX;  // of the middle one's centre
+  double starsX;  // centre of the middle star
   double starsY;
   ui::Rect miniature;
 };

@@ -32,22 +32,22 @@
 namespace screens {
 namespace {
 
-constexpr const char* kCardKey = "level|";  // before the keys of the cards' pictures
+constexpr const char* kCardKey = "level|";  // prefix of the texture keys of the cards
 constexpr ui::TextStyle kLabelStyle = {.size = 16, .bold = true, .color = ui::palette::kLightText};
 constexpr ui::TextStyle kFactStyle = {
     .size = 12, .color = ui::palette::kMutedText, .align = ui::Align::Right};
 
 constexpr std::uint32_t kLockedCover = 0x061C14;
 constexpr double kLockedAlpha = 0.35;
-constexpr double kLockedMiniature = 0.5;  // its opacity: the padlock stands out from it
+constexpr double kLockedMiniature = 0.5;  // opacity, so that the padlock stands out
 
 std::string counted(const char* key, int n) { return i18n::tr(key, {{"n", std::to_string(n)}}); }
 
-constexpr double kRefusalTime = 0.48;  // as long as a pair that does not match
+constexpr double kRefusalTime = 0.48;  // as long as a mismatched pair is shown
 constexpr double kRefusalFill = 0.35;
 constexpr double kRefusalLine = 3;
 
-// Fades out: `left` is 1 at first and 0 at last.
+// Fades out as `left` goes from 1 to 0.
 void drawRefusal(cairo_t* cr, const ui::Rect& card, double left) {
   ui::fillRoundedRect(cr, card, kCardRadius, ui::kMismatchColor, kRefusalFill * left);
   ui::strokeRoundedRect(cr, ui::insetRect(card, kRefusalLine / 2), kCardRadius, kRefusalLine,
@@ -76,7 +76,7 @@ void drawLock(cairo_t* cr, const ui::Rect& card) {
   drawPadlock(cr, card.x + card.w / 2, card.y + card.h / 2);
 }
 
-// Null when cairo cannot make it.
+// Null if cairo cannot create the picture.
 ui::CairoSurface paintedMiniature(const std::vector<mj::Slot>& slots, double side) {
   const int pixels = ui::gpuPixels(side);
   ui::CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, pixels, pixels));
@@ -87,15 +87,15 @@ ui::CairoSurface paintedMiniature(const std::vector<mj::Slot>& slots, double sid
   return cairo_status(cr.get()) == CAIRO_STATUS_SUCCESS ? std::move(picture) : nullptr;
 }
 
-// On whole device pixels: anywhere else the picture would be blurred, and slow to draw.
+// Draws at whole device pixels. Elsewhere the picture would be blurred and slow to draw.
 void drawPicture(cairo_t* cr, cairo_surface_t* picture, double x, double y, double alpha) {
   const double scale = ui::gpuScale();
   cairo_set_source_surface(cr, picture, std::round(x * scale) / scale, std::round(y * scale) / scale);
   cairo_paint_with_alpha(cr, alpha);
 }
 
-// The hundred levels in pages of ten, with their layouts and the stars won on them. Those that the player has
-// not come to yet are locked. Each card is painted once, and copied from then on.
+// Shows the hundred levels in pages of ten, with their layouts and the stars won. Levels the player has not
+// reached are locked. Each card is painted once and cached as a texture.
 class LevelSelect : public ui::Screen {
  public:
   LevelSelect();
@@ -116,19 +116,19 @@ class LevelSelect : public ui::Screen {
 
   int levelAt(int i) const { return kLevelsPerPage * page + i + 1; }
   bool isLocked(int i) const { return levelAt(i) > career.progress.currentLevel; }
-  // The best on the level; 0: not solved yet.
+  // The player's best on the level; 0 if it is not solved yet.
   int starsAt(int i) const { return career.bests[static_cast<std::size_t>(levelAt(i) - 1)].stars; }
 
   const store::Career career = store::loadCareer();
   int page;
   double scroll = 0;
-  // The locked card that was clicked glows for a moment.
+  // A locked card glows for a moment after a click.
   struct Refusal {
     int card;
     double until;
   };
   std::optional<Refusal> refusal;
-  // By layout, which the level tells, and size. All of one scale.
+  // Keyed by level, which determines the layout, and by size in device pixels. All have the same scale.
   std::map<std::string, ui::CairoSurface> miniatures;
   double miniaturesScale = 0;
 };

@@ -22,12 +22,12 @@ constexpr ui::Rect kBack = {12, 8, 44, 40};
 constexpr double kHeadlineX = 68;
 constexpr double kHeadlineY = 12;
 
-constexpr double kRowStep = 60;  // by which an arrow moves a list
+constexpr double kRowStep = 60;  // an arrow key scrolls by this much
 constexpr double kFar = 1e9;
 
 constexpr double kMinViewH = 80;
 constexpr double kMinPagedViewH = 60;
-// The middle tile of the fan stands so far below the top of the tilted ones, in widths of a tile.
+// How far the middle tile of the fan stands below the top of the tilted ones, in tile widths.
 constexpr double kFanStand = 1.43;
 
 constexpr double kChipsY = 64;
@@ -35,7 +35,7 @@ constexpr double kChipH = 40;
 constexpr double kChipGap = 6;
 constexpr double kMaxChipW = 96;
 
-// The page to which the page keys lead.
+// The page that the page keys lead to, at most the last one.
 int pageByKeys(ui::Input& in, int page) {
   if (in.takeKey(SDLK_PAGEUP)) --page;
   if (in.takeKey(SDLK_PAGEDOWN)) ++page;
@@ -48,7 +48,7 @@ std::string pageName(int page) {
   return std::to_string(page * kLevelsPerPage + 1) + "–" + std::to_string((page + 1) * kLevelsPerPage);
 }
 
-// Page keys move by a page, arrows that lead to no control by a row.
+// Page keys scroll by a page. Arrow keys scroll by a row if they lead to no control.
 double scrollByKeys(ui::Ctx& ctx, double page) {
   double by = 0;
   if (ctx.in.takeKey(SDLK_PAGEDOWN)) by += page;
@@ -58,7 +58,7 @@ double scrollByKeys(ui::Ctx& ctx, double page) {
   return ctx.focus == nullptr ? by : by + kRowStep * ctx.focus->unanswered();
 }
 
-// Moves the list by the wheel and by the keys, and shows what has just got the focus.
+// Scrolls by the wheel and the keys, and brings a newly focused control into view.
 void scrollList(ui::Ctx& ctx, const ui::Rect& view, double contentHeight, double& scroll) {
   const double before = scroll;
   scroll += scrollByKeys(ctx, view.h - kRowStep);
@@ -67,7 +67,7 @@ void scrollList(ui::Ctx& ctx, const ui::Rect& view, double contentHeight, double
   if (ctx.focus != nullptr) ctx.focus->follow(view, scroll - before);
 }
 
-// True when the player goes back.
+// Returns true when the player goes back.
 bool header(ui::Ctx& ctx, std::string_view headline) {
   const bool back = ui::backButton(ctx, kBack) || ctx.in.hasKey(SDLK_ESCAPE);
   ui::drawText(

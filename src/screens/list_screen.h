@@ -1,6 +1,5 @@
-// list_screen.h: what the screens behind the menu have in common, so that they look alike: the felt with the
-// back button and the headline, what scrolls below them, and the row of pages of ten levels. Units: logical
-// pixels.
+// list_screen.h: the common parts of the screens behind the menu: the felt with back button and headline, the
+// scrolling list, and the row of page chips. Units: logical pixels.
 #pragma once
 
 #include <functional>
@@ -15,52 +14,52 @@ namespace screens {
 
 inline constexpr int kPages = 10;
 inline constexpr int kLevelsPerPage = 10;
-// Where what scrolls begins: below the headline, and below the pages.
+// The top of the scrolling list: below the headline, and below the page chips.
 inline constexpr double kListTop = 56;
 inline constexpr double kPagedListTop = 114;
-inline constexpr double kListMargin = 12;    // at the sides of the pages and of their cards
-inline constexpr double kColumnMargin = 20;  // at the sides of a column, at least
-// What is left free for the footer below what scrolls.
+inline constexpr double kListMargin = 12;    // at the sides of the chips and of the cards
+inline constexpr double kColumnMargin = 20;  // least margin at the sides of a column
+// Height reserved for the footer below the list.
 inline constexpr double kFooterRoom = ui::kFooterGap + ui::kFooterHeight + 8;
 
-// One frame: the felt, the back button and the headline, and `body`. While the screen is `asking` something
-// nothing of it hears of the mouse or the keyboard; the question is drawn by the caller, afterwards. True
-// when the player goes back, by the button or the Escape key, which then do nothing else: the caller pops.
-// The frame is drawn to its end all the same, or its remains would be seen until the next screen's first.
-// Nothing in it moves by itself.
+// Draws one frame: the felt, the back button, the headline and `body`. Returns true when the player goes back
+// with the back button or Escape; the caller then pops the screen. `body` gets no input in that frame but is
+// still drawn, because the frame stays visible until the next screen's first one. While `asking`, nothing
+// here gets any input; the caller draws its question afterwards. Marks the picture as still: nothing in it
+// moves by itself.
 bool listFrame(ui::Ctx& ctx, const mj::TableTheme* theme, std::string_view headline, bool asking,
                const std::function<void()>& body);
 
-// Where a list is seen that has a footer below it.
+// The view of a list with a footer below it.
 ui::Rect listView(double w, double h);
 
-// Draws what scrolls, `content`, which is seen in `view` only, and its scrollbar at the view's right edge.
-// The wheel moves `scroll` beside the view, too, and so do the page keys, unless there are pages. What is cut
-// off at its edges does not hear of the pointer either; what gets the keyboard's focus there is shown whole.
+// Draws the scrolling `content`, clipped to `view`, and a scrollbar at the view's right edge. The wheel works
+// across the whole width of the window, at the height of the view. The page keys scroll too, unless
+// pageChips() has taken them. Content ignores the pointer while that is outside the view. A control that gets
+// the keyboard focus is scrolled fully into view.
 void scrolledList(ui::Ctx& ctx, const ui::Rect& view, double contentHeight, double& scroll,
                   const std::function<void()>& content);
-// Whether any of what lies there is seen.
+// Whether any part of the rectangle is visible, judging by its height only.
 bool isInView(const ui::Rect& rect, const ui::Rect& view);
 
-// Draws the fan of tiles in the middle of the window's width; `top` is that of the tilted ones.
+// Draws the fan of tiles in the middle of the window's width. `top` is the top of the tilted tiles.
 void drawFan(const ui::Ctx& ctx, double top, double tileW);
 
-// The pages that the player has chosen last in each of the two lists, on an earlier visit too, until the
-// program ends; empty before the first choice.
+// The page the player last chose in each list. Kept until the program ends; empty before the first choice.
 struct ChosenPages {
   std::optional<int> levels;
   std::optional<int> gallery;
 };
 ChosenPages& chosenPages();
 
-// The page, 0 to 9, on which a level lies; a level out of range lies on the nearest one.
+// The page of a level, 0 to 9. A level out of range gives the nearest page.
 int pageOf(int level);
 
-// Draws the chips of the ten pages, each named by its first and last level; `page` is the one shown. Gives
-// the page whose chip was clicked, or to which the page keys turn. Where the player has come to, `marked`,
-// bears a ring and a dot while another page is shown.
+// Draws the chips of the ten pages, each labelled with its first and last level. `page` is the one shown.
+// Returns the page whose chip was clicked or that the page keys lead to, if any. `marked` is the page the
+// player has reached; its chip has a ring and a dot while another page is shown.
 std::optional<int> pageChips(ui::Ctx& ctx, int page, int marked);
-// Where a list that begins at `top` is seen and leaves so much free below it.
+// The view of a list that begins at `top` and leaves the height `below` free under it.
 ui::Rect pagedListView(double w, double h, double top, double below);
 
 }  // namespace screens

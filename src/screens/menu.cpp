@@ -26,16 +26,17 @@
 namespace screens {
 namespace {
 
-constexpr double kShineTime = 3;  // of each plaque, one after the other
+constexpr double kShineTime = 3;  // for each plaque in turn
 constexpr double kTaglineSize = 14;
-// How far above and below a text the backdrop is darkened; above the tagline are the title's tiles.
+// How far above and below a text the backdrop is darkened. Small for the tagline: the title's tiles are just
+// above it.
 constexpr double kTaglineReach = 16;
 constexpr double kFooterReach = 34;
-constexpr double kIdleTime = 60;  // without input, until the demo
-// The tiles have dropped long ago: that is the splash screen's.
+constexpr double kIdleTime = 60;  // without input, before the demo starts
+// The start time of the falling tiles, long past: they fall only on the splash screen.
 constexpr double kAtRest = -1e9;
 
-// A screen behind the menu, without parameters of its own.
+// A plaque that leads to a screen without parameters.
 struct Door {
   MenuEntry entry;
   const char* label;
@@ -52,7 +53,7 @@ ui::GameState playing(int level, std::uint32_t deal) {
   return {.kind = ui::ScreenKind::Playing, .level = level, .deal = deal};
 }
 
-// The game that was left, if it can be played on; else the highest level, dealt as on its first play.
+// The saved game if it can be resumed; else the highest unlocked level with its first deal.
 ui::GameState gameToContinue() {
   if (const auto saved = resumableGame()) return playing(saved->level, saved->seed);
   const int level = store::loadProgress().currentLevel;
@@ -66,7 +67,7 @@ mj::GameState randomDeal() {
   return mj::createGame(mj::levelToConfig(level).slots, deal);
 }
 
-// Keeps what is written there readable above the backdrop's tiles.
+// Darkens the backdrop's tiles so that the text stays readable.
 void drawShade(cairo_t* cr, const ui::Rect& text, double reachY) {
   constexpr double kReachX = 110;
   constexpr double kAlpha = 0.8;

@@ -1,5 +1,5 @@
-// menu.h: the hub: from here the player goes everywhere, and comes back to here. Units: logical pixels;
-// seconds of the frame clock.
+// menu.h: the main menu, from which the player reaches every other screen. Units: logical pixels; seconds of
+// the frame clock.
 #pragma once
 
 #include <optional>
@@ -13,7 +13,7 @@ namespace screens {
 
 class Menu : public ui::Screen {
  public:
-  // `behind` drifts behind the plaques.
+  // `behind` is the board that drifts behind the plaques.
   explicit Menu(mj::GameState behind);
   ~Menu() override;
 
@@ -26,12 +26,12 @@ class Menu : public ui::Screen {
   void plaques(ui::Ctx& ctx) const;
   bool plaque(ui::Ctx& ctx, MenuEntry entry, const std::string& label) const;
 
-  const ui::GameState continued;  // the game that "continue" leads to
+  const ui::GameState continued;  // the game that "continue" starts
   const mj::GameState backdrop;
-  MenuLayout layout = {};  // of this frame
+  MenuLayout layout = {};  // of the current frame
   std::optional<double> startedAt;
   std::optional<double> lastInput;
-  int plaqueFrame = 0;  // whose turn it is to shine
+  int plaqueFrame = 0;  // which plaque shines
 };
 
 }  // namespace screens

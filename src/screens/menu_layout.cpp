@@ -10,14 +10,14 @@ namespace {
 
 constexpr double kNarrowWindow = 620;
 constexpr double kLowWindow = 600;
-// The size of window for which the roomy measures are made; they grow and shrink with it, within bounds.
+// The window size that kRoomy is made for. Its measures scale with the window, within the bounds below.
 constexpr double kUsualW = 1100;
 constexpr double kUsualH = 760;
 constexpr double kLeastScale = 0.8;
 constexpr double kMostScale = 1.6;
 
-constexpr double kFrameGap = 10;  // between the golden frame and what lies within
-constexpr double kFooterW = 180;  // of its longer line, and a little more
+constexpr double kFrameGap = 10;  // between the golden frame and the content
+constexpr double kFooterW = 180;  // slightly more than its longer line
 constexpr double kTaglineGap = 10;
 constexpr double kTaglineH = 17;
 
@@ -29,10 +29,10 @@ struct Measures {
   double newGameH;
   double entryH;
   double gap;       // between plaques
-  double titleGap;  // above them
+  double titleGap;  // above the plaques
   double fontSize;
 };
-// The column is as wide as the word on tiles, but no label is shrunk in any language.
+// The column is as wide as the word on tiles, but never so narrow that a label must shrink in any language.
 constexpr double kLeastColumnW = 440;
 constexpr Measures kRoomy = {70, 62, 478, 64, 56, 54, 14, 36, 18};
 constexpr Measures kCompact = {46, 42, kLeastColumnW, 52, 46, 44, 10, 24, 16};

@@ -1,4 +1,4 @@
-// menu_layout.h: where everything lies in the main menu, for any size of the window. Units: logical pixels.
+// menu_layout.h: the layout of the main menu for any window size. Units: logical pixels.
 #pragma once
 
 #include <array>
@@ -9,11 +9,11 @@
 
 namespace screens {
 
-// The menu's entries, in the order of their plaques.
+// The entries, in the order of their plaques.
 enum class MenuEntry : int { Continue, NewGame, LevelSelect, Gallery, Settings, About };
 
-// The title above the plaques: two as wide as the column, and four below in two columns. A low or narrow
-// window has smaller ones, and no tagline; in a large one all grow.
+// The title is above the plaques. Two plaques are as wide as the column; the other four are below, in two
+// columns. Everything grows in a large window. A low or narrow one has smaller plaques and no tagline.
 struct MenuLayout {
   TitleBlock title;
   double titleTop;
@@ -21,7 +21,7 @@ struct MenuLayout {
   std::array<ui::Rect, 6> plaques;
   double fontSize;  // of the plaques' labels
   double footerBottom;
-  ui::Rect footer;  // its two lines, about
+  ui::Rect footer;  // roughly its two lines
 
   const ui::Rect& plaque(MenuEntry entry) const { return plaques[static_cast<std::size_t>(entry)]; }
 };

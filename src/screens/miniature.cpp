@@ -12,7 +12,7 @@
 namespace screens {
 namespace {
 
-// From the layer on the table upwards, from the felt's green to ivory; no level is higher.
+// From the lowest layer to the highest, from the felt's green to ivory. No level has more layers.
 constexpr std::array<std::uint32_t, 4> kLayerColors = {0x67A27F, 0xAECA98, 0xE4DEB4, 0xFCF6E6};
 constexpr std::uint32_t kEdge = 0x0A2C1E;
 constexpr double kEdgeAlpha = 0.85;

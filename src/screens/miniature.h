@@ -1,4 +1,4 @@
-// miniature.h: a layout so small that only its outline and its heights are told. Knows no faces and no game.
+// miniature.h: paints a tiny layout that shows only its outline and heights. Knows no faces and no game.
 // Units: logical pixels.
 #pragma once
 
@@ -11,8 +11,8 @@
 
 namespace screens {
 
-// Paints the layout in the middle of the rectangle and nothing beyond it: one blank tile a slot, the brighter
-// the higher it lies.
+// Paints the layout in the middle of the rectangle and clips to it. Each slot is a blank tile; higher tiles
+// are brighter.
 void paintMini(cairo_t* cr, const ui::Rect& rect, const std::vector<mj::Slot>& slots);
 
 }  // namespace screens

@@ -36,27 +36,28 @@
 namespace screens {
 namespace {
 
-constexpr double kPendingTime = 0.32;  // a matching pair is seen together before it goes
+constexpr double kPendingTime = 0.32;  // how long a matching pair is shown before it goes
 constexpr double kRefusedTime = 0.48;
 constexpr double kHintTime = 1.6;
 constexpr double kWinFadeTime = 0.56;
-constexpr double kWinEnd = 1.1;  // in fade times: the full cover stands for a moment
+constexpr double kWinEnd = 1.1;  // in fade times: the full cover stays for a moment
 constexpr double kReadyRise = 0.12;
 constexpr double kReadyFall = 0.42;
 constexpr double kReadyAlpha = 0.42;
 constexpr double kDefaultAutoplay = 0.35;
 constexpr double kAutosaveInterval = 5;
 
-constexpr double kNoZoom = 1.001;  // zooming in steps and back leaves rounding errors
+constexpr double kNoZoom = 1.001;  // tolerance: zooming in steps leaves rounding errors
 constexpr double kMaxZoom = 3;
 constexpr double kWheelZoom = 0.25;
 constexpr double kKeyZoom = 0.6;
-constexpr double kTapSlack = 6;  // a hand that moves further means to drag
+constexpr double kTapSlack = 6;  // a longer movement is a drag
 
 constexpr double kPauseVeil = 0.72;
 constexpr unsigned kReadyColor = 0xFFE9A8;
 
-// Seconds between automatic moves as VESKARA_AUTOPLAY asks for them; 0 when it does not.
+// Seconds between automatic moves as set by VESKARA_AUTOPLAY; 0 if that is unset or empty. Anything but a
+// number above 0.01 gives the default.
 double autoplayFromEnvironment() {
   const char* text = std::getenv("VESKARA_AUTOPLAY");
   if (text == nullptr || *text == '\0') return 0;
@@ -65,7 +66,7 @@ double autoplayFromEnvironment() {
   return seconds > 0.01 ? seconds : kDefaultAutoplay;
 }
 
-// A number beside its icon, in the middle of `rect`'s height.
+// Draws an icon and a number beside it, vertically centred in `rect`.
 void drawCounter(const ui::Ctx& ctx, const ui::Rect& rect, ui::ActionIcon icon, int number) {
   constexpr double kIconSize = 18;
   constexpr double kTextX = kIconSize + 7;
@@ -75,7 +76,7 @@ void drawCounter(const ui::Ctx& ctx, const ui::Rect& rect, ui::ActionIcon icon, 
                  {.size = 15, .color = ui::palette::kLightText});
 }
 
-// The clock's colour is let through: on the lightest cloths it needs a darker ground.
+// The clock's text is translucent. On the lightest cloths it needs a darker background.
 void drawClock(cairo_t* cr, const ui::Rect& clock, std::int64_t elapsedMs) {
   constexpr double kInset = 8;
   constexpr double kRadius = 8;
@@ -139,7 +140,7 @@ void Playing::update(ui::Ctx& ctx) {
     cursorShown = false;
     if (!panel) boardKeys(ctx);
     drawTiles(ctx);
-    // The tiles below the panel hear of nothing.
+    // The tiles under the panel get no input.
     if (!panel || !ctx.hover(panel->panel)) boardInput(ctx);
     actionBar(ctx);
     if (panel) noMoves(ctx, *panel);
@@ -153,7 +154,7 @@ void Playing::update(ui::Ctx& ctx) {
 }
 
 void Playing::tapTile(int tile, double now) {
-  // Nobody has to wait for the pair to go: it may even be what blocks this tile.
+  // Tapping another tile removes the pair at once: the pair may be what blocks that tile.
   if (pending && tile != pending->tiles.first && tile != pending->tiles.second) removePair(now);
   if (won()) return;
   if (!mj::isFree(game, tile)) {
@@ -218,14 +219,14 @@ void Playing::save() const {
   store::saveGame({.level = level, .seed = deal, .game = game, .elapsedMs = elapsedMs()});
 }
 
-// Back to the screen below; a game that is won leads on to the Solved screen, whichever way it is left.
+// Goes back to the screen below. A won game goes to the Solved screen instead.
 void Playing::leave() {
   if (!won()) {
     ui::Game::instance().pop();
     return;
   }
   ui::GameState solved = result();
-  solved.recorded = true;  // by this screen's end, which comes first
+  solved.recorded = true;  // by the destructor, which runs before the Solved screen exists
   ui::Game::instance().replace(solved);
 }
 
@@ -239,19 +240,19 @@ ui::GameState Playing::result() const {
           .shuffles = game.shuffles};
 }
 
-// A pause may be long: what was played until then is kept at once.
+// Saves at once, because a pause may be long.
 void Playing::pause() {
   paused = true;
   saveClock = 0;
   save();
 }
 
-// For how long the picture stays: until the clock shows another second or the game is to be saved. Nothing of
-// the board is seen in a pause.
+// Seconds until the picture changes: 0 while something moves or glows, forever during a pause, otherwise
+// until the clock shows the next second or an autosave is due.
 double Playing::restTime() const {
   if (introActive || pending || readyAt || won()) return 0;
   if (paused) return ui::kForever;
-  const bool marked = refused || hint || game.selected >= 0;  // which glows
+  const bool marked = refused || hint || game.selected >= 0;  // these glow
   if (marked || !fx.bursts.empty() || autoplay > 0) return 0;
   return std::min(std::floor(elapsed) + 1 - elapsed, kAutosaveInterval - saveClock);
 }
@@ -262,10 +263,9 @@ void Playing::endWaits(double now) {
   if (hint && now >= hint->until) hint.reset();
 }
 
-// Takes the chosen pair off the table.
 void Playing::removePair(double now) {
   const auto [a, b] = std::exchange(pending, std::nullopt)->tiles;
-  // A shuffle or an undo may have come in between.
+  // A shuffle or an undo may have changed the tiles meanwhile.
   if (!mj::canMatch(game, a, b)) return;
   const ui::BoardGeom geom = ui::boardGeometry(game.slots, layout.board, ui::FitMode::Contain);
   for (const int tile : {a, b}) {
@@ -276,7 +276,7 @@ void Playing::removePair(double now) {
   if (!won() || winAt) return;
   audio::play(audio::Sfx::WinGlare);
   winAt = now;
-  paused = false;  // the pair was chosen before the pause
+  paused = false;  // the pair may have been chosen just before a pause
 }
 
 void Playing::forgetRefusal() {
@@ -300,7 +300,7 @@ void Playing::drawHeaderTexts(const ui::Ctx& ctx) const {
   drawClock(ctx.cr, layout.time, elapsedMs());
 }
 
-// What the keyboard does on the board.
+// Handles the keys for the board.
 void Playing::boardKeys(ui::Ctx& ctx) {
   if (ctx.in.dx != 0 || ctx.in.dy != 0) cursor.reset();
   if (ctx.focus == nullptr || won()) return;
@@ -318,7 +318,7 @@ void Playing::boardKeys(ui::Ctx& ctx) {
   if (cursorShown) showCursorTile();
 }
 
-// The first key shows where the cursor is; Tab may lead to a partner at once.
+// The first key only shows the cursor. But with a tile selected, Tab goes straight to a partner.
 void Playing::cursorKey(ui::Ctx& ctx, int key) {
   if (won()) return;
   const bool begins = !cursor;
@@ -346,7 +346,8 @@ void Playing::cursorKey(ui::Ctx& ctx, int key) {
   }
 }
 
-// To the next partner of the selected tile, or to the next tile, and from the last one on to the buttons.
+// Moves to the next partner of the selected tile, or else to the next tile. Beyond the last tile the focus
+// goes to the buttons.
 void Playing::tabCursor(ui::Ctx& ctx) {
   const int step = ctx.in.shift ? -1 : 1;
   if (game.selected >= 0 && !pending && !refused) {
@@ -361,7 +362,7 @@ void Playing::tabCursor(ui::Ctx& ctx) {
   }
 }
 
-// The zoomed board follows the cursor.
+// Pans the zoomed board so that the cursor's tile is visible.
 void Playing::showCursorTile() {
   if (zoom <= kNoZoom) return;
   const ui::Rect& board = layout.board;
@@ -385,7 +386,7 @@ void Playing::drawTiles(ui::Ctx& ctx) {
   options.zoom = zoom;
   options.panX = panX;
   options.panY = panY;
-  // A pause is no time to study the board.
+  // The board is hidden during a pause, so that nobody can study it while the clock stands.
   if (paused) return;
   ui::profBegin("board");
   ui::drawBoard(ctx, game, layout.board, options, &fx);
@@ -395,7 +396,7 @@ void Playing::drawTiles(ui::Ctx& ctx) {
 }
 
 void Playing::drawCursor(cairo_t* cr) const {
-  constexpr double kReach = 8;  // beyond the board, where a tile lies at its edge
+  constexpr double kReach = 8;  // beyond the board's edge, for the cursor of an outer tile
   const ui::BoardGeom geom = ui::boardGeometry(game.slots, layout.board, options.fit);
   const ui::Rect tile = geom.place(game.slots[static_cast<std::size_t>(*cursor)]);
   const ui::Rect room = ui::insetRect(layout.board, -kReach);
@@ -406,7 +407,7 @@ void Playing::drawCursor(cairo_t* cr) const {
   cairo_restore(cr);
 }
 
-// Where it is said that no pair can be taken; nothing while one can.
+// The panel that tells that no move is left; empty while there is a move.
 std::optional<PanelLayout> Playing::stuckPanel(const ui::Ctx& ctx) const {
   if (introActive || paused || won() || !mj::availablePairs(game).empty()) return std::nullopt;
   return noMovesPanel(ctx.w, layout.board, game.history.empty() ? 1 : 2);
@@ -429,7 +430,7 @@ void Playing::boardInput(ui::Ctx& ctx) {
   if (tile >= 0) tapTile(tile, ctx.time);
 }
 
-// Zooms about the pointer: what lies under it stays there, as far as the pan's bounds allow.
+// Zooms about the pointer: the point under it stays there, within the pan's limits.
 void Playing::turnWheel(const ui::Input& in) {
   const double target = std::clamp(zoom + kWheelZoom * in.wheel, 1.0, kMaxZoom);
   const double dx = in.mx - (layout.board.x + layout.board.w / 2);
@@ -437,7 +438,7 @@ void Playing::turnWheel(const ui::Input& in) {
   panX = dx - (dx - panX) * target / zoom;
   panY = dy - (dy - panY) * target / zoom;
   setZoom(target);
-  // A hand that holds the board meanwhile goes on from here.
+  // A drag in progress continues from here.
   if (grab) grab = Grab{in.mx, in.my, panX, panY, grab->moved};
 }
 
@@ -454,7 +455,7 @@ void Playing::dragBoard(ui::Ctx& ctx) {
     boundPan();
   }
   if (in.down && !in.clicked) return;
-  // The release that ends a drag works nothing, wherever the hand has got to.
+  // The release that ends a drag is not a click, wherever the pointer is.
   if (grab->moved && zoom > kNoZoom) ctx.clickTaken = true;
   grab.reset();
 }
@@ -498,7 +499,7 @@ void Playing::keys(ui::Ctx& ctx) {
 }
 
 void Playing::playKeys(const ui::Input& in, double now) {
-  // An aid costs stars: a key that is held down asks for one, however often it repeats.
+  // A held key asks for only one hint or shuffle: each costs stars.
   if (givesAid() && in.hasFreshKey(SDLK_h)) takeHint(now);
   if (givesAid() && in.hasFreshKey(SDLK_m)) {
     audio::play(audio::Sfx::Click);
@@ -571,7 +572,7 @@ void Playing::boundPan() {
     panX = 0;
     panY = 0;
   }
-  // A window may be too small for any board.
+  // In a very small window the board's size may be negative.
   const double boundX = std::max(layout.board.w * (zoom - 1) / 2, 0.0);
   const double boundY = std::max(layout.board.h * (zoom - 1) / 2, 0.0);
   panX = std::clamp(panX, -boundX, boundX);

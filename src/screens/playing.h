@@ -1,6 +1,6 @@
-// playing.h: the screen on which one deal of one level is played. Turns clicks and keys into moves, and keeps
-// the times of what is shown: the fly-in, a chosen pair before it goes, a refused pair, a hint, the fade
-// after the win. Units: logical pixels; seconds of the frame clock.
+// playing.h: the screen that plays one deal of one level. Turns clicks and keys into moves. Times what is
+// shown for a while: the fly-in, a chosen pair, a mismatch, a hint, the fade after the win. Units: logical
+// pixels; seconds of the frame clock.
 #pragma once
 
 #include <cstdint>
@@ -16,19 +16,19 @@ namespace screens {
 
 class Playing : public ui::Screen {
  public:
-  // Goes on with the saved game if it is one of the descriptor's level and deal; otherwise deals.
+  // Resumes the saved game if it has the descriptor's level and deal; otherwise deals.
   explicit Playing(const ui::GameState& descriptor);
-  // Saves the game, or writes the win down: the program may end here and show nothing more of it.
+  // Saves the game, or records the win: the program may be ending, without a Solved screen.
   ~Playing() override;
 
   void update(ui::Ctx& ctx) override;
 
-  // The player's hand on a tile: selects it, unselects it, or tries it with the selected one. A matching pair
-  // goes a moment later, or as soon as another tile is tapped; a refused one is forgotten by the next tap. A
-  // blocked tile and a solved game change nothing.
+  // Handles a tap on a tile: selects it, unselects it, or tries it with the selected tile. A matching pair
+  // goes after a moment, or as soon as another tile is tapped. A mismatch is cleared by the next tap on a
+  // free tile. A blocked tile only plays the error sound. A solved game ignores taps.
   void tapTile(int tile, double now);
-  // Zoom about the board's centre, kept between 1 and 3; the pan stays where the zoomed board still fills its
-  // place.
+  // Sets the zoom about the board's centre, clamped to 1 to 3. The pan is limited so that the zoomed board
+  // still fills its rectangle.
   void setZoom(double factor);
 
   const mj::GameState& table() const { return game; }
@@ -38,20 +38,20 @@ class Playing : public ui::Screen {
   const ui::BoardOpts& boardOptions() const { return options; }
   const ui::Rect& boardRect() const { return layout.board; }
   const ui::BoardFx& effects() const { return fx; }
-  // The tile under the keyboard's cursor, as it was drawn in the last frame.
+  // The tile under the keyboard cursor as drawn in the last frame; empty if the cursor is hidden.
   std::optional<int> cursorTile() const { return cursorShown ? cursor : std::nullopt; }
 
  private:
-  // A drag of the zoomed board, from the press of the button to its release.
+  // A drag of the zoomed board, from press to release.
   struct Grab {
     double mouseX;
     double mouseY;
     double panX;
     double panY;
-    bool moved;  // far enough to be no tap
+    bool moved;  // too far for a tap
   };
 
-  // Two tiles that are shown together until a moment of the frame clock.
+  // Two tiles shown together until a time of the frame clock.
   struct ShownPair {
     mj::SlotPair tiles;
     double until;
@@ -97,7 +97,7 @@ class Playing : public ui::Screen {
   bool won() const { return mj::isSolved(game); }
   void pause();
   double restTime() const;
-  // Whether a hint or a shuffle may be asked for: not before the tiles have flown in.
+  // Whether hints and shuffles are allowed. Not before the tiles have flown in.
   bool givesAid() const { return !introActive && !paused && !won(); }
 
   int level;
@@ -116,11 +116,11 @@ class Playing : public ui::Screen {
   std::optional<double> winAt;
   std::optional<double> readyAt;
 
-  std::optional<ShownPair> pending;  // matches, and is about to go
+  std::optional<ShownPair> pending;  // a matching pair about to be removed
   std::optional<ShownPair> refused;
   std::optional<ShownPair> hint;
 
-  double autoplay;  // seconds between moves of its own, 0 for none
+  double autoplay;  // seconds between automatic moves; 0 for none
   double lastAuto = 0;
 
   double zoom = 1;
@@ -128,7 +128,7 @@ class Playing : public ui::Screen {
   double panY = 0;
   std::optional<Grab> grab;
 
-  std::optional<int> cursor;  // the keyboard's, on a free tile; forgotten when the mouse is used
+  std::optional<int> cursor;  // tile under the keyboard cursor; reset when the mouse moves
   bool cursorShown = false;
 };
 

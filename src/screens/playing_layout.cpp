@@ -10,10 +10,10 @@ namespace {
 using ui::Rect;
 
 constexpr double kNarrowWindow = 780;
-constexpr double kFrameGap = 6;  // between the golden frame and what lies within
+constexpr double kFrameGap = 6;  // between the golden frame and the content
 constexpr double kGap = 8;       // between buttons
 
-constexpr double kPlateW = 44;  // back and pause
+constexpr double kPlateW = 44;  // the back and pause buttons
 constexpr double kPlateH = 40;
 constexpr double kLabelX = 52;
 constexpr double kMinLabelW = 120;
@@ -23,11 +23,11 @@ constexpr double kTimeW = 72;
 constexpr double kTimeH = 28;
 
 constexpr double kMaxActionW = 150;
-constexpr double kGroupGap = 12;  // at least, between the labelled buttons and the icons
+constexpr double kGroupGap = 12;  // least gap between the labelled buttons and the icons
 
 Rect middleOf(const Rect& bar, double x, double w, double h) { return {x, bar.y + (bar.h - h) / 2, w, h}; }
 
-// What the header has between the back button and the time goes to the label, in sensible bounds.
+// The label gets the header's room between the back button and the time, within sensible bounds.
 void layHeader(PlayingLayout& layout) {
   const Rect& header = layout.header;
   const double right = header.x + header.w;
@@ -45,7 +45,7 @@ void layHeader(PlayingLayout& layout) {
   }
 }
 
-// The icons' buttons are squares; the labelled ones share what is left, as far as they need it.
+// The icon buttons are squares. The labelled buttons share the rest, up to a maximum width.
 void layActions(PlayingLayout& layout, double buttonH) {
   constexpr int kLabelled = 3;
   const Rect& bar = layout.actions;

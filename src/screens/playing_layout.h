@@ -1,5 +1,4 @@
-// playing_layout.h: where everything lies on the Playing screen, for any size of the window. Units: logical
-// pixels.
+// playing_layout.h: the layout of the Playing screen for any window size. Units: logical pixels.
 #pragma once
 
 #include <array>
@@ -8,7 +7,7 @@
 
 namespace screens {
 
-// Header above, action bar below, both with the same margins, and the board in between, inside the table's
+// The header is above the board and the action bar below, with the same margins, all inside the table's
 // golden frame. In a narrow window the bars are lower.
 struct PlayingLayout {
   ui::Rect header;
@@ -21,7 +20,7 @@ struct PlayingLayout {
   ui::Rect board;
 
   ui::Rect actions;
-  std::array<ui::Rect, 6> buttons;  // hint, shuffle, undo at the left; zoom in, out and reset at the right
+  std::array<ui::Rect, 6> buttons;  // left: hint, shuffle, undo; right: zoom in, zoom out, reset
 };
 PlayingLayout playingLayout(double w, double h);
 
@@ -32,9 +31,9 @@ struct PanelLayout {
   ui::Rect first;
   ui::Rect second;
 };
-// No move is left. With one answer it is the second, in the middle of the panel.
+// The panel shown when no move is left. With one answer its button is `second`, centred in the panel.
 PanelLayout noMovesPanel(double w, const ui::Rect& board, int answers);
-// The game is paused.
+// The panel shown during a pause.
 PanelLayout pausePanel(double w, double h);
 
 }  // namespace screens

@@ -6,11 +6,12 @@
 namespace screens {
 namespace {
 
-// Thirty years of play, and more aids than anybody asks for: beyond, counting on would overflow.
+// Thirty years of play, and more hints or shuffles than anybody takes. Larger values could overflow when they
+// grow.
 constexpr std::int64_t kMaxElapsedMs = 1'000'000'000'000;
 constexpr int kMaxAids = 999'999;
 
-// Keeps the entries that undo can take back, one after the other: both slots empty, and no slot twice.
+// Keeps only entries that undo can take back in turn: both slots are empty and no slot occurs twice.
 void repairHistory(mj::GameState& game) {
   std::vector<char> claimed = mj::presence(game);
   const auto isStale = [&](const mj::HistoryEntry& entry) {
@@ -21,7 +22,7 @@ void repairHistory(mj::GameState& game) {
     b = 1;
     return false;
   };
-  // Of two entries for one slot the newer one is right.
+  // If two entries name the same slot, the newer one wins.
   std::reverse(game.history.begin(), game.history.end());
   std::erase_if(game.history, isStale);
   std::reverse(game.history.begin(), game.history.end());

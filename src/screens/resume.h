@@ -1,4 +1,4 @@
-// resume.h: what is left of a saved game when somebody sits down to it again. Knows no screen.
+// resume.h: checks and repairs a saved game before it is resumed. Knows no screen.
 #pragma once
 
 #include <cstdint>
@@ -8,11 +8,11 @@
 
 namespace screens {
 
-// The saved game, ready to be played on; nothing if there is none, or if all its tiles are gone: it would be
-// won and never end. What a damaged file says against the rules is dropped: a selected tile that is not free,
-// entries of the history whose tiles still lie on the table, a time and counters beyond all reason.
+// The saved game, ready to be resumed. Nothing if there is none or if no tiles are left: that game would be
+// won and never end. Repairs what breaks the rules in a damaged file: unselects a tile that is not free,
+// drops undo entries whose tiles are still on the table, limits the time and the counters to sane values.
 std::optional<store::SavedGame> resumableGame();
-// The same if it is one of this level and deal.
+// The same, but only if the saved game has this level and deal.
 std::optional<store::SavedGame> resumableGame(int level, std::uint32_t deal);
 
 }  // namespace screens

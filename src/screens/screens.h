@@ -7,7 +7,7 @@
 
 namespace screens {
 
-// The screen of the descriptor's kind; null for a kind that has none.
+// The screen for the descriptor's kind; null for an unknown kind.
 std::unique_ptr<ui::Screen> make(const ui::GameState& descriptor);
 
 std::unique_ptr<ui::Screen> makeSplash();

@@ -35,8 +35,8 @@ constexpr std::array<Volume, 2> kVolumes = {{
     {"settings.sfxVolume", &store::Settings::sfxVolume, audio::setSfxVolume, &SettingsLayout::effects},
 }};
 
-// Whether this language, or the system's, is the one that was chosen. A code that we do not have shows
-// English.
+// Whether `code` is the chosen language; empty means the system's. If the stored code is unknown, the game is
+// in English, and English counts as chosen.
 bool isChosen(const std::string& code, const store::Settings& settings) {
   if (code.empty() || settings.language.empty()) return code == settings.language;
   return code == i18n::currentLanguage();
@@ -49,7 +49,7 @@ ui::Rect below(double top, ui::Rect rect) {
 
 class Settings : public ui::Screen {
  public:
-  // Writes a volume that was still being dragged.
+  // Saves a volume that is still being dragged.
   ~Settings() override {
     if (volumeDirty) persist();
   }
@@ -68,11 +68,11 @@ class Settings : public ui::Screen {
   void askReset(ui::Ctx& ctx);
   void persist();
 
-  bool confirmOpen = false;  // the question before a reset
+  bool confirmOpen = false;  // asking before a reset
   double scroll = 0;
-  bool volumeDirty = false;         // changed and not yet written
-  std::optional<std::size_t> held;  // the volume on whose slider the button went down
-  double pointerX = 0;              // of this frame, told to that slider alone
+  bool volumeDirty = false;         // changed and not yet saved
+  std::optional<std::size_t> held;  // index of the volume whose slider is being dragged
+  double pointerX = 0;              // of this frame; only the dragged slider sees it
   SettingsLayout layout = {};       // of this frame
 };
 
@@ -81,7 +81,7 @@ void Settings::update(ui::Ctx& ctx) {
   const bool asking = confirmOpen;
   bool left = false;
   {
-    // Wherever the hand has come to in a drag, it presses and clicks nothing there.
+    // During a drag nothing else reacts to the pointer.
     const ui::PointerBlock dragging(ctx, held.has_value());
     left = listFrame(ctx, nullptr, i18n::tr("settings.headline"), asking, [&] { body(ctx); });
   }
@@ -92,8 +92,8 @@ void Settings::update(ui::Ctx& ctx) {
   if (volumeDirty) persist();
 }
 
-// A slider follows the drag that began on it up to the place of the release, which may be far from where the
-// frame before saw the pointer.
+// A slider follows its drag up to the place of the release, which may be far from the previous frame's
+// pointer.
 void Settings::beginFrame(const ui::Ctx& ctx) {
   pointerX = ctx.in.mx;
   if (ctx.in.pressed || !(ctx.in.down || ctx.in.clicked)) held.reset();

@@ -13,7 +13,7 @@ constexpr double kMaxColumnW = 620;
 constexpr double kTop = 4;
 constexpr double kBottom = 12;
 
-// The outer tiles are tilted, so that the fan is wider and higher than five that stand: in widths of one.
+// In tile widths. The outer tiles are tilted, so the fan is wider and higher than upright tiles would be.
 constexpr double kFanW = 4.2;
 constexpr double kFanH = 1.68;
 
@@ -21,19 +21,19 @@ constexpr double kLabelH = 22;
 constexpr double kChipH = 32;
 constexpr double kChipGap = 8;
 constexpr double kChipText = 14;
-constexpr double kChipPadding = 14;  // on either side of the text
+constexpr double kChipPadding = 14;  // left and right of the text
 constexpr double kGroupGap = 12;
 
-// From one row to the next.
+// Distances from one row to the next.
 constexpr double kRowStep = 42;
 constexpr double kFullscreenStep = 50;
 constexpr double kButtonStep = 56;
 
 constexpr double kVolumeLabelW = 200;
 constexpr double kNumberW = 36;
-constexpr double kSwitchInset = 4;  // of a switch from the end of its row
+constexpr double kSwitchInset = 4;  // between a switch and the end of its row
 constexpr double kSliderH = 28;
-constexpr double kSliderGap = 22;  // on either side; the knob and the hand reach into it
+constexpr double kSliderGap = 22;  // left and right; the knob and the grip extend into it
 constexpr double kSliderReach = 12;
 
 constexpr double kHelpGap = 20;
@@ -51,11 +51,12 @@ double chipWidth(cairo_t* cr, const std::string& name) {
   return textWidth(cr, name, {.size = kChipText}) + 2 * kChipPadding;
 }
 
-// The help for a column of this width. Its lines end only after the dots between the keys, so that each key
-// stays beside what it does, also in scripts that may be broken after any letter.
+// The help text, wrapped to this width. Lines break only after the dots between keys, so that each key stays
+// next to its meaning, even in scripts that can break after any letter.
 std::string brokenHelp(cairo_t* cr, double width) {
   constexpr std::string_view kDot = " ·";
-  // Not a new paragraph: that would run from left to right where it begins with the name of a key.
+  // Not a paragraph break: in a right-to-left language, a paragraph that begins with a Latin key name would
+  // run left to right.
   constexpr std::string_view kNewLine = "\u2028";
   std::string rest = i18n::tr("settings.keyboard");
   std::string lines;
@@ -72,7 +73,7 @@ std::string brokenHelp(cairo_t* cr, double width) {
   return lines + line;
 }
 
-// The system's language and then each of ours, not yet in their places.
+// The chips of the system's language and of all others, not yet placed.
 std::vector<LanguageChip> languageChips(cairo_t* cr) {
   std::vector<LanguageChip> chips = {{"", i18n::tr("settings.languageSystem"), {}}};
   for (const i18n::Language& language : i18n::languages())
@@ -81,7 +82,7 @@ std::vector<LanguageChip> languageChips(cairo_t* cr) {
   return chips;
 }
 
-// Places the chips in rows of this width. Returns where the last row ends.
+// Places the chips in rows of this width. Returns the bottom of the last row.
 double flow(std::vector<LanguageChip>& chips, double left, double top, double width) {
   double x = left;
   double y = top;
@@ -114,7 +115,7 @@ SettingsLayout settingsLayout(cairo_t* cr, double w) {
   const double columnW = std::min(w - 2 * kColumnMargin, kMaxColumnW);
   const double x = (w - columnW) / 2;
   double y = kTop;
-  // The next place in the column; the one after it begins `step` further down.
+  // The next rectangle in the column; the following one begins `step` below its top.
   const auto place = [&](double h, double step) {
     const ui::Rect rect = {x, y, columnW, h};
     y += step;

@@ -1,5 +1,5 @@
-// settings_layout.h: where everything lies on the settings screen, for any size of the window and in any
-// language. Units: logical pixels.
+// settings_layout.h: the layout of the settings screen for any window size and language. Units: logical
+// pixels.
 #pragma once
 
 #include <string>
@@ -11,28 +11,28 @@
 
 namespace screens {
 
-// Width of a tile of the fan above the rows, and the look of the help text.
+// The tile width of the fan above the rows, and the style of the help text.
 inline constexpr double kSettingsFanTile = 34;
 inline constexpr ui::TextStyle kSettingsHelp = {.size = 13, .color = ui::palette::kMutedText};
 
-// A volume: its name, the slider, and its percentage.
+// A volume's name, slider and percentage.
 struct VolumeRow {
   ui::Rect label;
   ui::Rect slider;
   ui::Rect number;
-  ui::Rect grip;  // a press here is meant for the slider
+  ui::Rect grip;  // a press here grabs the slider
 };
 
 struct LanguageChip {
   std::string code;  // empty for the system's language
-  std::string name;  // the language's own
+  std::string name;  // in the language itself
   ui::Rect rect;
 };
 
-// One centred column, each place given from the top of what scrolls.
+// One centred column. Positions are relative to the top of the scrolling content.
 struct SettingsLayout {
   ui::Rect fan;
-  ui::Rect language;  // the name of the row
+  ui::Rect language;  // the row's name
   std::vector<LanguageChip> chips;
   VolumeRow music;
   VolumeRow effects;
@@ -45,9 +45,9 @@ struct SettingsLayout {
   double height;
 };
 
-// The texts are measured as this context draws them.
+// `cr` is used to measure the texts.
 SettingsLayout settingsLayout(cairo_t* cr, double w);
-// Where it begins before anything is scrolled: in the middle of the view if all of it fits.
+// The top of the content at a scroll of 0. It is centred in the view if it fits.
 double settingsTop(const SettingsLayout& layout, const ui::Rect& view);
 
 }  // namespace screens

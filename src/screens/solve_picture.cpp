@@ -12,7 +12,8 @@
 namespace screens {
 namespace {
 
-// Signature, then length and name of the first chunk, of which a PNG has no choice; width and height follow.
+// A PNG always begins with this signature and the length and name of its first chunk. Width and height
+// follow.
 constexpr std::string_view kPngStart("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", 16);
 using PngHeader = std::array<char, kPngStart.size() + 8>;
 
@@ -25,7 +26,7 @@ std::uint32_t bigEndianAt(const PngHeader& header, std::size_t at) {
 bool isSensibleLength(std::uint32_t pixels) { return pixels >= 1 && pixels <= kLargestPicture; }
 
 bool isSensiblePng(const std::string& path) {
-  // Opening a pipe would wait for somebody to write into it.
+  // Opening a named pipe would block until somebody writes to it.
   if (!paths::isFile(path)) return false;
   PngHeader header{};
   std::ifstream file(path, std::ios::binary);
@@ -35,7 +36,7 @@ bool isSensiblePng(const std::string& path) {
          isSensibleLength(bigEndianAt(header, kPngStart.size() + 4));
 }
 
-// Null when cairo has no memory for it.
+// Null if cairo is out of memory.
 ui::CairoSurface reduced(cairo_surface_t* picture, int w, int h, double scale) {
   const auto length = [scale](int pixels) {
     return std::max(1, static_cast<int>(std::lround(pixels * scale)));
@@ -46,7 +47,7 @@ ui::CairoSurface reduced(cairo_surface_t* picture, int w, int h, double scale) {
   const ui::CairoContext cr(cairo_create(small.get()));
   cairo_scale(cr.get(), 1.0 * smallW / w, 1.0 * smallH / h);
   cairo_set_source_surface(cr.get(), picture, 0, 0);
-  // At the rim there is more of the picture, not nothing.
+  // At the rim, samples repeat the edge pixels instead of transparency.
   cairo_pattern_set_extend(cairo_get_source(cr.get()), CAIRO_EXTEND_PAD);
   cairo_paint(cr.get());
   return cairo_status(cr.get()) == CAIRO_STATUS_SUCCESS ? std::move(small) : nullptr;

@@ -32,15 +32,15 @@
 namespace screens {
 namespace {
 
-// Painting the picture of the board and writing it down each hold up a frame: not the same one, and none of
-// the first.
+// Seconds. Painting the picture and writing it both delay a frame, so they do not share one, nor use the
+// first.
 constexpr double kPaintAt = 0.2;
 constexpr double kRecordAt = 0.4;
 constexpr double kFadeTime = 0.46;
 constexpr double kFadeAlpha = 0.85;
 constexpr std::array<audio::Sfx, 3> kChimes = {audio::Sfx::Star1, audio::Sfx::Star2, audio::Sfx::Star3};
 
-// After a win: shows how the game went, beside the board as it was dealt.
+// Shown after a win: the result of the game beside the board as it was dealt.
 class Solved : public ui::Screen {
  public:
   explicit Solved(const ui::GameState& descriptor);
@@ -169,7 +169,8 @@ void Solved::drawButtons(ui::Ctx& ctx, const ui::Rect& rect, bool wide) const {
   if (button(2, i18n::tr("solved.toMenu"))) game.resetTo({.kind = ui::ScreenKind::Menu});
 }
 
-// Whoever played from there goes back there: two of them would have to be left twice.
+// If the player came from the gallery, returns to it instead of stacking a second one, which would have to be
+// left twice.
 void Solved::toGallery() {
   ui::Game& game = ui::Game::instance();
   const std::vector<ui::GameState>& stack = game.descriptors();

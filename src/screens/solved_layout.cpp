@@ -13,28 +13,28 @@ using ui::Rect;
 
 constexpr double kWideAspect = 1.15;
 constexpr double kWideWindow = 900;
-constexpr double kFrameGap = 6;                     // between the golden frame and what lies within
-constexpr double kGap = 8;                          // between buttons, and beside what is told
-constexpr double kFooterH = ui::kFooterHeight + 6;  // and the space above it
+constexpr double kFrameGap = 6;                     // between the golden frame and the content
+constexpr double kGap = 8;                          // between buttons, and at the sides of the info
+constexpr double kFooterH = ui::kFooterHeight + 6;  // includes the space above it
 constexpr double kButtonH = 40;
 
-constexpr double kInfoShare = 1.0 / 3;  // of the width, beside the board
+constexpr double kInfoShare = 1.0 / 3;  // of the width, for the info beside the board
 constexpr double kInfoH = 248;
 constexpr double kMaxButtonsGap = 28;
-constexpr double kMaxColumnW = 300;  // of the buttons below each other
+constexpr double kMaxColumnW = 300;  // of a column of buttons
 
-constexpr double kFlatShare = 0.38;  // of the height, above the board
+constexpr double kFlatShare = 0.38;  // of the height, for the info above the board
 constexpr double kMaxFlatH = 230;
-constexpr double kMaxRowW = 780;  // of the buttons side by side
+constexpr double kMaxRowW = 780;  // of a row of buttons
 
 constexpr double kWidePanel = 200;
 constexpr double kAwardW = 176;  // at a scale of 1
 constexpr double kAwardH = 68;
 constexpr double kStarsGap = 16;
-constexpr double kHeadlineH = 1.4;  // of its letters' size
+constexpr double kHeadlineH = 1.4;  // relative to its font size
 constexpr double kHeadlineGap = 8;
 constexpr double kLineH = 25;
-constexpr double kMaxFlatW = 720;  // further apart the two halves would not belong together
+constexpr double kMaxFlatW = 720;  // with a larger one the two halves would look unrelated
 
 Rect middleOf(const Rect& around, double w, double h) {
   return {around.x + (around.w - w) / 2, around.y + (around.h - h) / 2, w, h};
@@ -48,7 +48,7 @@ void layBeside(SolvedLayout& layout, const Rect& inner, double corner) {
   layout.info = {column.x, column.y, column.w, kInfoH};
   const double buttonsW = std::min(column.w - 2 * kGap, kMaxColumnW);
   layout.buttons = {column.x + (column.w - buttonsW) / 2, column.y + kInfoH + gap, buttonsW, buttonsH};
-  // The frame's corners are the board's, too.
+  // The board also keeps clear of the frame's corners.
   layout.board = ui::insetRect({inner.x + w, inner.y, inner.w - w, inner.h}, corner);
 }
 

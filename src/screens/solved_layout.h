@@ -1,5 +1,4 @@
-// solved_layout.h: where everything lies on the Solved screen, for any size of the window. Units: logical
-// pixels.
+// solved_layout.h: the layout of the Solved screen for any window size. Units: logical pixels.
 #pragma once
 
 #include <array>
@@ -8,20 +7,20 @@
 
 namespace screens {
 
-// In a wide window what is told about the game lies beside the board, with the buttons below it; else it lies
-// above the board, and the buttons in a row under it. All of it lies inside the table's golden frame.
+// In a wide window the info panel is beside the board, with the buttons below it. Otherwise it is above the
+// board, with the buttons in a row underneath. Everything lies inside the table's golden frame.
 struct SolvedLayout {
   bool wide;
   ui::Rect info;
-  double starScale;  // of the award in `info`
+  double starScale;  // of the stars in `info`
   ui::Rect board;
   ui::Rect buttons;
   double footerBottom;
 };
 SolvedLayout solvedLayout(double w, double h);
 
-// What the panel holds: one below the other, or, in a panel too low for that, the award and the headline at
-// the left and the lines at the right.
+// The info panel's contents, one below the other. In a panel too low for that, the stars and the headline are
+// at the left and the lines at the right.
 struct InfoLayout {
   ui::Rect stars;
   ui::Rect headline;
@@ -30,7 +29,7 @@ struct InfoLayout {
 };
 InfoLayout infoLayout(const ui::Rect& panel, double starScale);
 
-// Three buttons that fill the rectangle, one below the other when `wide`, else side by side.
+// Three buttons that fill the rectangle: one below the other if `wide`, else side by side.
 std::array<ui::Rect, 3> solvedButtons(const ui::Rect& rect, bool wide);
 
 }  // namespace screens

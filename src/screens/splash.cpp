@@ -14,10 +14,10 @@ constexpr double kShownTime = 2.4;
 constexpr double kWordShare = 0.11;  // of the window's height
 constexpr double kTileShare = 0.1;
 constexpr double kTaglineGap = 14;
-constexpr double kTaglineH = 6;  // as much of it as counts for the middle: it is faint
-constexpr double kRaise = 10;    // what stands a little above the middle looks centred
+constexpr double kTaglineH = 6;  // less than its real height: it is faint and hardly counts for the centring
+constexpr double kRaise = 10;    // slightly above the middle looks centred
 
-// The program's first screen: the title for a moment, then the menu.
+// The first screen: shows the title for a moment, then opens the menu.
 class Splash : public ui::Screen {
  public:
   void update(ui::Ctx& ctx) override {

@@ -12,7 +12,7 @@
 namespace screens {
 namespace {
 
-// Of a tile's middle, in widths of a tile, as the board is seen.
+// The centre of a tile as the board is seen, in tile widths.
 struct Place {
   double x;
   double y;
@@ -26,9 +26,9 @@ Place placeOf(const mj::GameState& game, int slot) {
   return placeOf(game.slots[static_cast<std::size_t>(slot)]);
 }
 
-// Across and down added up. With quarters for directions this is the measure by which a step to the nearest
-// tile of a quarter leads nearer to every tile of that quarter; the straight distance is not. No tile lies on
-// the border of two quarters, for the sides of a tile have no such ratio.
+// Manhattan distance. The directions are quarters of the plane, and with this measure a step to the nearest
+// tile in a quarter gets nearer to every tile of that quarter. With the straight-line distance it may not. No
+// tile lies exactly between two quarters: the proportions of a tile rule that out.
 double distance(const Place& a, const Place& b) { return std::abs(a.x - b.x) + std::abs(a.y - b.y); }
 
 bool isTowards(const Place& from, const Place& to, Arrow arrow) {
@@ -47,7 +47,7 @@ bool isTowards(const Place& from, const Place& to, Arrow arrow) {
   return false;
 }
 
-// -1 of none.
+// -1 if `tiles` is empty.
 int nearestOf(const mj::GameState& game, const std::vector<int>& tiles, const Place& place) {
   const auto nearest = std::min_element(tiles.begin(), tiles.end(), [&](int a, int b) {
     return distance(placeOf(game, a), place) < distance(placeOf(game, b), place);
@@ -91,7 +91,7 @@ std::vector<int> tilesInReadingOrder(const mj::GameState& game) {
   std::vector<int> tiles = mj::freeIds(game);
   const auto y = [&](int tile) { return placeOf(game, tile).y; };
   std::stable_sort(tiles.begin(), tiles.end(), [&](int a, int b) { return y(a) < y(b); });
-  // A row reaches half a tile below its highest one.
+  // A row extends half a tile below its highest tile.
   for (auto row = tiles.begin(); row != tiles.end();) {
     const double bottom = y(*row) + kSameRow;
     const auto end = std::find_if(row, tiles.end(), [&](int tile) { return y(tile) >= bottom; });

@@ -1,5 +1,5 @@
-// tile_cursor.h: where the keyboard's cursor goes on a board. It stands on free tiles only. What is asked
-// here depends on the tiles and on nothing else: neither on the window nor on the zoom.
+// tile_cursor.h: moves the keyboard cursor between the free tiles of a board. The results depend only on the
+// tiles, not on the window or the zoom.
 #pragma once
 
 #include <vector>
@@ -10,22 +10,23 @@ namespace screens {
 
 enum class Arrow { Left, Right, Up, Down };
 
-// The free tile to which an arrow leads from this free one: the nearest in the quarter of the board that lies
-// that way, as the board is seen. The tile itself where there is none. Whoever presses again and again the
-// arrow in whose quarter a free tile lies comes to it: each step leads nearer.
+// The free tile that an arrow key leads to from `tile`, a free tile: the nearest one in the quarter of the
+// board in that direction, as the board is seen. Returns `tile` itself if there is none. Each step gets
+// nearer to every tile in that quarter, so pressing the arrow repeatedly reaches them.
 int tileTowards(const mj::GameState& game, int tile, Arrow arrow);
 
-// Where the cursor begins: on the selected tile, else on the free one nearest the middle. -1 without any.
+// Where the cursor starts: the selected tile, else the free tile nearest the middle. -1 if no tile is free.
 int firstTile(const mj::GameState& game);
-// The free tile nearest to a slot, which may be empty: the slot's own if that is free. -1 without any.
+// The free tile nearest to a slot, which may be empty. The slot's own tile if that is free. -1 if no tile is
+// free.
 int tileNear(const mj::GameState& game, int slot);
 
-// The free tiles from left to right, row by row from above.
+// The free tiles in rows from top to bottom, each row from left to right.
 std::vector<int> tilesInReadingOrder(const mj::GameState& game);
-// The one after this free tile in that order, or before it with a `step` of -1. -1 where the board ends.
+// The tile `step` places (1 or -1) from this free tile in reading order. -1 beyond the first or last tile.
 int tileAfter(const mj::GameState& game, int tile, int step);
-// The next free tile in that order that matches the chosen one, from the first again after the last. The tile
-// itself where none matches.
+// The next free tile in reading order, or in reverse if `step` is negative, that matches `chosen`. Wraps
+// around at the end. Returns `tile` itself if none matches.
 int partnerAfter(const mj::GameState& game, int tile, int chosen, int step);
 
 }  // namespace screens

@@ -12,15 +12,16 @@
 namespace screens {
 namespace {
 
-constexpr double kWordLine = 1.25;  // of the glowing word, in letter sizes
+constexpr double kWordLine = 1.25;  // height of the glowing word, relative to its font size
 constexpr double kGap = 6;
 
 constexpr const char* kWord = "Quenlock's";
 
 double tilesTop(const TitleBlock& title) { return kWordLine * title.wordSize + kGap; }
 
-// Where the glowing word's box begins so that it ends above the tiles. Lines are higher in some fonts than in
-// DejaVu; which one "sans" is depends on the machine, and for this word of Latin letters not on the language.
+// The top of the glowing word's box, moved up if needed so that it ends above the tiles. Some fonts have
+// higher lines than DejaVu, and which font "sans" is depends on the machine. The language does not matter,
+// since the word is Latin.
 double wordTop(const ui::Ctx& ctx, const TitleBlock& title, double top) {
   double w = 0;
   double h = 0;
@@ -31,8 +32,8 @@ double wordTop(const ui::Ctx& ctx, const TitleBlock& title, double top) {
 }  // namespace
 
 TitleBlock TitleBlock::fitting(double w, double wordSize, double tileW) {
-  // The tiles take 7.84 widths of one; the word takes 6.15 sizes in DejaVu, 0.7 more with its glow, and other
-  // fonts may be wider.
+  // The tiles take 7.84 tile widths. The word takes 6.15 font sizes in DejaVu and 0.7 more with its glow;
+  // other fonts may be wider.
   return {.wordSize = std::min(std::floor((w - 40) / 7.6), wordSize),
           .tileW = std::min(std::floor((w - 60) / 7.9), tileW)};
 }

@@ -1,5 +1,5 @@
-// title_block.h: the game's name as the splash screen and the menu show it: the glowing word above the word
-// on tiles, and the tagline below. Knows no screen. Units: logical pixels, seconds.
+// title_block.h: the game's name on the splash screen and in the menu: a glowing word above a word on tiles,
+// and the tagline below. Knows no screen. Units: logical pixels, seconds.
 #pragma once
 
 #include "ui/context.h"
@@ -7,19 +7,19 @@
 namespace screens {
 
 struct TitleBlock {
-  double wordSize;  // of the glowing word's letters
-  double tileW;     // of the other word's tiles
+  double wordSize;  // font size of the glowing word
+  double tileW;     // width of a tile of the second word
 
-  // At most of these sizes, and no wider than a window of this width takes.
+  // At most the given sizes, reduced to fit a window of width w.
   static TitleBlock fitting(double w, double wordSize, double tileW);
-  // From the top of the glowing word to the foot of the tiles.
+  // From the top of the glowing word to the bottom of the tiles.
   double height() const;
 };
 
-// Draws both words in the middle of the window's width. The tiles begin to drop at `startTime`.
+// Draws both words, horizontally centred in the window. The tiles start to fall at `startTime`.
 void drawTitleBlock(const ui::Ctx& ctx, const TitleBlock& title, double top, double startTime);
 
-// Draws the tagline in the middle of the window's width, and where that is.
+// Draws the tagline, horizontally centred in the window; and its rectangle.
 void drawTagline(const ui::Ctx& ctx, double top, double size);
 ui::Rect taglineRect(const ui::Ctx& ctx, double top, double size);
 

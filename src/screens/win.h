@@ -1,12 +1,13 @@
-// win.h: writes a win down. Knows no screen.
+// win.h: records a win. Knows no screen.
 #pragma once
 
 #include "ui/context.h"
 
 namespace screens {
 
-// Writes down how far the player has come and how well, and removes the saved game only then: whoever kills
-// the program meanwhile leaves the win or the game. `solved` describes the Solved screen of the win.
+// Saves the player's progress and the level's best result, then removes the saved game. In this order, so
+// that a kill at any time leaves the game or the win on disk. `solved` describes the Solved screen of the
+// win.
 void recordWin(const ui::GameState& solved);
 
 }  // namespace screens
