@@ -1,4 +1,4 @@
-// The about and the licences screen, through the stack; links through a desktop's opener of the test's own.
+// The about and licences screens, run through the stack. Links go to a fake xdg-open.
 
 #include "screens/about.h"
 
@@ -31,7 +31,7 @@ using ui::ScreenKind;
 
 constexpr unsigned kCardColor = 0x16523C;
 
-// A screen that was opened from another.
+// A screen opened on top of another.
 struct OpenedAbout : Stack {
   explicit OpenedAbout(ScreenKind kind, int w = 640, int h = 480) : Stack(kBelow, w, h), width(w), height(h) {
     ui::Game::instance().push({.kind = kind});
@@ -52,7 +52,7 @@ struct OpenedAbout : Stack {
   int height;
 };
 
-// A desktop that keeps the addresses it is to open instead of opening them.
+// A fake desktop that records the addresses instead of opening them.
 class Desktop {
  public:
   Desktop() {
@@ -64,7 +64,7 @@ class Desktop {
   Desktop& operator=(const Desktop&) = delete;
   ~Desktop() { setenv("PATH", before.c_str(), 1); }
 
-  // The game does not wait for the opener, so the test has to.
+  // The game does not wait for the opener, so this waits, for up to ten seconds.
   std::string opened() const {
     for (int tries = 0; tries < 1000; ++tries) {
       if (std::string seen = soFar(); !seen.empty()) return seen;
@@ -73,12 +73,12 @@ class Desktop {
     return "nothing";
   }
   std::string soFar() const { return support::readAll(dir.path("opened")); }
-  // The opener does nothing from the one to the other.
+  // Between the two calls the opener blocks.
   void hang() const { dir.makeFile("hangs", ""); }
   void letGo() const { std::filesystem::remove(dir.path("hangs")); }
 
  private:
-  // The address appears whole or not at all.
+  // Renames the file when it is complete, so that a reader sees the whole address or nothing.
   std::string script() const {
     return "#!/bin/sh\n"
            "cd '" +
@@ -162,7 +162,7 @@ TEST(About, OtherLinesAreNoLinks) {
 
 TEST(About, LinkThatCannotBeOpenedIsToldAndNothingElse) {
   OpenedAbout about(ScreenKind::About);
-  // Nobody may wait for a child, so no shell's success can be seen.
+  // With SIGCHLD ignored nobody can wait for a child, so the shell's exit status is unknown.
   std::signal(SIGCHLD, SIG_IGN);
   testing::internal::CaptureStderr();
   about.click(AboutLine::Mail);
@@ -260,7 +260,7 @@ TEST(AboutLayout, NarrowWindowHasASmallerFan) {
   EXPECT_EQ(aboutLayout(620, 900).fanTileW, 46);
 }
 
-// How many cards begin in a column of pixels of the list.
+// Counts the cards that show between these two heights of the window.
 int cardsSeen(const OpenedAbout& screen, int from, int to) {
   const ui::CairoSurface picture = screen.harness.picture();
   int cards = 0;

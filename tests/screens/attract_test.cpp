@@ -1,4 +1,4 @@
-// The demo: what it does when, what ends it, and that it leaves the player's files alone.
+// The demo: its timing, what ends it, and that it does not touch the player's files.
 
 #include "screens/attract.h"
 
@@ -35,7 +35,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using ui::ScreenKind;
 
-// Once the first pair of this deal is taken no pair is left, and a shuffle helps.
+// After the first pair of this deal is taken there is no pair left, and a shuffle helps.
 constexpr std::uint32_t kSoonStuck = 9;
 
 struct Demo {
@@ -48,11 +48,11 @@ struct Demo {
 
   const mj::GameState& game() const { return screen.table(); }
   std::pair<int, int> picked() const { return {screen.boardOptions().pickA, screen.boardOptions().pickB}; }
-  // To the end of each phase of a step.
+  // Runs to the end of each phase of a step.
   void takePair() {
     for (const double wait : {0.801, 0.9, 1.0, 0.45}) harness.frame(wait);
   }
-  // Until the last pair is taken, and not a moment longer.
+  // Stops in the frame that takes the last pair.
   void playToTheEnd() {
     while (game().removed + 2 < static_cast<int>(game().slots.size())) takePair();
     for (const double wait : {0.801, 0.9, 1.0}) harness.frame(wait);
@@ -117,7 +117,7 @@ TEST(Attract, TakenPairBurstsWithItsFacesWhereItLay) {
 TEST(Attract, NextPairFollowsAfterAPause) {
   Demo demo;
   for (const double wait : {0.801, 0.9, 1.0}) demo.harness.frame(wait);
-  // The step ends now, and the next one begins.
+  // This frame ends the step and begins the next one.
   demo.harness.frame(0.45);
   demo.harness.frame(0.799);
   EXPECT_EQ(demo.picked().first, -1);
@@ -210,7 +210,7 @@ TEST(Attract, BeginsWithARandomDealOfTheFirst25Levels) {
 
 TEST(Attract, BeginsDifferentlyInEveryRun) {
   constexpr int kDemos = 12;
-  // Each is started anew: a forked process would go on with this one's random numbers.
+  // Starts each process from scratch: a forked one would continue this one's random numbers.
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   std::array<std::string, 2> runs;
   for (std::string& run : runs) {
@@ -274,7 +274,7 @@ TEST(Attract, LeavesThePlayersFilesAlone) {
   EXPECT_FALSE(data.has(""));
 }
 
-// --- what is seen ---
+// --- look ---
 
 class AttractLayouts : public testing::TestWithParam<std::pair<int, int>> {
  protected:
@@ -325,7 +325,7 @@ INSTANTIATE_TEST_SUITE_P(Window, AttractLayouts,
                                   std::to_string(param.param.second);
                          });
 
-// The part of a picture that lies in the rectangle.
+// The part of the harness's picture inside the rectangle.
 ui::CairoSurface cut(const support::ScreenHarness& harness, const ui::Rect& rect) {
   const ui::CairoSurface whole = harness.picture();
   return support::makePicture(static_cast<int>(rect.w), static_cast<int>(rect.h), [&](cairo_t* cr) {
@@ -337,7 +337,7 @@ ui::CairoSurface cut(const support::ScreenHarness& harness, const ui::Rect& rect
 TEST(AttractView, TitleBreathesAndNothingElse) {
   const screens::AttractLayout layout = screens::attractLayout(640, 480);
   Demo demo;
-  // A quarter and three quarters of a period, both before the first tile is shown.
+  // A quarter and three quarters of the pulse's period, both before the first tile is picked.
   demo.harness.frame(0.5);
   const ui::CairoSurface title = cut(demo.harness, layout.title);
   const ui::CairoSurface board = cut(demo.harness, layout.board);

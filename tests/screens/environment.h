@@ -1,4 +1,4 @@
-// environment.h: an environment variable as a test wants it, for as long as the object lives.
+// environment.h: sets an environment variable and unsets it in the destructor, whatever its value was before.
 #pragma once
 
 #include <cstdlib>

@@ -1,6 +1,5 @@
-// Every text of every screen finds room where it stands, in all languages: it is drawn at the size it was
-// meant to have, or nearly so. Sees the machine's own fonts, for a letter of a missing one has no width to
-// speak of.
+// Every text of every screen fits its place in all languages: it is drawn at its intended size or slightly
+// smaller. Uses the machine's own fonts: a letter missing from the fonts has no meaningful width.
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -22,7 +21,7 @@
 
 namespace {
 
-// The library's own function of that name.
+// The library's real function of this name.
 template <typename Function>
 Function* next(const char* name) {
   auto* function = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
@@ -30,17 +29,17 @@ Function* next(const char* name) {
   return function;
 }
 
-std::map<const PangoLayout*, double> sizes;    // as the layout's font has it now
-std::map<const PangoLayout*, double> meant;    // as it was when the layout was given its text
-std::map<std::string, double> meantOfWrapped;  // a wrapped text shrinks from one layout to the next
-std::map<std::string, double> shrunk;          // to which part of its size, of every text that was drawn
+std::map<const PangoLayout*, double> sizes;    // the layout's current font size
+std::map<const PangoLayout*, double> meant;    // its font size when it was given its text
+std::map<std::string, double> meantOfWrapped;  // by text: a wrapped text shrinks from layout to layout
+std::map<std::string, double> shrunk;          // by text: drawn size relative to the intended one
 
 struct Span {
   std::string text;
   double left;
   double right;
 };
-std::vector<Span> spans;  // of every text that was drawn, in pixels
+std::vector<Span> spans;  // horizontal extents of all texts drawn, in pixels
 
 bool isWrapped(PangoLayout* layout) { return pango_layout_get_width(layout) >= 0; }
 
@@ -86,21 +85,21 @@ extern "C" void pango_cairo_show_layout(cairo_t* cr, PangoLayout* layout) {
 
 namespace {
 
-// States that show no text that another one does not, and take long to reach.
+// These states take long to reach and show no text that others do not.
 const std::set<std::string> kNothingNew = {"midgame", "selected", "refused", "hint", "zoomed", "won"};
 
-// So end those that have a ring or a cursor besides.
+// Suffix of the states that only add a focus ring or a cursor.
 constexpr std::string_view kFocus = "_focus";
 
-// On a chip of the pages in the smallest window. It is the same in every language.
+// The label of a page chip. It shrinks in the smallest window and is the same in every language.
 constexpr const char* kLastPage = "91–100";
 
 struct Room {
   gallery::Window window;
-  double least;  // part of its size to which a text may shrink
+  double least;  // how far a text may shrink, relative to its size
 };
 
-// Draws a state as a new player sees it, and notes the texts.
+// Draws a state for a player without files and records its texts.
 void draw(const gallery::Studio& studio, const gallery::Window& window, const gallery::State& state) {
   const support::DataHome noFiles;
   shrunk.clear();
@@ -128,10 +127,10 @@ TEST_P(Texts, FitWhereTheyStandInEveryLanguage) {
   i18n::setLanguage("en");
 }
 
-// The longest of what is told there just fits between the middle of the smallest window and the frame.
+// In the smallest window the longest of these texts barely fits between the middle and the frame.
 TEST(SolvedScreen, TellsNothingCloseToTheFrame) {
   constexpr gallery::Window kSmallest = {640, 480, 1};
-  constexpr double kFrameLine = 6;  // the inner one of two lies so far within the margin
+  constexpr double kFrameLine = 6;  // distance of the frame's inner line from the margin
   constexpr double kClear = 6;
   const double clear = ui::feltFrameMargin(kSmallest.w, kSmallest.h) + kFrameLine + kClear;
   setenv("SDL_VIDEODRIVER", "dummy", 1);

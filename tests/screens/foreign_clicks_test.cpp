@@ -1,4 +1,4 @@
-// Buttons and clicks that began on one screen work nothing on the next, whose controls lie in the same
+// Button events that began on one screen have no effect on the next one, whose controls are in the same
 // places.
 
 #include <SDL_keycode.h>
@@ -33,7 +33,7 @@ constexpr std::uint32_t kSavedDeal = 7;
 ui::Rect plaque(MenuEntry entry) { return screens::menuLayout(kSmallW, kSmallH).plaque(entry); }
 Point middle(const ui::Rect& rect) { return {rect.x + rect.w / 2, rect.y + rect.h / 2}; }
 
-// A point of both rectangles, if there is one.
+// A point in both rectangles; empty if they do not overlap.
 std::optional<Point> inBoth(const ui::Rect& a, const ui::Rect& b) {
   const double left = std::max(a.x, b.x);
   const double top = std::max(a.y, b.y);
@@ -43,7 +43,7 @@ std::optional<Point> inBoth(const ui::Rect& a, const ui::Rect& b) {
   return Point{(left + right) / 2, (top + bottom) / 2};
 }
 
-// A player with a saved game, on a screen that was opened from the menu.
+// A player with a saved game on a screen opened from the menu.
 class ForeignClick : public testing::Test {
  protected:
   ForeignClick() : stack({.kind = ScreenKind::Menu}, kSmallW, kSmallH) {
@@ -65,7 +65,7 @@ class ForeignClick : public testing::Test {
   void press(Point p) { stack.harness.press(p.x, p.y); }
   void release(Point p) { stack.harness.release(p.x, p.y); }
   void click(Point p) { stack.harness.click(p.x, p.y); }
-  // One that follows the last within the time of a double click.
+  // A second click within the double-click time.
   void clickFast(Point p) {
     stack.harness.next().doubleClicked = true;
     click(p);
@@ -73,7 +73,7 @@ class ForeignClick : public testing::Test {
   void waitForFrames() {
     for (int i = 0; i < 3; ++i) stack.harness.frame();
   }
-  // The click leads to this screen, and the second of a double click leads no further.
+  // The first click leads to `next`; the second click of a double click does nothing there.
   void doubleClickLeadsTo(ScreenKind next, Point p) {
     click(p);
     ASSERT_EQ(Stack::top().kind, next);

@@ -1,4 +1,5 @@
-// The gallery through the program's own stack: records and picture files in, pages, cards and files out.
+// The gallery, run through the program's stack: which pages and cards it shows for given records and
+// pictures, and how it changes the files.
 
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
@@ -29,7 +30,7 @@ using test::Stack;
 
 constexpr ui::GameState kGallery = {.kind = ui::ScreenKind::Gallery};
 constexpr int kRed = 0xFF0000;
-constexpr double kAcceptX = kSmallW * 0.5 + 100;  // the dialog's buttons
+constexpr double kAcceptX = kSmallW * 0.5 + 100;  // the dialog's OK button
 constexpr double kCancelX = kSmallW * 0.5 - 100;
 constexpr double kButtonsY = kSmallH * 0.5 + 115 - 62 + 21;
 
@@ -44,7 +45,7 @@ ui::CairoSurface redPicture(int w, int h) {
   });
 }
 
-// The gallery above another screen, whose first frame is yet to come.
+// The gallery on top of another screen. It has not run a frame yet.
 struct GalleryVisit {
   GalleryVisit() : stack(kBelow, kSmallW, kSmallH) { store::ensureDataDirs(); }
 
@@ -75,7 +76,7 @@ struct GalleryVisit {
     return stack.harness.colorAt(static_cast<int>(rect.x + rect.w / 2),
                                  static_cast<int>(rect.y + rect.h / 2));
   }
-  // In its upper part, which is always in view.
+  // Clicks the upper part of the card, which is always visible.
   void rightClickCard(int index) {
     const ui::Rect rect = card(index);
     stack.harness.rightClick(rect.x + 30, rect.y + 60);
@@ -108,8 +109,8 @@ TEST(Gallery, ShowsTheDealtBoardWhereThePictureFileIsGone) {
       << "another deal shows other tiles";
 }
 
-// The picture's pixels are reduced, the board's are painted at their size: at the rim, where the frame is,
-// there are no tiles, whose edges may differ.
+// The picture is reduced while the board is painted at its final size, so tile edges may differ. Compares
+// only the rim, where the frame is and no tiles are.
 TEST(Gallery, ShowsTheDealtBoardInTheFrameOfItsPicture) {
   GalleryVisit visit;
   ASSERT_TRUE(ui::captureBoardPng(mj::createGame(mj::levelToConfig(1).slots, 1), *mj::tableThemeForLevel(1),
@@ -228,7 +229,8 @@ TEST(Gallery, DeletesTheRecordAndItsPictureAfterTheQuestion) {
   EXPECT_NE(visit.middleOf(1), kRed);
 }
 
-// What a damaged file may hold: the second showed the first one's picture, and the first was deleted for it.
+// A damaged file may hold two records with one id. The second used to show the first one's picture, and
+// deleting it deleted the first.
 TEST(Gallery, TellsTwoRecordsOfOneIdAndLevelApart) {
   GalleryVisit visit;
   visit.addWithPicture(1);
@@ -417,7 +419,7 @@ INSTANTIATE_TEST_SUITE_P(Window, GalleryLayout,
                                          std::tuple(1100, 760, 4), std::tuple(1920, 1080, 5),
                                          std::tuple(3840, 2160, 5)));
 
-// --- a deal once more ---
+// --- playing a deal again ---
 
 void keepGameOf(int level, std::uint32_t deal) {
   store::saveGame({.valid = true,
@@ -428,14 +430,14 @@ void keepGameOf(int level, std::uint32_t deal) {
                    .savedAt = 1});
 }
 
-// A visit to one record: level 3, deal 4711.
+// A gallery with two records: level 3 with deal 4711, and level 5 with deal 7.
 struct AgainVisit : GalleryVisit {
   AgainVisit() {
     add({.id = "a", .level = 3, .seed = 4711, .shot = "", .stars = 2});
     add({.id = "b", .level = 5, .seed = 7, .shot = "", .stars = 2});
   }
 
-  // The screen below has left a game behind: this one waits in its place, or none.
+  // The screen below has saved its game on the way. These replace it by no game or by the given one.
   void enter() {
     GalleryVisit::enter();
     store::clearGame();

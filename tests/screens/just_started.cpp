@@ -1,5 +1,5 @@
-// just_started.cpp: what the game keeps until its process ends is for each test of this program as a program
-// has it that was just started, by a player without files: so a test sees the same after others as alone.
+// just_started.cpp: resets the program's global state before each test, as if the program had just been
+// started by a player without files. So a test gives the same result alone and after others.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ class JustStarted : public testing::EmptyTestEventListener {
 };
 
 [[maybe_unused]] const bool listening = [] {
-  testing::UnitTest::GetInstance()->listeners().Append(new JustStarted);  // which they own
+  testing::UnitTest::GetInstance()->listeners().Append(new JustStarted);  // takes ownership
   return true;
 }();
 

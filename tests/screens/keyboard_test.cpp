@@ -1,5 +1,5 @@
-// The screens by keyboard alone, through the program's own stack: what Tab comes by, what Enter does, how
-// lists and pages follow.
+// The screens used by keyboard alone, through the program's stack: the Tab order, what Enter does, how lists
+// and pages follow the focus.
 
 #include <SDL_keycode.h>
 #include <gmock/gmock.h>
@@ -38,7 +38,7 @@ using ui::ScreenKind;
 
 constexpr int kPlayersLevel = 23;
 constexpr int kPlayersRecords = 7;
-// Longer than a run of presses.
+// Seconds. Key presses this far apart do not form a run.
 constexpr double kLongerThanARun = 0.5;
 
 store::SolveEntry recordOf(int level, std::uint32_t seed) {
@@ -54,7 +54,7 @@ void saveGameOf(int level, std::uint32_t deal) {
                    .savedAt = 1});
 }
 
-// A player who has come to level 23 and has seven records on its page, before one of the screens.
+// A player on level 23, with seven records on its gallery page, who opens one of the screens.
 struct Visit {
   explicit Visit(const ui::GameState& screen, int w = support::kSmallW, int h = support::kSmallH)
       : stack(kBelow, w, h), window{0, 0, 1.0 * w, 1.0 * h} {
@@ -79,13 +79,13 @@ struct Visit {
     key(SDLK_TAB);
   }
   static std::optional<Rect> ring() { return ui::Game::instance().keyboard().ring(); }
-  // The control's place within its ring.
+  // Whether the focus ring surrounds this control.
   static bool isRinged(const Rect& control) {
     const auto around = ring();
     return around && around->contains(control.x + control.w / 2, control.y + control.h / 2) &&
            around->w < control.w + 20 && around->h < control.h + 20;
   }
-  // From the first to the last: all rings until the first comes again.
+  // Presses Tab until the first ring comes again; returns all rings.
   std::vector<Rect> walk() {
     std::vector<Rect> rings;
     do {
@@ -114,7 +114,7 @@ struct FocusWalk {
 };
 void PrintTo(const FocusWalk& walk, std::ostream* out) { *out << walk.name; }
 
-// The back button and what the screens have beside it.
+// The expected numbers of focusable controls: the back button and the screen's own.
 const FocusWalk kWalks[] = {
     {"Menu", {.kind = ScreenKind::Menu}, 6},
     {"LevelSelect", {.kind = ScreenKind::LevelSelect}, 1 + 10 + 10},
@@ -164,7 +164,8 @@ TEST_P(Walking, ComesByEveryControlOnceAndStaysInTheWindow) {
         << ring.x << " " << ring.y << " " << ring.w << " " << ring.h;
 }
 
-// A list that scrolls brings the next row to where the last one was: what fits is looked at.
+// Reading order: to the right or down. The window is large enough that no list scrolls, which would move the
+// next row to the place of the last.
 TEST_P(Walking, GoesAsAReaderDoes) {
   const auto& [walk, showing] = GetParam();
   Visit visit(walk.screen, 1400, 1300);
@@ -367,7 +368,7 @@ TEST(Keyboard, LevelsCardWithTheFocusIsWhole) {
   }
 }
 
-// Of the rows that move where a list is scrolled.
+// A digest of a column of pixels through the list. It changes when the list scrolls.
 std::uint32_t digestOfList(const Visit& visit) {
   std::uint32_t digest = 0;
   for (int y = 60; y < 430; ++y) digest = 31 * digest + visit.stack.harness.colorAt(100, y);
@@ -389,7 +390,7 @@ TEST(Keyboard, ListWithoutControlsIsScrolled) {
   EXPECT_TRUE(movesBack(SDLK_DOWN, SDLK_UP)) << "arrows that find nothing else";
 }
 
-// --- the hand ---
+// --- the hand cursor ---
 
 TEST(Hand, LiesOnLinksAndCardsAndNothingElse) {
   const auto showsHand = [](Visit& visit, const Rect& rect) {

@@ -1,5 +1,5 @@
-// The level select: what is open, what a click does on the screen, to the files and to the ear, where the
-// cards lie.
+// The level select screen: which levels are open, what a click does to the screen, the files and the sound,
+// and the layout of the cards.
 
 #include "screens/level_grid.h"
 
@@ -54,14 +54,14 @@ constexpr ui::GameState kLevelSelect = {.kind = ScreenKind::LevelSelect};
 
 Point middleOf(const Rect& rect) { return {rect.x + rect.w / 2, rect.y + rect.h / 2}; }
 
-// The level select over another screen, as it is after the first frame.
+// The level select screen on top of another one, after its first frame.
 struct LevelVisit {
   explicit LevelVisit(int progress = 1) {
     store::saveProgress({.currentLevel = progress});
     open();
   }
 
-  // What was heard before is forgotten.
+  // Opens the screen and clears the record of sounds.
   void open() {
     ui::Game::instance().resetTo(kBelow);
     stack.harness.frame(0);
@@ -73,12 +73,12 @@ struct LevelVisit {
   }
 
   void click(const Point& p) { stack.harness.click(p.x, p.y); }
-  // Of the card with this place on its page, once it is scrolled so far.
+  // The card at this index on its page, at this scroll position.
   Rect card(int i, double scroll = 0) const { return grid.card(i, scroll); }
   void clickCard(int i) { click(middleOf(card(i))); }
   void clickChip(int page) { click({12 + 102.0 * page + 48, 84}); }
 
-  // The page shown, told by the level that its first card starts.
+  // The page shown. Starts the page's first level to find out.
   int pageShown() {
     clickCard(0);
     return (Stack::top().level - 1) / 10;
@@ -200,7 +200,8 @@ TEST(LevelSelect, ItsCardsAreClickedOnlyWhereTheyAreSeen) {
   LevelVisit visit(100);
   visit.clickChip(0);
   support::heard().clear();
-  // Below the list's end the second row goes on, and scrolled up the first reaches beneath the chips.
+  // The list is clipped. Unclipped, the first click would hit the second row, and after scrolling the second
+  // click would hit the first row.
   visit.click({100, visit.grid.view.y + visit.grid.view.h + 3});
   visit.stack.harness.wheel(550, 400, -1);
   visit.click({100, visit.grid.view.y - 4});
@@ -217,9 +218,9 @@ TEST(LevelSelect, TakesNoNoticeOfAClickBetweenTheCards) {
   EXPECT_THAT(support::heard(), IsEmpty());
 }
 
-// --- what is seen ---
+// --- look ---
 
-// The screen alone, drawn with cairo, with files of before it was opened.
+// The screen alone, drawn with cairo. Write the player's files before opening it.
 class LevelSelectView : public testing::Test {
  protected:
   void show(int progress) {
@@ -233,7 +234,7 @@ class LevelSelectView : public testing::Test {
   std::uint32_t at(const Point& p) const {
     return harness.colorAt(static_cast<int>(p.x), static_cast<int>(p.y));
   }
-  // A place of the card's plate where nothing else is drawn.
+  // A point on the card's plate with nothing drawn over it.
   Point plate(int i) const {
     const Rect card = grid.card(i, 0);
     return {card.x + card.w / 2, card.y + card.h - 6};
@@ -325,7 +326,7 @@ TEST_F(LevelSelectView, ReadsNoFileBetweenTheFrames) {
   EXPECT_TRUE(support::samePicture(harness.picture().get(), before.get()));
 }
 
-// It was read eleven times, and ten times more for each page.
+// The file used to be read for every card.
 TEST_F(LevelSelectView, ReadsTheProgressOnceAndNotForEachCard) {
   store::saveProgress({.currentLevel = 20});
   support::FileReads reads(data.path("progress.json"));
@@ -336,7 +337,7 @@ TEST_F(LevelSelectView, ReadsTheProgressOnceAndNotForEachCard) {
   EXPECT_EQ(reads.count(), 0);
 }
 
-// As while the edge of a large window is dragged: both scales round to the same size in device pixels.
+// As while the edge of a large window is dragged. Both scales give the same size in device pixels.
 TEST_F(LevelSelectView, PaintsItsMiniaturesAnewForEveryScale) {
   ui::gpuSetScale(1.499);
   show(7);
@@ -372,7 +373,7 @@ TEST_F(LevelSelectView, DrawsNothingOfItsCardsOutsideTheList) {
   EXPECT_NE(at({100, grid.view.y + 2}), at({100, grid.view.y - 3}));
 }
 
-// --- where it lies ---
+// --- layout ---
 
 class LevelGridIn : public testing::TestWithParam<std::pair<int, int>> {
  protected:
@@ -438,7 +439,7 @@ TEST(LevelGrid, HasLowerCardsWhereTheyAreNarrow) {
 
 TEST(LevelGrid, HasAListInTheLowestWindowToo) { EXPECT_EQ(screens::levelGrid(640, 100).view.h, 60); }
 
-// The width of a text of a card as it is drawn.
+// The width of a card's text as drawn.
 double widthOf(const Rect& rect, const char* key, const char* n, ui::TextStyle style) {
   const ui::CairoSurface paper = support::makePicture(1, 1);
   const ui::CairoContext cr(cairo_create(paper.get()));
@@ -451,7 +452,8 @@ double widthOf(const Rect& rect, const char* key, const char* n, ui::TextStyle s
 }
 
 TEST(LevelCard, KeepsItsTextsApartInEveryLanguage) {
-  // The narrowest card, the longest numbers; letters on whole pixels may be wider than they were shrunk to.
+  // The narrowest card and the longest numbers. Letters are placed on whole pixels, so a shrunk text may be
+  // slightly wider than its room.
   constexpr double kApart = 4;
   const CardGrid grid = screens::levelGrid(744, 600);
   const LevelCardLayout layout = screens::levelCardLayout(grid.card(0, 0));
@@ -492,7 +494,7 @@ TEST(Miniature, PaintsTheHigherTileOverTheLowerWhateverTheirOrder) {
 }
 
 TEST(Miniature, PaintsNothingBeyondItsRectangle) {
-  // So small a place that the smallest tiles stick out.
+  // The rectangle is so small that even the smallest tiles stick out.
   const ui::CairoSurface picture = miniatureOf(mj::levelToConfig(91).slots, {40, 40, 20, 20});
   EXPECT_NE(support::pixelAt(picture.get(), 50, 50), 0U);
   for (int i = 0; i < 100; ++i) {

@@ -1,5 +1,4 @@
-// What the screens behind the menu do alike: how they scroll, how they are left, and that what they show is
-// painted once.
+// What the screens behind the menu have in common: scrolling, leaving, and caching of what they paint.
 
 #include "screens/list_screen.h"
 
@@ -29,7 +28,7 @@ using test::kBelow;
 using test::Stack;
 using ui::ScreenKind;
 
-// A player who has come to level 6 and has solved the five before.
+// A player on level 6 who has solved the first five levels.
 void writeFiles() {
   store::ensureDataDirs();
   store::saveProgress({.currentLevel = 6});
@@ -55,7 +54,7 @@ struct Kind {
   std::string name;
   ScreenKind kind;
   std::unique_ptr<ui::Screen> (*make)();
-  double listTop;  // of what scrolls
+  double listTop;  // top of the scrolling list
 };
 
 class ListScreens : public testing::TestWithParam<Kind> {
@@ -112,7 +111,7 @@ TEST_P(ListScreens, PaintNothingWhenTheyComeBackToAPlaceByScrolling) {
   EXPECT_EQ(thereAndBack(), 0);
 }
 
-// The software renderer draws half transparent edges a little dark, as the rounded corners of a card are.
+// The software renderer draws translucent edges slightly darker, such as the rounded corners of cards.
 void expectSamePictureButForCorners(cairo_surface_t* a, cairo_surface_t* b) {
   constexpr double kCorners = 0.001;
   EXPECT_TRUE(support::samePicture(a, b, 32));
@@ -155,7 +154,7 @@ TEST_P(ListScreens, ShowNothingOfWhatScrollsAboveTheirList) {
   }
 }
 
-// A screen over another, after its first frame.
+// A screen on top of another, after its first frame.
 struct OpenedList : Stack {
   explicit OpenedList(ScreenKind kind, int w = kUsualW, int h = kUsualH) : Stack(kBelow, w, h) {
     writeFiles();
@@ -182,7 +181,7 @@ TEST_P(ListScreens, AreDrawnToTheEndWhenTheyAreLeft) {
   }
 }
 
-// No frame has one page's felt and another one's cards.
+// No frame mixes one page's felt with another page's cards.
 TEST(ListScreen, IsDrawnToTheEndWhenAPageIsChosenOrALevelBegun) {
   constexpr double kChip = 12 + 3 * 102 + 48;
   for (const ScreenKind kind : {ScreenKind::LevelSelect, ScreenKind::Gallery}) {
@@ -218,9 +217,9 @@ TEST(ListScreen, IsScrolledByTheWheelBesideItsColumn) {
   EXPECT_FALSE(support::samePicture(before.get(), opened.harness.picture().get()));
 }
 
-// --- the pages ---
+// --- page chips ---
 
-// Of 640 x 480, where they are smallest.
+// At 640 x 480, where the chips are smallest.
 TEST(PageChips, TellThePageWhereThePlayerIsFromAllOthersOnAnyFelt) {
   constexpr std::uint32_t kGold = 0xE8B84B;
   for (int shown = 0; shown < screens::kPages; ++shown) {
@@ -231,7 +230,7 @@ TEST(PageChips, TellThePageWhereThePlayerIsFromAllOthersOnAnyFelt) {
     });
     harness.moveTo(-1, -1);
     const ui::CairoSurface picture = harness.picture();
-    // The middles of the chips' upper edges, and a place inside them that no letter reaches.
+    // A pixel of the chip's upper edge, or below it one inside the chip that no letter covers.
     const auto at = [&](int page, int y) {
       return support::pixelAt(picture.get(), 12 + page * 62 + 28, y) & 0xFFFFFF;
     };
@@ -242,7 +241,7 @@ TEST(PageChips, TellThePageWhereThePlayerIsFromAllOthersOnAnyFelt) {
   }
 }
 
-// --- where things lie ---
+// --- layout ---
 
 TEST(ListLayout, AColumnsViewLiesBetweenHeaderAndFooter) {
   const ui::Rect view = screens::listView(1100, 760);
@@ -269,7 +268,7 @@ TEST(CardGrid, IsAsHighAsItsRows) {
   EXPECT_EQ(grid.card(4, 30).y, 100 + 110 - 30);
 }
 
-// --- the plate ---
+// --- the plate of a card ---
 
 TEST(Card, HasItsOutlineWithinItsRectangle) {
   const ui::CairoSurface picture =

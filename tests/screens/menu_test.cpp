@@ -1,4 +1,4 @@
-// The splash screen and the main menu: what they show, and where they lead.
+// The splash screen and the main menu: what they show and where they lead.
 
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
@@ -101,7 +101,7 @@ TEST(Splash, LiesOnPlainGreenCloth) {
   }
 }
 
-// A place on the title's last tile, beside its letter, of a title whose tiles begin at `top`.
+// A point on the title's last tile, beside its letter, if the row of tiles has its top at `top`.
 support::Point onLastTile(double tileW, double top) {
   return {kSmallW / 2.0 + 2.5 * 1.12 * tileW + 0.62 * tileW, top + 0.3 * tileW};
 }
@@ -112,7 +112,8 @@ bool isCream(const ScreenHarness& harness, support::Point at) {
 }
 
 TEST(Splash, DropsTheTilesOfItsTitleInOneAfterAnother) {
-  // Letters of 52.8 and tiles of 48, in a window of 480: the block is 156.32 high and its top is at 151.84.
+  // In a window 480 high the letters are 52.8 and the tiles 48 large. The block is 156.32 high, its top is at
+  // 151.84.
   const support::Point last = onLastTile(48, 151.84 + 1.25 * 52.8 + 6);
   Stack stack(kSplash);
   stack.harness.frame();
@@ -196,9 +197,9 @@ TEST_P(MenuLayouts, HaveRoomForTheirLabelsInEveryLanguage) {
   }
 }
 
-// --- what is written on the backdrop ---
+// --- contrast with the backdrop ---
 
-// A menu before the deal of a level, seen at rest.
+// A picture of the menu with the deal of this level as its backdrop.
 ui::CairoSurface menuBefore(int level, int w, int h) {
   const support::DataHome data;
   screens::Menu menu(mj::createGame(mj::levelToConfig(level).slots, 1));
@@ -208,10 +209,10 @@ ui::CairoSurface menuBefore(int level, int w, int h) {
 }
 
 TEST(MenuFooter, StandsOutFromWhateverTilesAreBelow) {
-  constexpr double kLegible = 4.5;  // a ratio that small letters need
+  constexpr double kLegible = 4.5;  // the contrast that small letters need
   constexpr double kHalfLine = 83;
   for (int level = 1; level <= 100; level += 9) {
-    // Just above the letters.
+    // Measured just above the letters.
     const ui::Rect footer = menuLayout(kSmallW, kSmallH).footer;
     const double middle = kSmallW / 2.0;
     const double below = lightest(menuBefore(level, kSmallW, kSmallH).get(), middle - kHalfLine, footer.y + 1,
@@ -220,7 +221,7 @@ TEST(MenuFooter, StandsOutFromWhateverTilesAreBelow) {
   }
 }
 
-// Its letters, whose colour is let through, are as light as their lightest pixel.
+// The letters are translucent; their lightest pixel counts as their colour.
 TEST(MenuTagline, StandsOutFromWhateverTilesAreBelow) {
   constexpr double kLegible = 3;
   const ui::CairoContext cr(cairo_create(support::makePicture(1, 1).get()));
@@ -236,11 +237,11 @@ TEST(MenuTagline, StandsOutFromWhateverTilesAreBelow) {
   }
 }
 
-// Between two neighbouring pixels of a line the shade darkens the cloth by little.
+// Neighbouring pixels differ only slightly.
 TEST(MenuShade, HasNoEdge) {
   constexpr int kStep = 6;
   const support::DataHome data;
-  screens::Menu menu{mj::GameState{}};  // no tiles, whose edges are seen
+  screens::Menu menu{mj::GameState{}};  // without tiles, whose edges would count
   ScreenHarness harness([&](ui::Ctx& ctx) { menu.update(ctx); }, kUsualW, kUsualH);
   harness.frame();
   const auto picture = harness.picture();
@@ -407,13 +408,13 @@ TEST_F(Menu, WaitsAMinuteMoreAfterAnyInput) {
 
 // --- what the menu shows ---
 
-// Whether the harness shows the plaque with this label, and a shine on it if it is the active one's.
+// Whether the plaque with this label is shown, with the shine exactly if it is the active one.
 testing::AssertionResult showsPlaque(const ScreenHarness& harness, MenuEntry entry, const std::string& label,
                                      int active) {
   const MenuLayout layout = menuLayout(kSmallW, kSmallH);
   const ui::Rect& rect = layout.plaque(entry);
   const auto cut = [&](const std::function<void(cairo_t*)>& paint) {
-    constexpr double kRim = 5;  // its corners are round
+    constexpr double kRim = 5;  // leaves out the round corners
     const ui::Rect inner = ui::insetRect(rect, kRim);
     return support::makePicture(static_cast<int>(inner.w), static_cast<int>(inner.h), [&](cairo_t* cr) {
       cairo_translate(cr, -std::ceil(inner.x), -std::ceil(inner.y));
@@ -466,7 +467,8 @@ TEST_F(Menu, HasItsTitleAtRestFromTheFirstFrameOn) {
   EXPECT_TRUE(isCream(stack.harness, onLastTile(layout.title.tileW, tilesTop)));
 }
 
-// Colours of the cloth of this level's theme, mixed with tiles, at the window's left edge.
+// How much redder than green the window's left edge is, summed up. Shows the cloth's colour, mixed with
+// tiles.
 double redderThanGreen(const ScreenHarness& harness) {
   double sum = 0;
   for (int y = 100; y < 380; ++y) {

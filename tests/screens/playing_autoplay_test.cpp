@@ -1,4 +1,4 @@
-// The screen plays by itself when VESKARA_AUTOPLAY says so.
+// The screen plays by itself if VESKARA_AUTOPLAY is set.
 
 #include <SDL_keycode.h>
 #include <gmock/gmock.h>
@@ -21,7 +21,7 @@ using test::Sitting;
 
 constexpr const char* kVariable = "VESKARA_AUTOPLAY";
 
-// Looks that the first tile is tapped when the intro is over, and the second so many seconds later.
+// Expects the first tap when the intro is over and the second one `seconds` later.
 void expectMoveEvery(double seconds, const char* text) {
   SCOPED_TRACE(text);
   const Environment environment(kVariable, text);
@@ -119,7 +119,7 @@ TEST(Autoplay, ShufflesAStuckBoard) {
   EXPECT_TRUE(mj::isSolved(sitting.game()));
 }
 
-// The tiles on which this one rests, layer by layer, and itself.
+// The tile and all tiles under it, layer by layer.
 std::set<int> pileUnder(const std::vector<mj::Slot>& slots, int top) {
   std::set<int> pile = {top};
   for (int z = slots[static_cast<std::size_t>(top)].z; z > 0; --z) {
@@ -134,7 +134,7 @@ std::set<int> pileUnder(const std::vector<mj::Slot>& slots, int top) {
   return pile;
 }
 
-// An available pair with neither tile of the pile.
+// An available pair with no tile in the pile.
 std::optional<mj::SlotPair> pairBeside(const std::set<int>& pile, const mj::GameState& game) {
   for (const auto& [a, b] : mj::availablePairs(game)) {
     if (!pile.contains(a) && !pile.contains(b)) return mj::SlotPair{a, b};
@@ -143,7 +143,7 @@ std::optional<mj::SlotPair> pairBeside(const std::set<int>& pile, const mj::Game
 }
 
 TEST(Autoplay, GoesOnWithABoardThatCannotBeDismantled) {
-  // Somebody has taken the rim first, shuffling for it, and left a pile with a single free tile.
+  // A player has removed the tiles around the pile, with shuffles, and left a pile with only one free tile.
   constexpr ui::GameState kDescriptor = {.kind = ui::ScreenKind::Playing, .level = 11, .deal = 6};
   mj::GameState expected = mj::createGame(mj::levelToConfig(11).slots, 6);
   const std::set<int> pile = pileUnder(expected.slots, 45);

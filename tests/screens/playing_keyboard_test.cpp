@@ -1,4 +1,4 @@
-// The table by keyboard: the cursor on the tiles, the buttons about them, the panels.
+// Playing by keyboard: the cursor on the tiles, the buttons around the board, the panels.
 
 #include <SDL_keycode.h>
 #include <gmock/gmock.h>
@@ -45,7 +45,7 @@ struct KeySitting : Sitting {
     key(code);
     return cursor().value_or(-1);
   }
-  // By arrows alone.
+  // Moves the cursor to the tile with arrow keys only.
   void goTo(int tile) {
     if (!cursor()) key(SDLK_UP);
     for (const screens::Arrow arrow : support::wayTo(game(), *cursor(), tile)) key(keyOf(arrow));
@@ -178,8 +178,8 @@ TEST(PlayingKeyboard, TabWithNothingShownYetLeadsToAPartner) {
   EXPECT_TRUE(mj::canMatch(sitting.game(), a, sitting.cursorAfter(SDLK_TAB)));
 }
 
-// The buttons, then the tiles row by row, then the buttons below them; those of undo and of a hint that
-// nobody can take are left out.
+// From the tiles, row by row, to the buttons below, then to those above and back. Undo is left out: it is
+// disabled without a move.
 TEST(PlayingKeyboard, TabComesByEveryTileAndEveryButtonOnce) {
   for (const auto& [w, h] : {std::pair{640, 480}, std::pair{1100, 760}}) {
     KeySitting sitting(test::kFirstLevel, w, h);

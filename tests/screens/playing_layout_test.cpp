@@ -40,7 +40,7 @@ class PlayingLayout : public testing::TestWithParam<std::pair<int, int>> {
   const screens::PlayingLayout layout = screens::playingLayout(w, h);
 };
 
-// Each part ends before the next begins, so none overlaps another.
+// Each part ends before the next begins, so none overlap.
 void expectInARow(const std::vector<Rect>& parts, const Rect& bar) {
   for (std::size_t i = 0; i < parts.size(); ++i) {
     EXPECT_GT(parts[i].w, 0) << i;
@@ -148,12 +148,12 @@ TEST(NoMovesPanel, KeepsTwentyPixelsBesideItInATinyWindow) {
 
 // --- texts, in the smallest window ---
 
-// What a text has for itself there.
+// A text with its style and the room it has.
 struct Place {
   std::string text;
   ui::TextStyle style;
-  double fittedTo;  // the width that it is shrunk to
-  double room;      // before it would stick out
+  double fittedTo;  // width it is shrunk to
+  double room;      // widest it may be
 };
 
 std::vector<Place> placesOfTexts() {
@@ -163,8 +163,8 @@ std::vector<Place> placesOfTexts() {
   const ui::TextStyle label = {.size = 17, .bold = true};
   const ui::TextStyle title = {.size = 19, .bold = true};
   const ui::TextStyle button = {.size = 14, .bold = true};
-  // A few pixels are left on either side of icon and text: letters shrunk to fit stand on whole pixels, and
-  // may come out a little wider than asked for.
+  // A few pixels stay free on either side of icon and text. Letters are placed on whole pixels, so a shrunk
+  // text may be slightly wider than requested.
   constexpr double kIconAndGap = 20 + 8;
   constexpr double kLeastInset = 4;
   const auto action = [&](const char* key, const Rect& rect) -> Place {
@@ -187,7 +187,7 @@ std::vector<Place> placesOfTexts() {
   };
 }
 
-// Whether the tests' one font has all its letters, and its width says something.
+// Whether the tests' only font has all the letters. Otherwise the width means nothing.
 bool canBeMeasured(cairo_t* cr, const std::string& text) {
   const ui::TextLayout layout(pango_cairo_create_layout(cr));
   const ui::FontDescription font(pango_font_description_from_string("sans 14"));
@@ -205,7 +205,7 @@ double drawnWidth(cairo_t* cr, const Place& place) {
   return width;
 }
 
-// Of letters that are squares at most, as Han, kana and hangul are.
+// An upper bound for scripts whose letters are at most squares, such as Han, kana and hangul.
 double widthOfSquares(const Place& place) {
   const auto letters = std::count_if(place.text.begin(), place.text.end(), [](char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80;

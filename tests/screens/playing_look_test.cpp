@@ -1,4 +1,4 @@
-// The whole Playing screen beside committed pictures, and how often it is painted.
+// Compares the whole Playing screen with committed pictures, and counts how often it is painted.
 
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
@@ -77,7 +77,7 @@ TEST_P(Clock, StandsOutFromEveryCloth) {
 INSTANTIATE_TEST_SUITE_P(Renderer, Clock,
                          testing::Values(support::Drawing::Cairo, support::Drawing::Textures));
 
-// Frames that painted a picture for the texture cache, out of so many.
+// How many of the next `all` frames paint a picture for the texture cache.
 int framesThatPaint(Sitting& sitting, int all) {
   int frames = 0;
   for (int i = 0; i < all; ++i) {
@@ -103,7 +103,7 @@ TEST(Textures, ArePaintedOnceForWhatIsNew) {
   sitting.waitForIntro();
   for (const int code : {SDLK_h, SDLK_PLUS}) {
     sitting.harness.key(code);
-    sitting.harness.run(0.2);  // not all in one frame
+    sitting.harness.run(0.2);  // so that not all paint in the same frame
     EXPECT_EQ(framesThatPaint(sitting, 150), 0) << code;
   }
   sitting.click(test::topTile(sitting.game()));

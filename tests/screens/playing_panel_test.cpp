@@ -1,4 +1,4 @@
-// The panels over the board, and what the buttons around it do.
+// The panels over the board and the buttons around it.
 
 #include <SDL_keycode.h>
 #include <gmock/gmock.h>
@@ -60,7 +60,7 @@ TEST(NoMoves, ShuffleHelpsAndThePanelGoes) {
   EXPECT_EQ(table.game().shuffles, 1);
 }
 
-// The colour inside of a rectangle's left edge.
+// The colour just inside the rectangle's left edge.
 std::uint32_t colorIn(const PanelTable& table, const ui::Rect& rect) {
   return table.harness.colorAt(static_cast<int>(rect.x) + 8, static_cast<int>(rect.y + rect.h / 2));
 }
@@ -199,7 +199,7 @@ const ui::Rect kUnderTheHand[] = {kLayout.pause,      kLayout.buttons[1], kLayou
                                   kLayout.buttons[3], kLayout.buttons[5], kStuck.first,
                                   kStuck.second};
 
-// A press on the zoomed board, and a release over one of these.
+// Presses on the zoomed board and releases over each of the buttons.
 class DragsEnd : public testing::TestWithParam<std::size_t> {};
 
 TEST_P(DragsEnd, WorksNoButton) {
@@ -289,7 +289,7 @@ TEST(PauseOverlay, IsOpenedAndClosedBySpaceAndButtonAlike) {
   EXPECT_FALSE(table.screen.isPaused());
 }
 
-// The second of two screens of the program's stack, its tiles flown in.
+// The screen on the program's stack, on top of another, after the tiles have flown in.
 struct OnTheStack : Stack {
   OnTheStack() : Stack(test::kFirstLevel) {
     ui::Game::instance().push(kSecondLevel);
@@ -345,7 +345,7 @@ TEST(Leaving, IsNotByTheBackButtonUnderThePause) {
   EXPECT_EQ(Stack::depth(), 2U);
 }
 
-// What a table with a pair gone and zoomed is after something was done.
+// The state of a zoomed table with one pair gone, after some action.
 struct Outcome {
   mj::GameState game;
   double zoom;

@@ -1,5 +1,5 @@
-// The game on the table outlives its screen: it is saved while it is played and when it is left, and gone on
-// with when somebody comes back.
+// The game outlives its screen: it is saved during play and on leaving, and resumed when the player comes
+// back.
 
 #include <SDL_keycode.h>
 #include <gmock/gmock.h>
@@ -30,7 +30,7 @@ class ComingBack : public testing::Test {
  protected:
   ComingBack() { sitting->waitForIntro(); }
 
-  // Leaves the table and sits down to it again, before the first frame.
+  // Leaves the table and opens one again. The new screen has run only its first frame.
   void comeBack(const ui::GameState& descriptor = kFirstLevel) {
     sitting.reset();
     sitting.emplace(descriptor, Files::Kept);
@@ -108,7 +108,7 @@ TEST_F(ComingBack, ToAnotherDealOfTheLevelFindsThatDeal) {
 }
 
 TEST(Autosave, ComesFiveSecondsAfterTheLast) {
-  Sitting sitting;  // has run for one frame
+  Sitting sitting;  // has run one frame
   sitting.harness.run(5 - support::ScreenHarness::kFrameTime);
   EXPECT_FALSE(store::loadGame().valid);
   sitting.harness.frame();
@@ -152,7 +152,7 @@ TEST(WonGame, IsSavedNoMore) {
   EXPECT_FALSE(store::loadGame().valid);
 }
 
-// The table of the first level with the last pair on it, as the second of two screens.
+// The first level with only its last pair left, on top of another screen.
 struct LastPair : Stack {
   LastPair() : Stack(kOtherLevel) {
     ui::Game::instance().push(kFirstLevel);
@@ -217,7 +217,7 @@ TEST(WonGame, EndsAPauseThatBeganBeforeThePairWasGone) {
   EXPECT_THAT(Stack::top(), Shows(ui::ScreenKind::Solved, 1, 1));
 }
 
-// The end of the program destroys the screens as they are; that is what happens to a screen here.
+// When the program ends, the live screen is destroyed as it is. This test destroys it the same way.
 TEST(WonGame, IsWrittenDownWhenTheProgramEndsInTheFade) {
   const support::DataHome data;
   std::optional<Sitting> sitting(std::in_place, kFirstLevel, Files::Kept);

@@ -1,4 +1,4 @@
-// Each sound of the Playing screen at its moment, and once.
+// Each sound of the Playing screen is played once, at the right time.
 
 #include <SDL_keycode.h>
 #include <gmock/gmock.h>
@@ -18,7 +18,7 @@ using test::Sitting;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// What is heard while `action` runs.
+// The sounds played during `action`.
 std::vector<Sfx> soundsOf(const std::function<void()>& action) {
   heard().clear();
   action();
@@ -215,7 +215,7 @@ TEST(ReadySound, EndsTheIntroOnce) {
   EXPECT_THAT(soundsOf([&] { sitting.harness.run(3); }), IsEmpty());
 }
 
-// The times at which tiles are heard to fly in, from the first frame until a while after the end.
+// The times of the landing sounds, from the next frame to one second after the fly-in.
 std::vector<double> landings(Sitting& sitting, double dt) {
   std::vector<double> times;
   while (sitting.harness.time() < sitting.screen.effects().introEnd + 1) {
@@ -230,7 +230,7 @@ std::vector<double> landings(Sitting& sitting, double dt) {
 
 TEST(LandingSound, IsHeardOfEachTileOfASmallDeal) {
   Sitting sitting;
-  // The first took off in the frame that the table was made in, at the very beginning of the clock.
+  // The first tile's sound came in the very first frame, before `landings` listens.
   EXPECT_EQ(landings(sitting, support::ScreenHarness::kFrameTime).size(), sitting.game().slots.size() - 1);
 }
 

@@ -1,4 +1,4 @@
-// Moves, timers, keys and the end of a game. What the player sees of it stands in playing_view_test.cpp.
+// Moves, timers, keys and the end of a game. playing_view_test.cpp tests what is shown.
 
 #include "screens/playing.h"
 
@@ -151,12 +151,12 @@ TEST(MatchingPair, GoesAtOnceWhenATileIsTappedThatItBlocked) {
   EXPECT_EQ(sitting.game().selected, freed);
 }
 
-// The time between two taps of a fast hand.
+// Seconds between two taps of a fast player.
 constexpr double kFastTap = 0.06;
 
 TEST(FastHands, TakeTwoPairsOfFourLikeTiles) {
   const support::DataHome data;
-  // Nothing is left but four tiles that are alike.
+  // Only four like tiles are left.
   mj::GameState game = mj::createGame(mj::levelToConfig(1).slots, 1);
   const std::vector<int> ids = mj::freeIds(game);
   ASSERT_GE(ids.size(), 4U);
@@ -233,7 +233,7 @@ TEST(MatchingPair, BurstsWithBothFacesWhereItLay) {
   EXPECT_THAT(bursts, IsEmpty());
 }
 
-// Whatever comes between the choice of a pair and its going, tiles are neither lost nor doubled.
+// Whatever happens between choosing a pair and its removal, no tiles are lost or duplicated.
 void expectWhole(const mj::GameState& game, int tiles) {
   const auto lying = std::count_if(game.faces.begin(), game.faces.end(),
                                    [](const std::string& face) { return !face.empty(); });
@@ -256,7 +256,7 @@ TEST(MatchingPair, StaysWhenAShuffleMakesItUnequal) {
 }
 
 TEST(MatchingPair, StaysWhenAnUndoBlocksIt) {
-  // The second pair lies under the first.
+  // One tile of the second pair is blocked by the first pair.
   Sitting sitting;
   sitting.waitForIntro();
   std::size_t moves = 0;
@@ -463,7 +463,7 @@ TEST(Undo, GoesBackToTheFirstMove) {
   EXPECT_EQ(sitting.game(), before);
 }
 
-// What a key does that is held down long enough to repeat.
+// Holds a key down long enough to repeat.
 void hold(Sitting& sitting, int code) {
   sitting.harness.key(code);
   for (int i = 0; i < 30; ++i) {

@@ -1,4 +1,4 @@
-// What the Playing screen shows: zoom, pan and drag, the flash before and the fade after a game.
+// What the Playing screen shows: zoom, pan and drag, the flash before the game and the fade after it.
 
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
@@ -69,7 +69,7 @@ TEST(Zoom, WheelOverTheBoardStepsByAQuarter) {
   EXPECT_EQ(sitting.shown().zoom, 1);
 }
 
-// Where the point of the board lies that is shown at (x, y).
+// The point of the board shown at window position (x, y).
 Point under(Sitting& sitting, double x, double y) {
   const ui::BoardView view(sitting.screen.boardRect(), sitting.shown());
   return {view.boardX(x), view.boardY(y)};
@@ -151,7 +151,7 @@ TEST(Zoom, TilesAreTappedWhereTheyAreShown) {
   EXPECT_EQ(sitting.game().removed, 2);
 }
 
-// A board at this zoom, and the farthest that it can be moved.
+// A board at this zoom, and how far it can be panned.
 struct Zoomed : Sitting {
   explicit Zoomed(double zoom) {
     waitForIntro();
@@ -160,7 +160,7 @@ struct Zoomed : Sitting {
     boundX = screen.boardRect().w * (zoom - 1) / 2;
     boundY = screen.boardRect().h * (zoom - 1) / 2;
   }
-  // Drags across the window, as often as it takes to reach any bound.
+  // Drags repeatedly, enough to reach the limit of the pan.
   void dragFar(double dx, double dy) {
     for (int i = 0; i < 6; ++i) harness.drag(320, 240, 320 + dx, 240 + dy);
   }
@@ -317,7 +317,7 @@ TEST(Drag, IsATapOnceTheZoomIsGone) {
 }
 
 TEST(Drag, IsATapWhenZoomingInAndOutLeftARoundingError) {
-  // These steps end at 1.0000000000000004.
+  // After these steps the zoom is 1.0000000000000004.
   Sitting sitting;
   sitting.waitForIntro();
   for (const char step : std::string("+++vv+vvv+vvvvvvv")) {
@@ -335,11 +335,11 @@ TEST(Drag, IsATapWhenZoomingInAndOutLeftARoundingError) {
   EXPECT_EQ(sitting.game().selected, tile);
 }
 
-// A place beside the board, with nothing but cloth.
+// A point beside the board that shows only cloth.
 constexpr int kClothX = 3;
 constexpr int kClothY = 3;
 
-// The colour with which a cover of this opacity leaves the cloth.
+// The cloth's colour under a cover of this colour and opacity.
 std::uint32_t covered(std::uint32_t cloth, std::uint32_t cover, double alpha) {
   std::uint32_t result = 0;
   for (const int shift : {16, 8, 0}) {
@@ -357,7 +357,7 @@ struct Seen : Sitting {
   Seen() : Sitting(test::kFirstLevel, support::Drawing::Cairo, 320, 240) {}
 
   std::uint32_t cloth() const { return harness.colorAt(kClothX, kClothY); }
-  // Waits, then looks how strongly the window is covered.
+  // Waits, then checks the opacity of the cover.
   void expectCover(double wait, std::uint32_t bare, std::uint32_t cover, double alpha) {
     harness.frame(wait);
     EXPECT_LE(support::channelDifference(cloth(), covered(bare, cover, alpha)), 2)
@@ -439,7 +439,7 @@ TEST(PauseVeil, HidesTheBoard) {
   const ui::CairoSurface open = table.harness.picture();
   table.harness.key(SDLK_SPACE);
   table.harness.frame();
-  // Of a tile's face, beside its ink.
+  // Pixels of a tile's face, beside its ink.
   int difference = 0;
   for (int x = 150; x < 170; ++x) {
     const std::uint32_t seen = support::pixelAt(open.get(), x, 120) & 0xFFFFFF;

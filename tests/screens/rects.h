@@ -1,4 +1,5 @@
-// rects.h: how rectangles of a layout lie to each other. Edges whose sums are rounded may differ by `slack`.
+// rects.h: how the rectangles of a layout relate to each other. `slack` allows for edges that are rounded
+// sums.
 #pragma once
 
 #include "ui/context.h"

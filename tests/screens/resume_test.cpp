@@ -1,4 +1,4 @@
-// What of a saved game can be played on.
+// Which parts of a saved game can be resumed.
 
 #include "screens/resume.h"
 
@@ -17,7 +17,7 @@ using screens::resumableGame;
 constexpr int kLevel = 3;
 constexpr std::uint32_t kDeal = 4000000000;
 
-// A game in which so many pairs were taken, in the deal's own order.
+// A game after this many pairs were taken in the deal's order.
 store::SavedGame savedAfter(std::size_t pairs) {
   const std::vector<mj::Slot>& slots = mj::levelToConfig(kLevel).slots;
   store::SavedGame saved;
@@ -31,7 +31,7 @@ store::SavedGame savedAfter(std::size_t pairs) {
 
 class ResumableGame : public testing::Test {
  protected:
-  // The game as it comes back from disk.
+  // Saves the game and reads it back.
   static std::optional<store::SavedGame> resumed(const store::SavedGame& saved) {
     store::saveGame(saved);
     return resumableGame(kLevel, kDeal);
@@ -82,7 +82,7 @@ TEST_F(ResumableGame, KeepsNoSelectedTileThatIsBlockedOrGone) {
 }
 
 TEST_F(ResumableGame, UndoNeverPutsATileOnATile) {
-  // The oldest entry's tiles lie on the table again.
+  // Puts the tiles of the oldest entry back on the table.
   const mj::HistoryEntry& oldest = saved.game.history.front();
   saved.game.faces[static_cast<std::size_t>(oldest.a)] = oldest.faceA;
   saved.game.faces[static_cast<std::size_t>(oldest.b)] = oldest.faceB;

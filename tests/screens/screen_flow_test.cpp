@@ -1,4 +1,4 @@
-// How the screens follow one another, through the program's own stack.
+// How the screens follow one another on the program's stack.
 
 #include <SDL_keycode.h>
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ ui::GameState playing(int level, std::uint32_t deal) {
   return {.kind = ScreenKind::Playing, .level = level, .deal = deal};
 }
 
-// Past the splash screen and on from the menu.
+// Skips the splash screen and continues from the menu.
 void goOn(Stack& stack) {
   stack.harness.key(SDLK_SPACE);
   const ui::Rect plaque = screens::menuLayout(640, 480).plaque(screens::MenuEntry::Continue);
@@ -59,7 +59,7 @@ TEST(ScreenFlow, EscapeReturnsToTheScreenBelow) {
   }
 }
 
-// A game played by hand on the program's stack; a copy of the rules' record tells what lies where.
+// Plays by hand on the program's stack. Keeps its own copy of the game to know which tiles lie where.
 class Hand {
  public:
   explicit Hand(const ui::GameState& descriptor)
@@ -89,7 +89,7 @@ class Hand {
       stack.harness.frame();
     }
   }
-  // The first frame after the intro counts a tenth of a second, as frames do at most.
+  // The first frame after the intro counts only a tenth of a second, the longest a frame can count.
   double playTime() const { return 0.1 + stack.harness.time() - introEnded; }
 
   Stack stack;

@@ -1,4 +1,4 @@
-// The settings screen: what each row changes, and when it is written.
+// The settings screen: what each row changes, and when it is saved.
 
 #include "screens/settings_layout.h"
 
@@ -41,7 +41,7 @@ screens::SettingsLayout layoutOf(double w) {
   return screens::settingsLayout(cr.get(), w);
 }
 
-// The settings over another screen, as a first start has them, in English.
+// The settings screen on top of another, with the settings of a first start, in English.
 class SettingsScreen : public testing::Test {
  protected:
   explicit SettingsScreen(int w = 1100, int h = 760)
@@ -56,7 +56,7 @@ class SettingsScreen : public testing::Test {
   static store::Settings& settings() { return ui::Game::settings(); }
   screens::SettingsLayout layout() const { return layoutOf(width); }
   ui::Rect view() const { return screens::listView(width, height); }
-  // As the window shows it while it is scrolled by so much.
+  // The rectangle's place in the window at this scroll position.
   ui::Rect shown(ui::Rect rect, double scroll = 0) const {
     rect.y += screens::settingsTop(layout(), view()) - scroll;
     return rect;
@@ -79,7 +79,7 @@ class SettingsScreen : public testing::Test {
     click(layout().reset);
     stack.harness.frame();
   }
-  // 420 x 230 in the window's middle, its buttons 180 x 42.
+  // The dialog is 420 x 230 in the middle of the window; its buttons are 180 x 42.
   Point cancelButton() const { return {width / 2 - 100, height / 2 + 74}; }
   Point confirmButton() const { return {width / 2 + 100, height / 2 + 74}; }
 
@@ -88,7 +88,7 @@ class SettingsScreen : public testing::Test {
     return stack.harness.colorAt(static_cast<int>(rect.x + 8), static_cast<int>(rect.y + rect.h / 2)) ==
            0xE8B84B;
   }
-  // Whether something light is written in this part of the window.
+  // Whether anything light is drawn in this rectangle.
   bool hasText(const ui::Rect& rect) const {
     const ui::CairoSurface picture = stack.harness.picture();
     for (int y = static_cast<int>(rect.y); y < rect.y + rect.h; ++y) {
@@ -99,7 +99,7 @@ class SettingsScreen : public testing::Test {
     return false;
   }
 
-  // Whether the file was written since it was asked last.
+  // Whether the file was written since the last call. Removes it.
   bool wasWritten() const { return std::filesystem::remove(stack.data.path(kFile)); }
 
   Stack stack;
@@ -375,7 +375,7 @@ TEST_P(SettingsVolume, LightsNothingThatTheDragComesOver) {
   EXPECT_EQ(colorAtReset(), unlit);
 }
 
-// The window lost the button's release.
+// The window missed the release of the button.
 TEST_P(SettingsVolume, LetsGoOfAHandThatIsNotThereAnyMore) {
   press(along(slider(), 0.5));
   stack.harness.next().down = false;
@@ -523,7 +523,7 @@ class SettingsReset : public SettingsScreen {
     }
     return texts;
   }
-  // The next click reaches the rows again.
+  // Whether the dialog is closed: a click reaches the rows again.
   bool isAnswered() {
     const bool before = settings().fullscreen;
     click(layout().fullscreen);

@@ -9,7 +9,7 @@
 namespace test {
 namespace {
 
-// More than the longest fly-in and the flash after it.
+// Seconds; longer than the longest fly-in and the flash after it.
 constexpr double kLongEnough = 20;
 constexpr double kPairTime = 0.321;
 

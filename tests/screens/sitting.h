@@ -1,4 +1,4 @@
-// sitting.h: somebody at the table: a Playing screen of its own, run without a window.
+// sitting.h: plays on a Playing screen without a window or a stack of screens.
 #pragma once
 
 #include <optional>
@@ -12,10 +12,10 @@
 namespace test {
 
 inline constexpr ui::GameState kFirstLevel = {.kind = ui::ScreenKind::Playing, .level = 1, .deal = 1};
-// Once the lowest pair of this deal is taken no pair is left, and a shuffle helps.
+// After the lowest pair of this deal is taken there is no pair left, and a shuffle helps.
 inline constexpr ui::GameState kSoonStuck = {.kind = ui::ScreenKind::Playing, .level = 1, .deal = 9};
 
-// Whether the player's files of before are gone or still there.
+// Whether the player starts without files or keeps the existing ones.
 enum class Files { None, Kept };
 
 struct Sitting {
@@ -25,21 +25,20 @@ struct Sitting {
   Sitting(const ui::GameState& descriptor, Files files)
       : Sitting(descriptor, support::Drawing::Textures, 640, 480, files) {}
 
-  // Waits until the tiles have flown in and the flash after it is over.
+  // Waits until the tiles have flown in and the flash after that is over.
   void waitForIntro();
-  // Clicks where the tile can be seen. The test fails if it cannot.
+  // Clicks a visible point of the tile. Fails the test if there is none.
   void click(int tile);
   void clickBoth(mj::SlotPair pair);
-  // Clicks the pair and waits until it is gone.
+  // Clicks the pair and waits until it is gone. Fails the test if it stays.
   void take(mj::SlotPair pair);
-  // Takes pairs in the deal's own order until so many are left.
+  // Takes pairs in the deal's order until this many are left.
   void playUntilLeft(std::size_t pairs);
-  // Takes the last pair, too.
   void win() { playUntilLeft(0); }
 
   const mj::GameState& game() const { return screen.table(); }
   bool lies(int tile) const { return !game().faces[static_cast<std::size_t>(tile)].empty(); }
-  // As the next frame draws it.
+  // The options that the next frame draws the board with. Runs a frame of length 0.
   ui::BoardOpts shown();
   support::Point at(int tile) const;
 
@@ -47,16 +46,16 @@ struct Sitting {
   screens::Playing screen;
   ui::Focus focus;
   support::ScreenHarness harness;
-  std::vector<mj::SlotPair> order;  // of pairs by which the deal can be won
+  std::vector<mj::SlotPair> order;  // of pairs that wins the deal
 };
 
-// Two free tiles that do not match.
+// Two free tiles that do not match. There must be such tiles.
 mj::SlotPair unequalPair(const mj::GameState& game);
-// A tile that is not free although it can be seen.
+// A visible tile that is not free. Fails the test and returns -1 if there is none.
 int blockedTile(const Sitting& sitting);
-// A free tile of the highest layer, which nothing hides.
+// A free tile of the highest layer that has one.
 int topTile(const mj::GameState& game);
-// The available pair that lies lowest.
+// The available pair on the lowest layers. There must be a pair.
 mj::SlotPair lowestPair(const mj::GameState& game);
 
 }  // namespace test

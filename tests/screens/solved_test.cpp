@@ -1,4 +1,4 @@
-// After a win: what is written down and when, what is seen and heard of it, and the ways on.
+// After a win: what is saved and when, what is shown and played, and where the buttons lead.
 
 #include <SDL_keycode.h>
 #include <gmock/gmock.h>
@@ -51,7 +51,7 @@ ui::GameState wonWith(int hints, int shuffles) {
   return descriptor;
 }
 
-// The Solved screen above a game that waits below it, `shownFor` seconds after its first frame.
+// The Solved screen on top of a game, `shownFor` seconds after its first frame.
 struct Won {
   explicit Won(const ui::GameState& descriptor = kWon, double shownFor = 0, int w = 640, int h = 480)
       : stack({.kind = ScreenKind::Playing, .level = 1, .deal = 1}, w, h) {
@@ -80,7 +80,7 @@ struct Won {
   Stack stack;
 };
 
-// --- what is written down ---
+// --- what is saved ---
 
 TEST(SolvedScreen, OpensTheNextLevelWithItsFirstFrame) {
   Won won;
@@ -191,7 +191,7 @@ TEST(SolvedScreen, LeftAtOnceLeavesProgressButNoRecord) {
   EXPECT_EQ(store::bestFor(12).stars, 2);
 }
 
-// --- what is heard ---
+// --- sounds ---
 
 TEST(SolvedScreen, ChimesOnceForEachStarAsItPopsUp) {
   Won won(wonWith(0, 0), 0.359);
@@ -217,7 +217,7 @@ TEST(SolvedScreen, ChimesForNoMoreStarsThanWereEarned) {
   EXPECT_THAT(heard(), ElementsAre(Sfx::Star1));
 }
 
-// --- the ways on ---
+// --- where the buttons lead ---
 
 TEST(SolvedScreen, StaysUntilAWayOnIsChosen) {
   Won won;
@@ -265,7 +265,7 @@ TEST(SolvedScreen, EscapeLeadsToTheMenuAlone) {
   EXPECT_EQ(Stack::depth(), 1U);
 }
 
-// --- what is seen ---
+// --- look ---
 
 std::uint32_t faded(std::uint32_t color, double alpha) {
   std::uint32_t mixed = 0;
@@ -279,7 +279,7 @@ std::uint32_t faded(std::uint32_t color, double alpha) {
 
 TEST(SolvedScreen, FadesInFromTheLightOfTheWin) {
   Won won;
-  // A place where nothing lies on the cloth.
+  // A point on bare cloth.
   const auto cloth = [&] { return won.stack.harness.colorAt(30, 240); };
   const std::uint32_t atFirst = cloth();
   won.stack.harness.frame(0.23);
@@ -298,13 +298,13 @@ TEST(SolvedScreen, FadesInFromTheLightOfTheWin) {
 TEST(SolvedScreen, FadeCoversTheWholeWindow) {
   const Won won;
   for (const auto& [x, y] : {std::pair{0, 0}, {639, 0}, {0, 479}, {639, 479}, {320, 240}}) {
-    // Whatever lies below makes at most 0.15 of the colour.
+    // What lies below contributes at most 0.15 of the colour.
     const std::uint32_t color = won.stack.harness.colorAt(x, y);
     EXPECT_LE(support::channelDifference(color, faded(0x808080, 0.85)), 24) << x << ", " << y;
   }
 }
 
-// The smallest rectangle around the pixels in which the pictures of two wins differ.
+// The smallest rectangle around all pixels that differ between the pictures of two wins.
 ui::Rect changed(const ui::GameState& a, const ui::GameState& b) {
   const ui::CairoSurface first = Won(a, kLongAfter).stack.harness.picture();
   const ui::CairoSurface second = Won(b, kLongAfter).stack.harness.picture();
@@ -357,7 +357,7 @@ TEST(SolvedScreen, LooksAsPainted) {
   }
 }
 
-// --- where it lies ---
+// --- layout ---
 
 struct Window {
   double w;

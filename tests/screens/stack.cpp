@@ -5,7 +5,8 @@
 namespace test {
 namespace {
 
-// Whoever uses the mouse has seen the screen: a first frame with a button in it comes after one without.
+// Gives a new screen one frame before it gets button events, because it ignores a button that is down in its
+// first frame. A real player has also seen the screen before clicking.
 void update(ui::Ctx& ctx) {
   ui::Game& game = ui::Game::instance();
   const ui::Input& in = ctx.in;
@@ -23,8 +24,8 @@ void update(ui::Ctx& ctx) {
 
 Stack::Stack(const ui::GameState& first, int w, int h) : harness(update, w, h, support::Drawing::Textures) {
   ui::Game::instance().setFactory(screens::make);
-  // The screen of the test before may be alive. It may ask for another in the same frame, and then wins; and
-  // it writes down what it leaves.
+  // The previous test's screen may still be live. It may save on the way out, and its own request in the same
+  // frame would win over this one, so repeat. Its files are dropped afterwards.
   do {
     ui::Game::instance().resetTo(first);
     harness.frame(0);

@@ -1,4 +1,4 @@
-// stack.h: the program's own stack of screens, run without a window.
+// stack.h: runs the program's stack of screens without a window.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -9,12 +9,11 @@
 
 namespace test {
 
-// A screen below the one that is tested.
+// A screen to stack the tested one on.
 inline constexpr ui::GameState kBelow = {.kind = ui::ScreenKind::Playing, .level = 1, .deal = 1};
 
 struct Stack {
-  // Shows this screen alone, in its initial state, with no files of the player's. Its first frame is yet to
-  // come.
+  // Shows this screen alone, in its initial state, for a player without files. It has not run a frame yet.
   explicit Stack(const ui::GameState& first, int w = 640, int h = 480);
 
   static const ui::GameState& top() { return ui::Game::instance().descriptors().back(); }

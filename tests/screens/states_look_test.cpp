@@ -1,5 +1,5 @@
-// Each screen in each state of the gallery program beside committed pictures: in the window of a first start
-// in English, in the smallest one in German.
+// Compares each state of the gallery program with committed pictures: in the default window in English, and
+// in the smallest one in German.
 
 #include <gtest/gtest.h>
 
@@ -44,7 +44,7 @@ class StateLook : public support::WithGlyphFont, public testing::WithParamInterf
   StateLook() { tzset(); }
   ~StateLook() override { i18n::setLanguage("en"); }
 
-  const test::Environment zone = {"TZ", "UTC"};  // of the dates on the gallery's cards
+  const test::Environment zone = {"TZ", "UTC"};  // for the dates on the gallery's cards
   support::DataHome data;
 };
 

@@ -1,4 +1,4 @@
-// What the screens say of how long their pictures stay, in all states of the gallery program.
+// Checks how long screens claim that their picture stays the same, in all states of the gallery program.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ namespace {
 using gallery::State;
 
 constexpr gallery::Window kWindow = {640, 480, 1};
-// Longer than anything moves before it rests.
+// Seconds; longer than any movement before the picture rests.
 constexpr double kLongestLook = 30;
 constexpr int kMoments = 10;
 
@@ -40,7 +40,7 @@ std::string nameOf(const testing::TestParamInfo<State>& info) { return info.para
 INSTANTIATE_TEST_SUITE_P(State, Still, testing::ValuesIn(gallery::states().begin(), gallery::states().end()),
                          nameOf);
 
-// Whether a player who waits long enough sees a picture that rests.
+// Whether the picture stops moving if the player waits.
 bool comesToRest(const std::string& name) {
   for (const char* moving : {"splash", "menu", "solved", "attract", "selected", "won"})
     if (name.starts_with(moving)) return false;
@@ -58,7 +58,7 @@ TEST_P(Still, PicturesStayAsLongAsTheScreenSays) {
     const double stays = std::min(sitting.stillUntil() - sitting.time(), kLongestLook);
     if (stays <= 0) continue;
     ++rests;
-    // Not up to the end itself: what the clock shows there is its next second.
+    // Not at the very end, when the clock already shows the next second.
     for (int i = 1; i < kMoments; ++i) {
       ASSERT_TRUE(support::samePicture(sitting.picture(stays / kMoments).get(), before.get()))
           << "after " << i * stays / kMoments << " s";

@@ -1,4 +1,4 @@
-// Where the keyboard's cursor goes on a board.
+// Where the keyboard cursor moves on a board.
 #include "screens/tile_cursor.h"
 
 #include <gmock/gmock.h>
@@ -21,7 +21,7 @@ using testing::ElementsAre;
 
 constexpr Arrow kArrows[] = {Arrow::Left, Arrow::Right, Arrow::Up, Arrow::Down};
 
-// Tiles that lie apart, so that all are free; each has this face.
+// Tiles far enough apart to all be free, with the given faces or all with the same one.
 mj::GameState tilesAt(const std::vector<std::array<int, 3>>& places,
                       const std::vector<std::string>& faces = {}) {
   mj::GameState game;
@@ -32,10 +32,10 @@ mj::GameState tilesAt(const std::vector<std::array<int, 3>>& places,
   return game;
 }
 
-// --- every position of a game ---
+// --- random positions of games ---
 
-// Games over all outlines and sizes, each taken apart by chance as far as it goes, with a shuffle now and
-// then and an undo: so many positions, drawn by chance.
+// Random positions: games of all shapes and sizes, played with random moves, some shuffles and undos.
+// `lookAt` passes that many positions to `look`.
 class Positions {
  public:
   explicit Positions(std::uint32_t seed) : random(seed) {}
@@ -191,7 +191,7 @@ TEST(TileCursor, StaysWhereItIsOnTheNearestFreeTile) {
 }
 
 TEST(TileCursor, ReadsRowByRow) {
-  // The last two lie half a tile lower than the rest of their row, on the layer above.
+  // The last two tiles are half a tile lower than the rest of their row, on the layer above.
   const mj::GameState game = tilesAt({{20, 8, 0}, {0, 8, 0}, {10, 0, 0}, {0, 0, 0}, {5, 1, 1}, {25, 1, 1}});
   EXPECT_THAT(screens::tilesInReadingOrder(game), ElementsAre(3, 4, 2, 5, 1, 0));
 }

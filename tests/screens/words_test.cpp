@@ -1,4 +1,4 @@
-// What each screen says and shows, word by word and in its place, as a player reads it.
+// The texts and icons of each screen and their places.
 
 #include <SDL_keycode.h>
 #include <gmock/gmock.h>
@@ -54,7 +54,7 @@ using testing::UnorderedElementsAreArray;
 using ui::ActionIcon;
 using ui::Rect;
 
-// High enough for all cards of a page.
+// High enough to show all cards of a page.
 constexpr int kTallH = 1600;
 
 // A screen alone in its window.
@@ -91,7 +91,7 @@ void expectFooter(const FrameRecord& record, double bottomY, int w = kUsualW) {
   EXPECT_THAT(record.wordsIn(place), ElementsAre("© 2026 Quenlock Software", "v1.1.0 Build 1054"));
 }
 
-// The headline and the words in the middle of the back button's row.
+// Expects the headline as the only text in the header.
 void expectHeadline(const FrameRecord& record, const std::string& headline) {
   EXPECT_THAT(record.wordsIn({0, 0, kUsualW, screens::kListTop}), ElementsAre(headline));
 }
@@ -114,7 +114,7 @@ std::vector<std::string> plaques(const FrameRecord& record) {
   std::vector<std::string> labels;
   for (const Rect& place : screens::menuLayout(kUsualW, kUsualH).plaques) {
     const std::vector<std::string> words = record.wordsIn(place);
-    // The board drifts behind the plaques.
+    // Other words belong to the board behind the plaques; the label is drawn last.
     labels.push_back(words.empty() ? "" : words.back());
   }
   return labels;
@@ -142,7 +142,7 @@ TEST(MenuWords, HaveTheTaglineAboveAndTheFooterBelow) {
 
 // --- playing ---
 
-// What stands right of each counter's icon, and the icon.
+// Each counter's icon and the text to its right.
 std::vector<std::pair<ActionIcon, std::string>> counters(const FrameRecord& record) {
   std::vector<std::pair<ActionIcon, std::string>> found;
   for (const Rect& place : screens::playingLayout(kUsualW, kUsualH).counters) {
@@ -224,7 +224,7 @@ TEST(PlayingWords, OfThePauseAreItsNameAndTheTwoWaysOn) {
   EXPECT_THAT(recordOf(table).wordsIn(panel.panel), ElementsAre("Pause", "Weiter", "Beenden"));
 }
 
-// The faces that a picture of this board shows, one a tile.
+// The faces that a picture of this board shows, one per tile.
 std::vector<std::string> facesOf(const mj::GameState& game) {
   std::vector<std::string> faces;
   for (const std::string& face : game.faces)
@@ -345,7 +345,7 @@ TEST_P(LevelPage, SaysOnEachCardItsLevelItsTilesAndItsLayers) {
   }
 }
 
-// The miniature of this level on a card's plate.
+// This level's miniature on a card's plate.
 ui::CairoSurface miniatureOf(int level, int side) {
   const Rect all = {0, 0, 1.0 * side, 1.0 * side};
   const ui::CairoSurface miniature = support::makePicture(
@@ -411,13 +411,13 @@ TEST(GalleryWords, SayOnEachCardItsLevelItsTimeAndItsDay) {
   tzset();
   const support::DataHome data;
   store::ensureDataDirs();
-  store::recordSolve(entryOf(8, 3661, 20'453));  // from 1 January 1970
+  store::recordSolve(entryOf(8, 3661, 20'453));  // days since 1 January 1970
   store::recordSolve(entryOf(3, 59, 20'512));
   GalleryShown shown;
   const FrameRecord record = shown.record();
   const auto wordsOf = [&](int i) {
     const Rect card = shown.grid.card(i, 0);
-    // Above the picture.
+    // The words above the picture.
     return record.wordsIn({card.x, card.y, card.w, screens::solveCardLayout(card.w, card.h).picture.y});
   };
   EXPECT_THAT(wordsOf(0), ElementsAre("00:59", "Level 3", "28.02.2026"));
@@ -443,8 +443,8 @@ TEST(GalleryWords, SayThatAPageIsEmpty) {
   EXPECT_FALSE(shown.record().says("Right-click an image to delete the entry."));
 }
 
-// Of a question in the window's middle: title, text, and the buttons at the left and the right. The panel is
-// kept as a picture once it is painted, so this is of a frame that asks something for the first time.
+// Expects a dialog in the middle of the window: its title, text, left and right button. The dialog's panel is
+// painted once and cached, so `record` must be the first frame that shows it.
 void expectQuestion(const FrameRecord& record, const std::array<std::string, 4>& words) {
   const auto title = find(record, words[0]);
   const auto text = find(record, words[1]);
@@ -480,7 +480,7 @@ std::vector<std::string> withNativeNames(std::vector<std::string> words,
 struct SettingsShown : Shown {
   SettingsShown() : Shown(screens::makeSettings(), kUsualW, 1000) {}
 
-  // Of the rows, in the order in which they are drawn, with the help's lines joined.
+  // The texts of the rows in drawing order, with the help's lines joined.
   std::vector<std::string> rows() {
     const Rect view = screens::listView(kUsualW, 1000);
     std::vector<std::string> words;
@@ -502,7 +502,7 @@ TEST(SettingsWords, AreItsRowsFromTopToBottom) {
   expectFooter(shown.record(), 1000 - ui::kFooterGap);
   std::vector<std::string> rows = shown.rows();
   const auto first = std::find(rows.begin(), rows.end(), "Language");
-  rows.erase(rows.begin(), first);  // the fan's tiles
+  rows.erase(rows.begin(), first);  // leaves out the fan's tiles
   const auto expected =
       withNativeNames({"Language", "System"},
                       {"Music volume", "25", "Effects volume", "50", "Sound", "Fullscreen",
