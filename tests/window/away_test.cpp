@@ -1,4 +1,5 @@
-// A window that nobody sees: the program rests, the game waits, and all is there when it comes back.
+// A window that nobody sees: the program rests, the game waits, and the picture is back when the window
+// returns.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -31,10 +32,10 @@ int statisticsLines(Session& session) {
   return lines;
 }
 
-// Seconds of processor time that the program has used so far.
+// Processor time used by the program so far, in seconds.
 double processorTime(Session& session) {
   std::ifstream file("/proc/" + std::to_string(session.game.process().pid()) + "/stat");
-  file.ignore(std::numeric_limits<std::streamsize>::max(), ')');  // its name may hold anything
+  file.ignore(std::numeric_limits<std::streamsize>::max(), ')');  // the process name may contain anything
   std::string field;
   for (int i = 3; i < 14; ++i) file >> field;
   double user = 0;

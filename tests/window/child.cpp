@@ -14,7 +14,7 @@ namespace window {
 namespace {
 
 constexpr std::chrono::milliseconds kPollInterval{20};
-constexpr int kCannotStart = 127;  // as a shell says it
+constexpr int kCannotStart = 127;  // as in a shell
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -70,7 +70,7 @@ Child::Child(const std::vector<std::string>& command, const Environment& environ
   process = fork();
   if (process < 0) throw std::runtime_error("no process");
   if (process > 0) return;
-  // A test that is itself killed takes its children along.
+  // If the test is killed, its children die with it.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   const bool ready = getppid() == parent && redirect(STDIN_FILENO, "/dev/null", O_RDONLY) &&
                      redirect(STDOUT_FILENO, out.c_str(), O_WRONLY | O_CREAT) &&

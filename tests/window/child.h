@@ -1,5 +1,5 @@
-// child.h: a program run by a test: started with an environment of its own, its output collected, its end
-// waited for. It never outlives the test. Knows nothing of displays.
+// child.h: runs a program with its own environment, collects its output and waits for its end. The program
+// never outlives the test. Knows no displays.
 #pragma once
 
 #include <sys/types.h>
@@ -15,40 +15,40 @@
 
 namespace window {
 
-// How long a test waits for what must come. Only a test that is about to fail waits so long; the machine may
-// be slow and busy, and the sanitizers slow the program down further.
+// How long a test waits for something to happen. Only a failing test waits this long. The limit is generous
+// because the machine may be busy and the sanitizers slow the program down.
 inline constexpr std::chrono::seconds kPatience{60};
 
-// Asks again and again until the answer is yes, at most so long. Gives the last answer back.
+// Checks the condition repeatedly until it is true or the time is up. Returns the last result.
 bool waitFor(const std::function<bool()>& condition, std::chrono::seconds patience = kPatience);
 
 using Environment = std::map<std::string, std::string>;
 
-// What a program needs of the test's own environment (the search path, the sanitizers' options), and
-// directories below `home` for all it may write. Names no display.
+// What a program needs from the test's environment (PATH, the sanitizers' options), and directories below
+// `home` for all its files. Contains no display.
 Environment cleanEnvironment(const std::string& home);
-// The environment with these variables set.
+// Returns the environment with these variables set.
 Environment changed(Environment environment, const Environment& changes);
 
 class Child {
  public:
-  // Starts `command`, program first. It sees `environment` and nothing else, and reads no input.
+  // Starts `command`; its first word is the program. The program gets only `environment` and no input.
   Child(const std::vector<std::string>& command, const Environment& environment);
   Child(const Child&) = delete;
   Child& operator=(const Child&) = delete;
-  // Kills it if it still runs.
+  // Kills the program if it is still running.
   ~Child();
 
   pid_t pid() const { return process; }
   void send(int signal) const;
 
-  // What it has written so far.
+  // What the program has written so far.
   std::string output() const;
   std::string errors() const;
 
   bool hasEnded();
-  // Waits for its end. The exit status, or minus the number of the signal that killed it; nothing if it still
-  // runs when patience ends.
+  // Waits for the program's end. Returns its exit status, or minus the number of the signal that killed it.
+  // Nothing if it is still running after kPatience.
   std::optional<int> waitForEnd();
 
  private:

@@ -1,4 +1,4 @@
-// Clicks that began on one screen, in a real window: what lies in the same place on the next is not meant.
+// Clicks in a real window that began on one screen do not work controls in the same place on the next.
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ TEST(Demo, EndedByAClickOverNewGameLeavesTheSavedGame) {
   EXPECT_EQ(readAll(path), saved);
 }
 
-// The middle of what the two have in common.
+// The middle of the intersection. Fails the test if there is none.
 Point inBoth(const ui::Rect& a, const ui::Rect& b) {
   const double left = std::max(a.x, b.x);
   const double top = std::max(a.y, b.y);
@@ -54,7 +54,7 @@ Point inBoth(const ui::Rect& a, const ui::Rect& b) {
 
 class DoubleClick : public testing::TestWithParam<int> {
  protected:
-  // Begins the level, takes a pair, clicks twice on "Exit" and ends in the menu.
+  // Takes a pair on level 1, double-clicks on "Exit" in the pause and quits from the menu.
   static void playAndExit(Session& session, const std::string& witness) {
     session.takePair();
     const Size size = session.game.size();
@@ -79,7 +79,7 @@ TEST_P(DoubleClick, OnExitBeginsNoNewGame) {
     Session session({.environment = {{window::kWitnessVariable, witness}}, .preload = VESKARA_WITNESS});
     playAndExit(session, witness);
     if (HasFatalFailure()) return true;
-    // To a program that had to wait for the machine they may have been two clicks.
+    // On a slow machine the program may have seen two single clicks. Then the test is repeated.
     if (window::testimonyIn(witness).sinceRelease >= kSeconds) return false;
     const window::DataFiles files(session.desktop.dataPath());
     EXPECT_EQ(files.game()["history"].size(), 1U) << "the pair is still taken";

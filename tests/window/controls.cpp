@@ -13,12 +13,12 @@
 namespace window {
 namespace {
 
-// From the middle of the window, where the plate lies, to the middles of its buttons.
+// Button centres, relative to the middle of the window, where the dialog is.
 constexpr Point kNo = {-100, 74};
 constexpr Point kYes = {100, 74};
 
-// How light the window is in its corner, where nothing but cloth ever is. Compares as false without a
-// picture.
+// The brightness of the window's corner, where only cloth is. NaN without a picture, so that comparisons are
+// false.
 double cornerLight(const Game& game) {
   constexpr int kSide = 8;
   const ui::CairoSurface picture = game.picture();
@@ -34,7 +34,7 @@ double cornerLight(const Game& game) {
 }  // namespace
 
 bool askBy(const Game& game, const std::function<void()>& act) {
-  // The question's veil takes most of the light there is.
+  // The dialog's veil takes most of the light.
   const double before = cornerLight(game);
   act();
   return waitFor([&] { return cornerLight(game) < before / 2; });
@@ -45,7 +45,8 @@ ui::Rect settingsControl(const Game& game,
                          const std::string& language) {
   const Size size = game.size();
   ui::Rect rect;
-  // Texts are measured, and whoever forks later to draw some must not have done so itself.
+  // In a process of its own, because it measures texts: a process that has used pango must not fork later to
+  // draw texts.
   const std::string bytes = support::inOwnProcess([&] {
     i18n::setLanguage(language);
     const ui::CairoSurface paper = support::makePicture(1, 1);

@@ -1,4 +1,4 @@
-// controls.h: where the player clicks on the lists' screens, and the questions that are asked there.
+// controls.h: where to click on the list screens, and how to answer their dialogs.
 #pragma once
 
 #include <functional>
@@ -9,17 +9,17 @@
 
 namespace window {
 
-// Does what makes the game ask, and waits until the question lies over the screen. False if none comes.
+// Calls `act` and waits until a dialog covers the screen. False if none comes.
 bool askBy(const Game& game, const std::function<void()>& act);
-// Where something of the settings lies in the window, in this language.
+// The window rectangle of a control of the settings screen in this language, without scrolling.
 ui::Rect settingsControl(const Game& game,
                          const std::function<ui::Rect(const screens::SettingsLayout&)>& control,
                          const std::string& language = "en");
-// Where the gallery's first card lies.
+// The window rectangle of the gallery's first card.
 ui::Rect firstCard(const Game& game);
-// Clicks on yes or no.
+// Clicks on the dialog's yes or no button.
 void answer(const Game& game, bool yes);
-// Says yes, and waits until the question is gone. False if it stays.
+// Clicks on yes and waits until the dialog is gone. False if it stays.
 bool confirm(const Game& game);
 
 }  // namespace window

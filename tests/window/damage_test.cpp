@@ -1,5 +1,5 @@
-// Whatever state the player's files are in, the real program starts, plays, answers at once and ends well.
-// Where rights matter it runs as a user who has few.
+// With damaged files of any kind the real program starts, plays, reacts and ends well. Tests of file
+// permissions run it as an unprivileged user.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ using window::Home;
 using window::Key;
 using window::writtenFile;
 
-// A game of level 1 in which four pairs were taken and a hint and a shuffle were asked for.
+// A game of level 1 with four pairs taken, one hint and one shuffle.
 store::SavedGame goodGame() {
   const std::vector<mj::Slot>& slots = mj::levelToConfig(1).slots;
   store::SavedGame saved = {.valid = true, .level = 1, .seed = 1, .game = mj::createGame(slots, 1)};
@@ -50,7 +50,7 @@ const std::string& goodSave() {
   return text;
 }
 
-// What matters of a game, to be compared across processes.
+// The relevant parts of a game as text, for comparison across processes.
 std::string textOf(const mj::GameState& game) {
   std::string text;
   for (const std::string& face : game.faces) text += face + ",";
@@ -62,8 +62,8 @@ std::string textOf(const mj::GameState& game) {
 
 mj::GameState freshGame() { return mj::createGame(mj::levelToConfig(1).slots, 1); }
 
-// A hint, a shuffle and an undo, as the keys ask for them at once. The tiles of a fresh game still fly in: it
-// gives no aid.
+// What the keys for hint, shuffle and undo do right after the start. In a fresh game the tiles are still
+// flying in and the keys do nothing.
 void playKeys(mj::GameState& game) {
   if (game == freshGame()) return;
   if (mj::findHint(game).first >= 0) ++game.hints;
@@ -76,10 +76,10 @@ std::string afterKeys(mj::GameState game) {
   return textOf(game);
 }
 
-// The program's run in this home: it is asked for a hint, a shuffle and an undo at once, and ended.
+// The result of one run: start, press the keys for hint, shuffle and undo at once, quit.
 struct Run {
   std::string errors;
-  std::string game;  // as it was saved
+  std::string game;  // the saved game, as textOf() gives it
 };
 
 Run playIn(Desktop& desktop, const Home& home) {
@@ -96,7 +96,7 @@ Run playIn(Desktop& desktop, const Home& home) {
 struct Damage {
   const char* name;
   std::function<void(const Home&)> make;
-  mj::GameState expected;  // on the table when the program has started
+  mj::GameState expected;  // on the table after the start
 };
 
 mj::GameState goodGameBut(const std::function<void(mj::GameState&)>& change) {
@@ -105,7 +105,7 @@ mj::GameState goodGameBut(const std::function<void(mj::GameState&)>& change) {
   return game;
 }
 
-// The good save with its first `from` replaced.
+// The good save with the first `from` replaced. Throws std::runtime_error if it has none.
 std::string saveWith(const std::string& from, const std::string& to) {
   std::string text = goodSave();
   const std::size_t at = text.find(from);
@@ -194,8 +194,7 @@ TEST(DamagedFiles, LoseNoMoreThanWhatIsDamaged) {
 
 // --- files that cannot be written or read ---
 
-// The program plays a fresh game on: a pair can be taken. It names these files as not written, and no others,
-// and ends well.
+// Expects a fresh game in which a pair can be taken, error messages for exactly these files, and a good end.
 void expectPlaysAFreshGame(const Home& home, const std::vector<std::string>& files,
                            const Environment& changes = {}) {
   Desktop desktop;

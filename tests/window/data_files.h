@@ -1,4 +1,4 @@
-// data_files.h: the player's files as the game has left them. Knows what makes them whole, not what they
+// data_files.h: reads the player's files as the game left them. Checks that they are whole, not what they
 // mean.
 #pragma once
 
@@ -11,8 +11,8 @@
 
 namespace window {
 
-// The documents in the game's directory, null where there is none. One that was cut off between the removal
-// of the old file and the renaming of the new one counts under its temporary name.
+// The documents in the game's directory; null if missing. If the game was killed between removing the old
+// file and renaming the new one, the temporary file is read.
 struct DataFiles {
   explicit DataFiles(const std::string& directory);
 
@@ -21,22 +21,22 @@ struct DataFiles {
   js::Value save;
   js::Value solves;
 
-  // The game that can be continued; null without one.
+  // The saved game; null if there is none.
   const js::Value& game() const { return save["current_mahjong"]; }
   bool hasGame() const { return game().kind == js::Value::Object; }
   int level() const { return progress["currentLevel"].asInt(1); }
   int totalSolves() const { return progress["totalSolves"].asInt(0); }
 };
 
-// Whether all that the directory holds is what it should be: documents, pictures, and nothing half written.
+// Whether the directory holds only what it should: documents and pictures, none of them half written.
 testing::AssertionResult areWhole(const std::string& directory);
 
-// The text of a file as the game writes it.
+// The contents of the file `name` after the game's own code wrote it.
 std::string writtenFile(const std::string& name, const std::function<void()>& write);
-// save.json of the first deal of level 1, a minute old, of which so many pairs are still to be taken.
+// A save.json: level 1, first deal, one minute played, this many pairs left.
 std::string savedGame(int pairsLeft);
-// solves.json of a player who has solved the levels up to this one, with pictures named "1_1.png", "2_1.png"
-// and so on; progress.json of one who has solved the first.
+// A solves.json of a player who has solved the levels up to `last`, with pictures "1_1.png", "2_1.png" and so
+// on. A progress.json of a player who has solved level 1.
 std::string solvedLevels(int last);
 std::string progressAfterLevel1();
 

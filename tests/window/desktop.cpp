@@ -20,12 +20,12 @@ constexpr unsigned kRightButton = 3;
 constexpr unsigned kWheelUp = 4;
 constexpr unsigned kWheelDown = 5;
 
-// Windows come and go while they are looked for; a request to one that is gone simply has no answer.
+// Windows may disappear while tests look for them. Requests to a missing window just get no answer.
 int ignoreError(Display* /*display*/, XErrorEvent* /*error*/) { return 0; }
 
 std::vector<std::string> serverCommand(Size screen) {
   const std::string mode = std::to_string(screen.w) + "x" + std::to_string(screen.h) + "x24";
-  // It takes the first free display and writes its number to standard output.
+  // Xvfb picks a free display and writes its number to standard output.
   return {"Xvfb", "-displayfd", "1", "-screen", "0", mode, "-nolisten", "tcp", "-noreset"};
 }
 
@@ -52,13 +52,13 @@ Environment environmentOn(const std::string& display, const std::string& home) {
                       {"SDL_VIDEODRIVER", "x11"},
                       {"SDL_AUDIODRIVER", "dummy"},
                       {"LIBGL_ALWAYS_SOFTWARE", "1"},
-                      {"LP_NUM_THREADS", "1"},  // as many tests as there are processors run beside it
-                      // In each new home Mesa would compile its shaders anew.
+                      {"LP_NUM_THREADS", "1"},  // other tests run on the remaining processors
+                      // Otherwise Mesa would compile its shaders anew in each new home.
                       {"MESA_SHADER_CACHE_DIR", VESKARA_SHADER_CACHE}});
   return environment;
 }
 
-// A property's values, each `Value` being what Xlib keeps one of them in.
+// The values of a window property. `Value` is the type that Xlib stores them in.
 template <class Value>
 std::vector<Value> property(Display* display, Window window, const char* name) {
   Atom type = 0;
@@ -86,7 +86,7 @@ bool isViewable(Display* display, Window window) {
   return XGetWindowAttributes(display, window, &attributes) != 0 && attributes.map_state == IsViewable;
 }
 
-// Tells whoever manages the windows, or the window itself.
+// Sends a client message to the window manager or to the window itself.
 void tell(Display* display, Window receiver, long mask, Window window, const char* message,
           const std::array<long, 4>& data) {
   XEvent event = {};
@@ -138,8 +138,8 @@ Desktop::Desktop(const std::string& keyboard, Size screen, const std::string& im
   if (keyboard != kLatinKeyboard) switchKeyboard(keyboard);
 }
 
-// A window manager that is still starting may take the display and yet forget the windows that ask to be
-// shown, so that it counts when it shows one.
+// A starting window manager may own the display and still miss windows that ask to be shown. So this waits
+// until it shows one.
 void Desktop::waitForWindowManager() {
   Display* display = connection->display;
   const bool taken = waitFor([this, display] {
@@ -164,14 +164,14 @@ void Desktop::switchKeyboard(const std::string& layout) const {
 }
 
 Desktop::Stroke Desktop::strokeOf(char character) const {
-  // A fresh connection, since Xlib remembers the keyboard it once saw.
+  // A new connection, because Xlib caches the keyboard layout.
   const Connection fresh(name);
   int least = 0;
   int most = 0;
   XDisplayKeycodes(fresh.display, &least, &most);
   for (const int level : {0, 1}) {
     for (int code = least; code <= most; ++code) {
-      // Keysyms begin with ASCII.
+      // For ASCII characters the keysym equals the character.
       const KeySym carried = XkbKeycodeToKeysym(fresh.display, static_cast<KeyCode>(code), 0, level);
       if (carried == static_cast<KeySym>(character)) return {static_cast<Key>(code), level == 1};
     }
@@ -196,7 +196,8 @@ Environment Desktop::environment() const {
   Environment environment = environmentOn(name, home.path());
 #ifdef __SANITIZE_ADDRESS__
   environment["LD_PRELOAD"] = VESKARA_KEEP_LIBRARIES;
-  // The second: the leak sanitizer now and then reads the thread variables of a thread that has just ended.
+  // The second option: the leak sanitizer sometimes reads thread-local variables of a thread that has just
+  // ended.
   environment["ASAN_OPTIONS"] += ":verify_asan_link_order=0:intercept_tls_get_addr=0";
 #endif
   return environment;
@@ -241,8 +242,8 @@ Game::Game(const std::vector<std::string>& command, Desktop& shownOn, const Envi
   if (window == 0) throw std::runtime_error("no window: " + child.output() + child.errors());
 }
 
-// SDL may open a second window in place of the first when it makes the renderer, so that one counts which is
-// there when the program has named its renderer.
+// While it creates the renderer, SDL may replace the window by a second one. So the window counts that exists
+// when the program has printed its renderer.
 bool Game::findWindow() {
   if (!child.output().ends_with('\n')) return false;
   Display* display = desktop.connection->display;
@@ -296,7 +297,7 @@ ui::CairoSurface Game::picture() const {
   ui::CairoSurface picture(cairo_image_surface_create(CAIRO_FORMAT_RGB24, now.w, now.h));
   unsigned char* pixels = cairo_image_surface_get_data(picture.get());
   const int stride = cairo_image_surface_get_stride(picture.get());
-  // 32 bits a pixel with red at the top: what a display of depth 24 has, and what cairo has.
+  // 32 bits per pixel with red in the high bits, as on a display of depth 24 and in cairo.
   for (int y = 0; y < now.h; ++y) {
     std::memcpy(pixels + y * stride, image->data + y * image->bytes_per_line,
                 static_cast<std::size_t>(4 * now.w));
@@ -395,12 +396,12 @@ void Game::dragRight(Key held, Point from, Point to) const {
 
 void Game::dragCorner(int dx, int dy) const {
   const Size now = size();
-  // With Alt held the right button grabs the nearest corner from anywhere inside.
+  // Openbox: Alt and the right button drag the nearest corner from anywhere in the window.
   const Point grip = {now.w * 9 / 10, now.h * 9 / 10};
   moveMouse(grip);
   desktop.connection->key(Key::LeftAlt, true);
   desktop.connection->button(kRightButton, true);
-  // A movement makes the window manager take the corner, the next ones move it.
+  // The first movement starts the drag, the next ones resize the window.
   int nudge = 0;
   waitFor([&] {
     nudge = 1 - nudge;

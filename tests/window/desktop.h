@@ -1,6 +1,6 @@
-// desktop.h: a display of the test's own with a window manager on it, and the game in a window there, driven
-// as a player drives it: by mouse and keys. Several may exist at once, also in parallel test programs.
-// Units: pixels; x right, y down.
+// desktop.h: an X display with a window manager, and the game in a window on it, driven by mouse and keys
+// like a player would. Several desktops may exist at once, also in parallel test programs. Units: pixels; x
+// right, y down.
 #pragma once
 
 #include <chrono>
@@ -30,19 +30,19 @@ struct Size {
 Size sizeOf(cairo_surface_t* picture);
 
 inline constexpr Size kScreen = {1280, 1024};
-// The game opens a smaller window there than its settings say: less to paint and to compare for whatever is
+// On this screen the game opens a smaller window than its settings ask for. That saves time in tests that are
 // not about sizes.
 inline constexpr Size kSmallScreen = {800, 600};
-// What the first start's settings say.
+// The window size in the settings of a first start.
 inline constexpr Size kFirstWindow = {1100, 760};
 inline constexpr Size kSmallestWindow = {640, 480};
 
 inline constexpr const char* kTitle = "Quenlock's Mahjong";
 
-// The layout that a display begins with.
+// The keyboard layout of a new display.
 inline constexpr const char* kLatinKeyboard = "us";
 
-// Keys by their place on the keyboard, named by what they carry on a Latin layout; the numbers are X's.
+// Keys by position, named after what they produce on a Latin layout. The numbers are X keycodes.
 enum class Key : unsigned {
   Escape = 9,
   Zero = 19,
@@ -65,9 +65,9 @@ enum class Key : unsigned {
   Down = 116,
 };
 
-// An X display of that size with a window manager, and a keyboard of that layout, named as setxkbmap names
-// it, with its variant in brackets. The window manager does to every window, as it shows it, what `imposed`
-// says in the words of an openbox rule. Throws std::runtime_error when they do not come up.
+// An X display of this size with a window manager and a keyboard layout. The layout has setxkbmap's name,
+// with a variant in brackets. `imposed` is the body of an openbox rule that the window manager applies to
+// every new window. The constructor throws std::runtime_error if something does not start.
 class Desktop {
  public:
   explicit Desktop(const std::string& keyboard = kLatinKeyboard, Size screen = kSmallScreen,
@@ -76,12 +76,12 @@ class Desktop {
   Desktop& operator=(const Desktop&) = delete;
   ~Desktop();
 
-  // For a program that is to run on it; its files go to a directory of this desktop's own.
+  // The environment for a program on this display. Its files go to this desktop's own directory.
   Environment environment() const;
-  // Where the game keeps the player's files, this one or all.
+  // The directory of the player's files, or one file in it.
   std::string dataPath(const std::string& file = "") const;
 
-  // While it lives no other program gets an answer from the display: whoever asks it waits.
+  // While this object lives, the display answers no other program: requests to it block.
   class Frozen {
    public:
     explicit Frozen(Desktop& desktop);
@@ -107,23 +107,23 @@ class Desktop {
 
   support::TempDir home;
   Child server;
-  std::string name;  // as DISPLAY names it
+  std::string name;  // as in DISPLAY
   Child windowManager;
   std::unique_ptr<Connection> connection;
 };
 
-// What has to change in the desktop's environment for a program into which this library is loaded first.
+// The changes to the desktop's environment that preload this library into a program.
 Environment preloading(const Desktop& desktop, const std::string& library);
 
-// The game under test in its window. Places are those of the window's inside.
+// The game under test in its window. Positions are relative to the inside of the window.
 class Game {
  public:
-  // Starts it and waits for its window, with `changes` made to the desktop's environment. Throws
-  // std::runtime_error, with what the program wrote, when no window comes.
+  // Starts the game with `changes` to the desktop's environment and waits for its window. Throws
+  // std::runtime_error with the program's output if no window comes.
   explicit Game(Desktop& shownOn, const std::vector<std::string>& arguments = {},
                 const Environment& changes = {});
-  // The same for another command that starts it, or for another program that writes a line once its window
-  // has this title.
+  // The same for another command that starts the game, or for another program. That must write a line when
+  // its window, with this title, is open.
   Game(const std::vector<std::string>& command, Desktop& shownOn, const Environment& changes,
        std::string windowTitle = kTitle);
 
@@ -133,9 +133,9 @@ class Game {
   Point position() const;  // of the inside, on the screen
   bool isMaximised() const;
   bool isFullscreen() const;
-  // Whether it asks the window manager to be shown past the compositor.
+  // Whether the window asks to bypass the compositor.
   bool bypassesCompositor() const;
-  // What the window shows now; null when it cannot be read, as while it changes its size.
+  // The window's current contents. Null if they cannot be read, for example while the window is resized.
   ui::CairoSurface picture() const;
 
   Point mouse() const;
@@ -143,29 +143,31 @@ class Game {
   void pressButton() const;  // the left one
   void releaseButton() const;
   void click(Point at) const;
-  // The second press comes so long after the first release by the display's clock, however slow the test is.
+  // `gap` is the time from the first release to the second press on the display's clock, however slow the
+  // test is.
   void doubleClick(Point at, std::chrono::milliseconds gap) const;
   void rightClick(Point at) const;
-  // One step, away from the user when positive.
+  // One step; positive is away from the user.
   void turnWheel(int direction) const;
   void type(Key key) const;
   void type(Key modifier, Key key) const;
-  // The key that carries this character on the desktop's keyboard, with Shift if it takes that; a letter that
-  // none carries by its place on a Latin keyboard. Throws std::runtime_error when there is none.
+  // Types this character on the desktop's keyboard, with Shift if needed. If a layout lacks the letters that
+  // the game uses, presses their keys of the Latin layout. Throws std::runtime_error if there is no key.
   void typeCharacter(char character) const;
   void typeCharacter(char character, Key modifier) const;
 
-  // Moves the mouse from one place to the other with the right button and this key held.
+  // Drags with the right mouse button while holding this key.
   void dragRight(Key held, Point from, Point to) const;
 
-  // Drags the window's lower right corner by so much with the mouse, as the window manager offers it.
+  // Drags the window's lower right corner by this much, using the window manager's mouse binding.
   void dragCorner(int dx, int dy) const;
-  // Asks the window manager for another place, and does not wait.
+  // Asks the window manager to move the window. Does not wait.
   void moveTo(Point place) const;
-  // The buttons of the title bar: each asks the window manager, or the program itself, and does not wait.
+  // The buttons of the title bar. Each sends the request to the window manager or to the program and does not
+  // wait.
   void setMaximised(bool maximised) const;
   void minimise() const;
-  // Brings a minimised window back, and does not wait.
+  // Restores a minimised window. Does not wait.
   void restore() const;
   void close() const;
 
@@ -179,7 +181,7 @@ class Game {
   unsigned long window = 0;
 };
 
-// The command that starts the program under test, and its arguments.
+// The command line that starts the program under test with these arguments.
 std::vector<std::string> gameCommand(const std::vector<std::string>& arguments);
 
 }  // namespace window

@@ -1,4 +1,4 @@
-// Every way in which the program can be told to end, and the status it ends with.
+// All ways to end the program from outside, and its exit status for each.
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ using window::Key;
 using window::Session;
 using window::waitFor;
 
-// Whether the process has been sent a signal that it has not yet taken.
+// Whether a signal was sent to the process but not yet delivered.
 bool hasPending(pid_t process, int signal) {
   std::ifstream lines("/proc/" + std::to_string(process) + "/status");
   for (std::string name; lines >> name;) {
@@ -26,8 +26,7 @@ bool hasPending(pid_t process, int signal) {
   return false;
 }
 
-// Two signals, the second sent when the first has been taken but the loop cannot end: the display answers
-// nobody.
+// Sends the second signal after the first was delivered, while the frozen display keeps the loop from ending.
 void expectEndAtOnce(int first, int second) {
   Session session;
   const Desktop::Frozen frozen(session.desktop);

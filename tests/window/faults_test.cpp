@@ -1,5 +1,5 @@
-// System calls that fail, disks that are full and directories that vanish under the running program: it plays
-// on, says what it could not write, and leaves every file as it was or as it should be.
+// Failing system calls, full disks and vanishing directories: the program plays on, reports what it could not
+// write, and leaves every file whole, old or new.
 
 #include <gtest/gtest.h>
 #include <sched.h>
@@ -44,11 +44,11 @@ struct Fault {
   const char* name;
   std::string calls;
   std::string error;
-  bool unfinished = false;  // new contents may be found under their temporary name
+  bool unfinished = false;  // new contents may remain under the temporary name
 };
 void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
 
-// A game that is about to be won by itself, its writing disturbed. `when` says which of the calls fail.
+// Runs a game that wins by itself while its file writes fail. `when` tells strace which calls fail.
 class Disturbed {
  public:
   Disturbed(const Fault& fault, const std::string& when) {
@@ -60,7 +60,7 @@ class Disturbed {
     command.emplace_back(VESKARA_PROGRAM);
     Game game(command, desktop, changes);
     EXPECT_TRUE(window::continueFromMenu(game));
-    // Last of all comes the record of the solve.
+    // The record of the solve is written last.
     EXPECT_TRUE(waitFor([&] { return says(game, failureOf(path("solves.json"))) || hasSolve(); }));
     quit(game);
     errors = game.process().errors();
@@ -73,7 +73,7 @@ class Disturbed {
     return errors.find(failureOf(path(file))) != std::string::npos;
   }
 
-  // The same player wins undisturbed.
+  // Lets the same player win again without faults.
   void winAgain() {
     writeFile(desktop.dataPath("save.json"), window::savedGame(2));
     Game game(desktop, {}, {{"VESKARA_AUTOPLAY", "0.02"}});
@@ -94,7 +94,7 @@ class Disturbed {
     std::vector<std::string> paths = {desktop.dataPath(), desktop.dataPath("solves")};
     for (const std::string& file : kDocuments) {
       paths.push_back(path(file) + ".tmp");
-      // To read a file is no part of writing it.
+      // save.json must stay readable for the game to start from it.
       if (file != "save.json") paths.push_back(path(file));
     }
     return paths;
@@ -180,7 +180,7 @@ TEST(FileSizeLimit, CostsThePictureButNotTheProgram) {
   EXPECT_EQ(files.level(), 2);
 }
 
-// A small disk of the test's own, for as long as it lives.
+// A disk of 256 KiB, mounted while the object lives. Needs the right to mount; see isThere().
 class SmallDisk {
  public:
   explicit SmallDisk(std::string place) : at(std::move(place)) {
@@ -226,9 +226,9 @@ TEST(FullDisk, IsSurvivedUntilThereIsRoomAgain) {
   EXPECT_TRUE(areWhole(desktop.dataPath()));
 }
 
-// --- directories that go and come back ---
+// --- directories that vanish and return ---
 
-// A game on the table, some pairs before its end.
+// A game on the table with five pairs left.
 struct GameInPlay {
   GameInPlay() {
     writeFile(data + "/save.json", window::savedGame(5));
@@ -236,7 +236,7 @@ struct GameInPlay {
     EXPECT_TRUE(window::continueFromMenu(*game));
   }
 
-  // Does what will be seen in the next save, and waits for that.
+  // Shuffles and waits until the next save contains the shuffle.
   bool savesAgain() const {
     const int before = shufflesSaved();
     game->type(Key::M);

@@ -1,5 +1,5 @@
-// home.h: the program and the player's files where a user of few rights can use them: for tests in which
-// rights matter, which root is not asked for.
+// home.h: a home directory and a copy of the program for a user without privileges. For tests of file
+// permissions, which do not apply to root.
 #pragma once
 
 #include <unistd.h>
@@ -32,7 +32,7 @@ class Home {
   void write(const std::string& file, const std::string& text) const {
     support::writeFile(data() + "/" + file, text);
   }
-  // Gives all of it away, as far as this user can.
+  // Gives this home to the user nobody. Does nothing unless the test runs as root.
   void giveToNobody() const {
     if (geteuid() != 0) return;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(dir.path("data")))
@@ -40,7 +40,8 @@ class Home {
     give(dir.path("data"));
     give(dir.path());
   }
-  // The program, run by that user. `before` is put before it, as another program that starts it.
+  // The command that runs the program as that user. `before` is an optional program that starts it, with its
+  // arguments.
   std::vector<std::string> command(const std::vector<std::string>& before = {}) const {
     std::vector<std::string> command;
     if (geteuid() == 0) {

@@ -1,4 +1,4 @@
-// Preloaded into the game under the leak sanitizer: no library is unloaded before the process ends, so that
-// what a library leaves behind is still held by its variables, or can be told by its name.
+// Preloaded into the game under the leak sanitizer. Keeps libraries loaded until the process ends: then
+// memory that a library keeps is still reachable, and leaks can be attributed to it by name.
 
 extern "C" int dlclose(void* /*library*/) { return 0; }

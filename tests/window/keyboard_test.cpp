@@ -1,4 +1,4 @@
-// Whole levels in a real window with keys alone, from the splash screen to the next level's table.
+// Plays whole levels in a real window by keyboard alone, from the splash screen to the next level's table.
 
 #include <gtest/gtest.h>
 
@@ -41,8 +41,8 @@ class KeysAlone : public testing::TestWithParam<int> {
     game = std::make_unique<window::Game>(desktop);
   }
 
-  // Whether the window comes to show this deal: a quarter of its tiles, for small ones are hard to tell
-  // apart.
+  // Whether the window shows this deal, now or after a while. A quarter of its tiles is enough: small tiles
+  // are hard to compare.
   bool shows(const window::Table& shown) const {
     const double enough = 0.25 * static_cast<double>(shown.game.slots.size());
     return waitFor([&] {
@@ -50,7 +50,7 @@ class KeysAlone : public testing::TestWithParam<int> {
       return picture && shown.tilesShownIn(picture.get()) > enough;
     });
   }
-  // The golden corners about a tile, where they begin.
+  // Looks for the golden corners around the tile.
   bool showsCursorOn(int tile) const {
     return waitFor([&] {
       const ui::CairoSurface picture = game->picture();
@@ -72,8 +72,8 @@ class KeysAlone : public testing::TestWithParam<int> {
     }
     return golden == 4;
   }
-  // Each of these is seen before the next: keys that come within two milliseconds SDL takes for one that is
-  // held. False where the cursor does not follow.
+  // Moves the cursor and waits for each step: SDL takes key presses within two milliseconds for a held key.
+  // False if the cursor does not follow.
   bool goTo(int tile) {
     static const std::map<Arrow, Key> kKeys = {
         {Arrow::Left, Key::Left}, {Arrow::Right, Key::Right}, {Arrow::Up, Key::Up}, {Arrow::Down, Key::Down}};
@@ -106,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(Level, KeysAlone, testing::Values(1, 20, 50, 91));
 TEST_P(KeysAlone, PlayALevelFromTheSplashScreenToTheNext) {
   game->type(Key::Return);
   ASSERT_TRUE(waitFor([&] { return window::isMenuShownIn(game->picture().get()); }));
-  // One that follows as fast is taken for one that was meant for the splash screen.
+  // A quick second press would count as meant for the splash screen.
   std::this_thread::sleep_for(std::chrono::milliseconds(400));
   game->type(Key::Return);
   ASSERT_TRUE(shows(table));

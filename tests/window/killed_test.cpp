@@ -1,6 +1,6 @@
-// The program is killed at random moments, again and again in one player's life, and each time goes on from
-// no more than five seconds of play before; and about the time of a win, which leaves the win or the game.
-// Ten kills of each kind; VESKARA_TEST_KILLS asks for another number.
+// Kills the program at random moments, again and again. After each kill the player loses at most five seconds
+// of play. After a kill around the time of a win, either the game or the win is kept. Ten kills of each kind,
+// or as many as VESKARA_TEST_KILLS says.
 
 #include <gtest/gtest.h>
 
@@ -36,13 +36,13 @@ using window::waitFor;
 
 using Milliseconds = std::chrono::milliseconds;
 
-constexpr int kPlayers = 2;  // each in a test of its own, so that they can run side by side
-// By the clock of the game.
+constexpr int kPlayers = 2;  // in separate tests, so that they can run in parallel
+// Seconds on the game's clock.
 constexpr double kBetweenSaves = 5;
-constexpr double kFrame = 0.25;  // the frame in which the time was up, and what the witness counts otherwise
-constexpr double kWinFade = 0.65;  // a game that is won is not saved any more
-constexpr double kPair = 0.32;     // a pair is not taken faster
-constexpr double kWon = 0.6;       // a pair that goes by itself is gone, however slow the frames are
+constexpr double kFrame = 0.25;    // the frame in which a save falls due, plus the witness's inaccuracy
+constexpr double kWinFade = 0.65;  // a won game is no longer saved
+constexpr double kPair = 0.32;     // least time to take a pair
+constexpr double kWon = 0.6;       // a pair taken automatically is gone by then, even with slow frames
 
 int killsPerPlayer() {
   const char* const wanted = std::getenv("VESKARA_TEST_KILLS");
@@ -60,7 +60,7 @@ bool isSameDeal(const Value& a, const Value& b) {
   return a["level"].n == b["level"].n && a["seed"].n == b["seed"].n;
 }
 
-// Whether one game may have become the other by playing on.
+// Whether playing on can lead from one game to the other.
 bool leadsTo(const Value& early, const Value& late) {
   const auto& before = early["history"].a;
   const auto& after = late["history"].a;
@@ -70,17 +70,18 @@ bool leadsTo(const Value& early, const Value& late) {
          early["elapsedMs"].n <= late["elapsedMs"].n;
 }
 
-// One life: from a start to the kill.
+// One life of the program: from its start to the kill.
 struct KilledLife {
   DataFiles before;
   DataFiles after;
-  bool played;  // it came to the table
+  bool played;  // reached the table
   double lost;  // seconds of play since the last save
 
   bool solved() const { return after.totalSolves() > before.totalSolves(); }
 };
 
-// As what of a win is written down: its progress, its best result, its game removed.
+// The moments at which to kill while a win is recorded: writing the progress, writing the best result,
+// clearing the saved game.
 const std::string kWritesOfAWin[] = {"1*progress.json", "2*progress.json", "1*save.json"};
 
 class KilledPlayer {
@@ -94,7 +95,7 @@ class KilledPlayer {
     return {before, DataFiles(desktop.dataPath()), !inStartUp, lost};
   }
 
-  // The last pair goes as soon as it lies on the table.
+  // With autoplay, the last pair goes as soon as the table is shown.
   KilledLife winOnce() {
     support::writeFile(desktop.dataPath("save.json"), window::savedGame(1));
     const DataFiles before = begin();
@@ -102,8 +103,8 @@ class KilledPlayer {
     if (moment < std::size(kWritesOfAWin)) {
       winAndDieAt(kWritesOfAWin[moment]);
     } else {
-      // A third of a second to the win, more than half a one to the Solved screen, and what comes before and
-      // after.
+      // Covers a third of a second to the win, over half a second to the Solved screen, and some time around
+      // that.
       playAndDie(1.2);
     }
     return {before, DataFiles(desktop.dataPath()), true, 0};
@@ -136,12 +137,13 @@ class KilledPlayer {
     expectKilled(game.process());
   }
 
-  // Within so many seconds of play.
+  // Kills the program at a random time within `most` seconds of play. Returns the seconds since its last
+  // save or, without one, since it reached the table.
   double playAndDie(double most) {
     Game game(desktop, {}, changes());
     EXPECT_TRUE(window::continueFromMenu(game));
     const double begun = testimonyIn(witnessPath()).played;
-    // By the game's clock, so that a slow machine plays no less.
+    // Measured on the game's clock, so that a slow machine plays just as much.
     const double moment = begun + most * upTo(1000) / 1000;
     EXPECT_TRUE(waitFor([&] { return testimonyIn(witnessPath()).played >= moment; }));
     std::this_thread::sleep_for(Milliseconds(upTo(50)));
@@ -238,7 +240,7 @@ TEST_P(Killed, AboutTheTimeOfAWinLeavesTheWinOrTheGame) {
               games);
 }
 
-// How the program is ended in the fade after the last pair.
+// A way to end the program in the fade after the last pair.
 struct Ending {
   const char* name;
   std::function<void(Game&)> act;

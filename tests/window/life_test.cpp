@@ -1,5 +1,5 @@
-// One player's whole life with the game, in the real program: from an empty home through won and unfinished
-// games to a fresh beginning. After each step the files are what they ought to be, to the last member.
+// One player's life with the real program: from an empty home through won and unfinished games to a reset.
+// After each step the files have exactly the expected contents.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -68,7 +68,7 @@ std::int64_t nowMs() {
 
 std::string unquoted(const std::string& text) { return text.substr(1, text.size() - 2); }
 
-// Where solves.json has this member of the record at this place.
+// The path in solves.json of this member of the record at this index.
 std::string inRecord(std::size_t place, const std::string& name) {
   return std::string("[").append(std::to_string(place)).append("].").append(name);
 }
@@ -77,7 +77,7 @@ mj::GameState dealt(int level) {
   return mj::createGame(mj::levelToConfig(level).slots, static_cast<std::uint32_t>(level));
 }
 
-// How often somebody shuffles who takes the first pair there is until all are gone.
+// How often a player shuffles on this level who always takes the first pair found.
 int shufflesOnLevel(int level) {
   mj::GameState game = dealt(level);
   while (!mj::isSolved(game)) {
@@ -91,7 +91,7 @@ int shufflesOnLevel(int level) {
   return game.shuffles;
 }
 
-// The picture of a solved board, drawn by hand.
+// The expected picture of a solved board.
 ui::CairoSurface portrait(int level) {
   constexpr int kSide = 640;
   const mj::TableTheme& theme = *mj::tableThemeForLevel(level);
@@ -106,17 +106,17 @@ ui::CairoSurface portrait(int level) {
   });
 }
 
-// Its chapters are told below, in their order.
+// The chapters run in the order of chapters().
 class Life : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(support::registerGlyphFont()); }
 
-  // The first sitting: the game is let play by itself.
+  // First sitting: the game plays by itself.
   void comesToTheMenu();
   void winsTheFirstLevel();
   void winsTheNextLevel();
   void goesBackToTheMenuAndQuits();
-  // The second: all by hand.
+  // Second sitting: everything by hand.
   void playsAndLeavesInTheMiddle();
   void goesOnWhereItWasLeft();
   void looksAtTheLevels();
@@ -142,8 +142,8 @@ class Life : public testing::Test {
   Members& settings() { return player.files.documents[kSettings]; }
 
   Player player;
-  std::vector<Members> solves;  // the records of won games, latest first
-  std::int64_t elapsedMs = 0;   // of the game that was left last
+  std::vector<Members> solves;  // records of won games, latest first
+  std::int64_t elapsedMs = 0;   // of the unfinished game
 };
 
 // --- the first sitting ---
@@ -168,7 +168,7 @@ void Life::winsTheNextLevel() {
   expectWin(2, startedAt);
 }
 
-// The game alone knows the time and the record's name; all else follows from the rules.
+// Only the game knows the time and the record's id. All else follows from the rules.
 void Life::expectWin(int level, std::int64_t startedAt) {
   ASSERT_TRUE(waitFor([&] {
     return window::readPlayerFiles(player.dataPath()).others.size() == solves.size() + 1 &&
@@ -203,7 +203,7 @@ void Life::expectWin(int level, std::int64_t startedAt) {
   }
   progress[".currentLevel"] = std::to_string(level + 1);
   progress[".totalSolves"] = std::to_string(level);
-  // It was saved while it was played.
+  // The game was saved during play and cleared by the win.
   player.files.documents[kSave] = window::kEmptyObject;
   EXPECT_TRUE(player.hasFiles());
 
@@ -241,7 +241,7 @@ void Life::expectSolvedScreen(int level) {
                                                   .timeMs = std::stoll(solves[0]["elapsedMs"]),
                                                   .tiles = mj::levelToConfig(level).tiles,
                                                   .shuffles = shufflesOnLevel(level)});
-  // Below the stars, which never rest.
+  // Below the stars, which keep moving.
   const screens::InfoLayout info = screens::infoLayout(layout.info, layout.starScale);
   for (const ui::Rect& rect : {info.headline, info.lines[0], info.lines[1], info.lines[2], info.lines[3]}) {
     EXPECT_TRUE(player.shows(wanted.get(), rect));
@@ -310,7 +310,7 @@ void Life::returnsToTheMenu() {
   EXPECT_TRUE(player.session().showsMenu());
 }
 
-// --- what was achieved ---
+// --- levels and gallery ---
 
 void Life::looksAtTheLevels() {
   EXPECT_TRUE(player.choose(MenuEntry::LevelSelect));
@@ -410,7 +410,7 @@ void Life::fillsTheScreenForAMoment() {
     EXPECT_TRUE(player.session().hasSize(size));
     EXPECT_EQ(player.game().isFullscreen(), size == kScreen);
     EXPECT_TRUE(player.hasFiles());
-    // The window has moved away under the pointer.
+    // The window has changed its place under the pointer.
     player.game().moveMouse({0, 0});
     EXPECT_TRUE(player.shows(kSettingsScreen)) << value;
   }
@@ -470,7 +470,7 @@ void Life::opensLinksAndReadsLicences() {
   EXPECT_TRUE(player.shows(kAbout));
 }
 
-// The minute is a real one.
+// Really waits a minute.
 void Life::fallsAsleepOverTheMenu() {
   using Clock = std::chrono::steady_clock;
   const Size size = player.game().size();
@@ -528,7 +528,7 @@ std::vector<Life::Chapter> Life::chapters() {
 TEST_F(Life, IsKeptInTheFiles) {
   for (const Chapter chapter : chapters()) {
     (this->*chapter)();
-    // The chapters that follow would wait in vain.
+    // The following chapters would only run into timeouts.
     if (HasFailure()) return;
   }
 }

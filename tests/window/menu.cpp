@@ -17,9 +17,9 @@ ui::Rect plaqueOf(MenuEntry entry, Size windowSize) {
   return screens::menuLayout(windowSize.w, windowSize.h).plaque(entry);
 }
 
-// Also of a plaque that glows a little under the pointer.
+// The tolerance covers a plaque that glows under the pointer.
 bool isGold(cairo_surface_t* picture, int x, int y) {
-  const std::uint32_t color = support::pixelAt(picture, x, y) & 0xFFFFFF;  // a window's pixels have no alpha
+  const std::uint32_t color = support::pixelAt(picture, x, y) & 0xFFFFFF;  // window pixels have no alpha
   return support::channelDifference(color, ui::palette::kGold) <= 16;
 }
 
@@ -29,7 +29,8 @@ Point middleOf(const ui::Rect& rect) {
   return {static_cast<int>(rect.x + rect.w / 2), static_cast<int>(rect.y + rect.h / 2)};
 }
 
-// The plaque is golden on both sides of its label, but for the shine that passes one of them at a time.
+// The plaque is golden on both sides of its label, except where the shine passes. That is on one side at a
+// time.
 bool isMenuShownIn(cairo_surface_t* picture) {
   if (picture == nullptr) return false;
   constexpr int kBesideLabel = 16;
@@ -45,7 +46,8 @@ bool continueFromMenu(const Game& game) {
 }
 
 bool chooseFromMenu(const Game& game, MenuEntry entry) {
-  // A window that changes its size while the program starts may have moved the plaque away under the click.
+  // The window may be resized while the program starts, which moves the plaque. So clicks again after each
+  // change of size.
   std::optional<Size> clicked;
   const bool gone = waitFor([&] {
     const ui::CairoSurface picture = game.picture();
@@ -56,7 +58,7 @@ bool chooseFromMenu(const Game& game, MenuEntry entry) {
     clicked = size;
     return false;
   });
-  // A click that follows as fast as the second of a double click would count as one.
+  // Waits, so that a following click does not count as a double click.
   constexpr std::chrono::milliseconds kDoubleClick{300};
   std::this_thread::sleep_for(kDoubleClick);
   return gone;

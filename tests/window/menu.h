@@ -1,4 +1,4 @@
-// menu.h: the way from the program's start to the table: past the splash screen and through the menu.
+// menu.h: gets from the start of the program past the splash screen and through the menu.
 #pragma once
 
 #include <cairo.h>
@@ -8,15 +8,16 @@
 
 namespace window {
 
-// Where to click for a control that lies there.
+// Where to click on this rectangle.
 Point middleOf(const ui::Rect& rect);
 
-// Whether the picture of the window shows the menu.
+// Whether the window's picture shows the menu; false if it is null.
 bool isMenuShownIn(cairo_surface_t* picture);
 
-// Clicks on this entry when the menu is there. False if the menu does not come, or does not go.
+// Waits for the menu, clicks on this entry and waits until the menu is gone. False if the menu does not come
+// or stays.
 bool chooseFromMenu(const Game& game, screens::MenuEntry entry);
-// Skips the splash screen, and chooses "continue".
+// Skips the splash screen and chooses "continue".
 bool continueFromMenu(const Game& game);
 
 }  // namespace window

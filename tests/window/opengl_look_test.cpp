@@ -1,5 +1,5 @@
-// What OpenGL makes of the screens: pictures with premultiplied pixels, which the software renderer of all
-// other pictures cannot blend.
+// The screens drawn with OpenGL, with premultiplied textures. The other picture tests use the software
+// renderer, which cannot blend those.
 
 #include <SDL.h>
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@
 
 namespace {
 
-// A display for SDL in this process.
+// Connects this process's SDL to a display.
 class ShownHere {
  public:
   ShownHere() {
@@ -40,7 +40,7 @@ class ShownHere {
   const window::Environment environment = desktop.environment();
 };
 
-// What a renderer shows of a state once it is reached.
+// What this renderer shows of a state.
 ui::CairoSurface shownBy(const char* renderer, const gallery::State& state) {
   const support::DataHome data;
   ui::Game::settings() = {};
@@ -57,7 +57,8 @@ ui::CairoSurface shownBy(const char* renderer, const gallery::State& state) {
 
 class OpenGlLook : public support::WithGlyphFont, public testing::WithParamInterface<const char*> {};
 
-// A board painted by the renderer and faded, tiles that glow, bursts below a light, a veil.
+// These states cover a board that is painted by the renderer and faded, glowing tiles, bursts under a light,
+// and a veil.
 INSTANTIATE_TEST_SUITE_P(Of, OpenGlLook, testing::Values("menu", "selected", "won", "paused"),
                          [](const auto& state) { return std::string(state.param); });
 
@@ -72,7 +73,7 @@ TEST_P(OpenGlLook, IsAsPainted) {
   EXPECT_TRUE(support::looksLikeInFewColors(picture.get(), std::string("opengl_") + GetParam()));
 }
 
-// The picture with each block of pixels in its mean colour.
+// The picture reduced to the mean colours of its 8 x 8 blocks.
 ui::CairoSurface inBlocks(cairo_surface_t* picture) {
   constexpr int kSide = 8;
   const int w = cairo_image_surface_get_width(picture) / kSide;
@@ -96,8 +97,8 @@ ui::CairoSurface inBlocks(cairo_surface_t* picture) {
   });
 }
 
-// But for the edges of what is scaled, such as the board behind the menu: the renderers do not sample alike,
-// and a pixel there may differ by much, a block by up to 10. Pixels that are blended wrongly are so all over.
+// Compares blocks, because the renderers sample scaled pictures differently, such as the board behind the
+// menu. At edges a pixel may differ much and a block by up to 10. Wrong blending would change all pixels.
 TEST(Renderers, ShowTheSame) {
   ASSERT_TRUE(support::registerGlyphFont());
   const ShownHere display;

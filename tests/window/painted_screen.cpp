@@ -15,12 +15,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Longer than any screen's opening.
+// Seconds; longer than any screen's opening animation.
 constexpr double kUntilRest = 5;
-// The window's renderer lays what is drawn over its cloth, and rounds anew.
+// The window's renderer blends the drawing over the cloth and rounds again.
 constexpr int kRounding = 2;
 
-// The game's screens, and what they look up once in a process, as the program under test has them.
+// Sets up what the screens look up once in a process, as it is in the program under test.
 void becomeGame(const std::string& dataHome) {
   for (const char* name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES", "TZ"}) unsetenv(name);
   setenv("LANG", cleanEnvironment("").at("LANG").c_str(), 1);

@@ -1,4 +1,4 @@
-// Level 1 played in a real window, once with Mesa's OpenGL and once with SDL's software renderer.
+// Plays level 1 in a real window, once with Mesa's OpenGL and once with SDL's software renderer.
 
 #include <gtest/gtest.h>
 
@@ -64,7 +64,7 @@ TEST_P(Playing, TheBoardIsZoomedAndPannedAndComesBackAsItWas) {
   ui::BoardOpts& view = session.table.view;
   const Point hand = {kFirstWindow.w / 2 - 120, kFirstWindow.h / 2 - 60};
   session.game.moveMouse(hand);
-  // What lies under the hand stays there when it turns the wheel.
+  // The wheel zooms about the pointer.
   const auto turnWheel = [&] {
     const ui::Rect board = screens::playingLayout(kFirstWindow.w, kFirstWindow.h).board;
     const ui::BoardView before(board, view);
@@ -83,7 +83,7 @@ TEST_P(Playing, TheBoardIsZoomedAndPannedAndComesBackAsItWas) {
   view.zoom = 1.25;
   EXPECT_TRUE(session.showsTable());
 
-  // The hand that holds the board turns the wheel: when that shows, the grip has been taken.
+  // Turns the wheel while the button holds the board. When the zoom shows, the press has been handled.
   session.game.pressButton();
   turnWheel();
   EXPECT_TRUE(session.showsTable());

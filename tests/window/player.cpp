@@ -11,7 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr Size kDialog = {420, 230};
-constexpr double kDialogCorner = 16;  // round: the screen below is seen there
+constexpr double kDialogCorner = 16;  // leaves out the round corners, where the screen below shows
 
 }  // namespace
 
@@ -20,7 +20,7 @@ void Player::sitDown(const Environment& changes) {
   sitting = sitting ? std::make_unique<Session>(*sitting, setup) : std::make_unique<Session>(setup);
 }
 
-// The window's texts are compared with some that are painted here: with the same fonts.
+// The tests paint texts to compare with the window's, so the program uses the same fonts.
 Environment Player::environment() const {
   const std::string opener =
       desk.makeFile("bin/xdg-open", "#!/bin/sh\nprintf '%s\\n' \"$@\" >>'" + desk.path("opened") + "'\n");

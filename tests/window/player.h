@@ -1,6 +1,5 @@
-// player.h: somebody who plays the real game over as many sittings as it takes, with files that begin empty
-// and with an opener of web links that only writes down what it was asked for. Whatever is asked of the
-// window or of the files is waited for.
+// player.h: a player of the real game over several sittings. Starts without files. Links go to a fake opener
+// that only records them. Checks of the window and the files wait until they are true.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,31 +16,30 @@ namespace window {
 
 class Player {
  public:
-  // Starts the program, at first and once more when it has ended. The window shows what the program begins
-  // with.
+  // Starts the program, or starts it again after it has ended. The window shows the program's first screen.
   void sitDown(const Environment& changes = {});
 
   Session& session() { return *sitting; }
   const Game& game() const { return sitting->game; }
   std::string dataPath(const std::string& file = "") const { return sitting->desktop.dataPath(file); }
 
-  // Goes from the menu through one of its entries. False if the menu is not there, or stays.
+  // Goes from the menu through this entry. False if the menu does not come or stays.
   bool choose(screens::MenuEntry entry) const { return chooseFromMenu(game(), entry); }
-  // What surely belongs to a question that lies over the screen.
+  // The part of the window that an open dialog surely covers.
   ui::Rect question() const;
 
-  // What the window ought to show of this screen, with the pointer where it is and the files as they are.
+  // How the window should show this screen, with the current pointer and files.
   ui::CairoSurface painted(const ui::GameState& descriptor, const Act& act = {}) const;
-  // Whether it comes to show that.
+  // Whether the window shows that, now or after a while.
   testing::AssertionResult shows(const ui::GameState& descriptor, const Act& act = {}) const;
-  // Whether it comes to show the same as `wanted` in this rectangle.
+  // Whether the window matches `wanted` in this rectangle, now or after a while.
   testing::AssertionResult shows(cairo_surface_t* wanted, const ui::Rect& rect) const;
-  // Whether the files come to be `files`.
+  // Whether the files equal `files`, now or after a while.
   testing::AssertionResult hasFiles() const;
-  // What they ought to be.
+  // The expected files.
   PlayerFiles files;
 
-  // The addresses that were to be opened, each on a line.
+  // The addresses that the game asked to open, one per line.
   std::string opened() const { return support::readAll(desk.path("opened")); }
 
  private:

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// As lines; a whole file that is merely there is one line.
+// One line per scalar; one line for each file that is not a document.
 std::set<std::string> linesOf(const PlayerFiles& files) {
   std::set<std::string> lines = files.others;
   for (const auto& [name, members] : files.documents) {
@@ -89,7 +89,7 @@ Members savedMembers(const mj::GameState& game, int level, std::uint32_t deal) {
   return members;
 }
 
-// Files may come and go meanwhile.
+// Files may appear or disappear meanwhile.
 PlayerFiles readPlayerFiles(const std::string& dataDir) {
   PlayerFiles files;
   std::error_code gone;

@@ -1,5 +1,5 @@
-// player_files.h: the player's files as another program sees them: which there are, what they hold, and which
-// of them somebody writes.
+// player_files.h: the player's files as another program sees them: which exist, what they contain, and which
+// of them are written.
 #pragma once
 
 #include <cstdint>
@@ -13,48 +13,51 @@
 
 namespace window {
 
-// The scalars of a JSON document by their paths, each as JSON writes it: ".bests.1.stars" is "3". An empty
-// object or array counts as one; at the top its path is empty.
+// The scalars of a JSON document by path, in JSON notation: ".bests.1.stars" is "3". An empty object or array
+// counts as a scalar. The path of the top value is empty.
 using Members = std::map<std::string, std::string>;
 inline const Members kEmptyObject = {{"", "{}"}};
 inline const Members kEmptyArray = {{"", "[]"}};
 
-// Read by a reader that is not the game's. What cannot be read has the reader's complaint as its only member.
+// Reads the file with Python's JSON parser. If that fails, the only member is the error message, with an
+// empty path.
 Members membersOf(const std::string& file);
 
-// A text as JSON writes it, if nothing in it has to be escaped.
+// The text in JSON notation. It must need no escapes.
 std::string quoted(const std::string& text);
 
-// Takes a whole number out of them. Without one the test fails, and it counts as 0.
+// Removes a whole number from the members and returns it. If it is missing, fails the test and returns 0.
 std::int64_t takeNumber(Members& members, const std::string& path);
 
-// What settings.json holds before the player has changed anything, while the window is at this place.
+// The settings.json of a player who has changed nothing, with the window at this place.
 Members firstSettings(Point place);
-// What save.json holds of this game, but for its two times.
+// The save.json of this game, without its two times.
 Members savedMembers(const mj::GameState& game, int level, std::uint32_t deal);
 
 struct PlayerFiles {
   std::map<std::string, Members> documents;  // by name, such as "save.json"
-  std::set<std::string> others;              // by their paths, such as "solves/a.png"
+  std::set<std::string> others;              // by path, such as "solves/a.png"
 
   bool operator==(const PlayerFiles&) const = default;
 };
 PlayerFiles readPlayerFiles(const std::string& dataDir);
-// For a failed test: each scalar that one of them alone holds.
+// For failure messages: each scalar that only one of the two contains.
 std::string differences(const PlayerFiles& seen, const PlayerFiles& expected);
 
-// Listens for what happens to the player's files, from its own beginning on.
+// Watches the player's files from its construction on.
 class FileWatch {
  public:
-  // Both the directory and its "solves" must be there. Throws std::runtime_error where nobody can listen.
+  // Both `dataDir` and its subdirectory "solves" must exist. Throws std::runtime_error if they cannot be
+  // watched.
   explicit FileWatch(const std::string& dataDir);
   FileWatch(const FileWatch&) = delete;
   FileWatch& operator=(const FileWatch&) = delete;
   ~FileWatch();
 
-  // The names of what was made, written, renamed to or deleted since it was asked last, once for each time.
+  // The names of files created, written, renamed or deleted since the last call, once per event.
   std::vector<std::string> touched();
-  // Of these the ones that were put in place whole: a document once for each time it is written.
+  // The names of the files renamed into place since the last call: a document once each time it is written.
+  // Both functions empty the same queue of events.
   std::vector<std::string> replaced();
 
  private:

@@ -1,4 +1,4 @@
-// What SDL may refuse to the starting program, and where it opens its window.
+// What happens if SDL refuses a window or a renderer, and where the first window opens.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ TEST_P(Refused, EndsTheProgramWithAMessage) {
 }
 
 TEST(FirstWindow, StandsInTheMiddleOfTheScreen) {
-  // What the window manager's frame may move it by.
+  // How far the window manager's frame may shift the window.
   constexpr int kFrame = 30;
   const Session session({.screen = kScreen, .toTable = false});
   ASSERT_TRUE(session.hasSize(kFirstWindow));

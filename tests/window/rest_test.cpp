@@ -1,4 +1,4 @@
-// A window that nobody touches: screens at rest show no frames and ask nothing of the display.
+// A window that nobody touches: screens at rest present no frames and send nothing to the display.
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ class Rest : public testing::TestWithParam<Renderer> {
   }
 
   static int frames() { return window::testimonyIn(witness()).frames; }
-  // Times that the program wrote anything: to the display, for nothing is saved here.
+  // The program's write calls so far. At rest these can only go to the display, as nothing is saved.
   long writes() {
     std::ifstream file("/proc/" + std::to_string(session.game.process().pid()) + "/io");
     std::string name;
@@ -41,7 +41,7 @@ class Rest : public testing::TestWithParam<Renderer> {
     while (file >> name >> value && name != "syscw:") continue;
     return value;
   }
-  // Until what the last input brought about is shown.
+  // Waits until no new frame appears for 0.3 seconds. False if frames keep coming.
   static bool comesToRest() {
     return window::waitFor([] {
       const int before = frames();
@@ -80,7 +80,7 @@ TEST_P(Rest, ShowsNoFramesAndAsksNothingOfTheDisplay) {
 TEST_P(Rest, InPlayShowsTheClockAndNothingElse) {
   ASSERT_TRUE(window::continueFromMenu(session.game));
   ASSERT_TRUE(session.showsTable());
-  // The flash at the end of the fly-in passes.
+  // Lets the flash after the fly-in pass.
   std::this_thread::sleep_for(std::chrono::seconds(2));
   const int shown = frames();
   std::this_thread::sleep_for(std::chrono::seconds(3));

@@ -1,4 +1,4 @@
-// What the player did and chose outlives the program, whichever way it ends.
+// The player's actions and settings outlive the program, however it ends.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -144,7 +144,7 @@ TEST(CommandLine, ChoiceOfTheWindowLastsToTheNextStart) {
   EXPECT_TRUE(Session(third, {}).hasSize(kFirstWindow));
 }
 
-// --- the files, as another reader of JSON sees them ---
+// --- the files, read with another JSON parser ---
 
 TEST(SettingsFile, HoldsItsTenMembers) {
   Session session({.screen = kScreen});

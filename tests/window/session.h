@@ -1,5 +1,5 @@
-// session.h: a test's player: the real game in its window, beside the table as it ought to be when the player
-// has chosen to continue. Whatever is asked of the window is waited for.
+// session.h: the real game in its window, beside a model of the table as it should look after the player has
+// chosen "continue". Checks of the window wait until they are true.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,32 +17,32 @@
 
 namespace window {
 
-// For a machine without OpenGL: the accelerated renderer cannot be made there.
+// Makes SDL's OpenGL renderer fail, as on a machine without OpenGL.
 inline const Environment kNoOpenGl = {
     {"SDL_OPENGL_LIBRARY", "/none"}, {"SDL_VIDEO_GL_DRIVER", "/none"}, {"SDL_VIDEO_EGL_DRIVER", "/none"}};
 
-// Ends the program by its key, and expects that it ends well.
+// Presses Ctrl+Q and expects exit status 0.
 inline void quit(Game& game) {
   game.type(Key::LeftControl, Key::Q);
   EXPECT_EQ(game.process().waitForEnd(), 0) << game.process().errors();
 }
 
-// How a session differs from the usual one.
+// Options of a session.
 struct Setup {
   std::vector<std::string> arguments = {};
   Environment environment = {};
   std::string keyboard = kLatinKeyboard;
   Size screen = kSmallScreen;
-  std::string preload = {};  // a library that is loaded into the program first
-  bool toTable = true;  // goes on from the menu at once; otherwise the test sees the program as it starts
+  std::string preload = {};  // a library to preload into the program
+  bool toTable = true;       // whether to continue from the menu at once
 };
 
 class Session {
  public:
   explicit Session(const Setup& setup = {})
       : Session(std::make_shared<Desktop>(setup.keyboard, setup.screen), setup, Table()) {}
-  // The game started once more where an earlier one has ended, with its files; it ought to show the table as
-  // it was left.
+  // Starts the game again with the files of an earlier session that has ended. It should show the table as it
+  // was left, without zoom.
   Session(const Session& earlier, const Setup& setup) : Session(earlier.place, setup, earlier.table) {
     table.view = {};
   }
@@ -52,7 +52,7 @@ class Session {
   Game game;
   Table table;
 
-  // Whether the window comes to show the table, but for the tiles in `except`.
+  // Whether the window shows the table, now or after a while, ignoring the tiles in `except`.
   testing::AssertionResult showsTable(const std::set<int>& except = {}) const {
     testing::AssertionResult result = testing::AssertionFailure();
     waitFor([&] { return static_cast<bool>(result = table.isShownIn(game.picture().get(), except)); });
@@ -69,7 +69,7 @@ class Session {
     return testing::AssertionFailure() << "it is " << game.size().w << " x " << game.size().h;
   }
 
-  // Whether the program ends by itself, and with this status.
+  // Whether the program ends by itself with this status.
   testing::AssertionResult endsWith(int status) {
     const std::optional<int> seen = game.process().waitForEnd();
     if (seen == status) return testing::AssertionSuccess();
@@ -78,7 +78,7 @@ class Session {
   }
 
   void tap(int tile) const { game.click(table.spotOn(tile, game.size())); }
-  // Takes a pair by two clicks, in the window and on the table.
+  // Takes a pair with two clicks, in the window and in the model.
   void takePair() {
     ASSERT_TRUE(showsTable());
     const auto [a, b] = table.pair();
@@ -89,8 +89,8 @@ class Session {
     EXPECT_TRUE(showsTable());
   }
 
-  // Lets the game take all input sent so far, however little is to be seen of it: it is paused, which shows,
-  // and goes on. False if the pause does not hide the board.
+  // Makes sure that the game has handled all input so far, even input without a visible effect: pauses, waits
+  // until the board is hidden, and continues. False if the board is not hidden or does not come back.
   bool pauseAndGoOn(const std::set<int>& except = {}) {
     game.type(Key::Space);
     const bool hidden = waitFor([this] { return table.isHiddenIn(game.picture().get()); });

@@ -1,4 +1,4 @@
-// Signals at every stage of the program's life: it ends as it should, the game is kept, the files are whole.
+// Signals at every stage of the program's life: it ends properly, keeps the game and leaves whole files.
 
 #include <gtest/gtest.h>
 
@@ -34,13 +34,13 @@ using window::Session;
 using window::settingsControl;
 using window::waitFor;
 
-// --- before the window is there ---
+// --- before the window exists ---
 
-// A start in which signals come as the program makes certain calls.
+// A start during which signals arrive at certain system calls.
 struct Start {
   const char* stage;
   std::string calls;
-  std::string path;  // of the calls that count; empty for all of them
+  std::string path;  // only calls on this path count; empty for all
   int signal;
   std::string when = "1";
 };
@@ -51,7 +51,7 @@ class Starting : public testing::Test {
     if (!window::canTrace()) GTEST_SKIP() << "strace may not trace here";
   }
 
-  // The status with which it ends.
+  // The exit status of this start.
   std::optional<int> statusOf(const Start& start) {
     std::vector<std::string> options =
         window::injection(start.calls, "signal=" + std::to_string(start.signal) + ":when=" + start.when);
@@ -93,7 +93,8 @@ TEST_F(Starting, EndsInOrderAsSoonAsAFrameWasShown) {
 }
 
 TEST_F(Starting, EndsAtOnceOnASecondSignal) {
-  // Both come before the window: the first as the display is asked for, the other on the way to it.
+  // Both signals arrive before the window exists: the first when the program connects to the display, the
+  // second soon after.
   EXPECT_EQ(statusOf({"two", "connect,mkdir", "", SIGINT, "1..3"}), 128 + SIGINT);
   EXPECT_FALSE(fs::exists(desktop.dataPath("settings.json")));
 }
@@ -137,7 +138,7 @@ TEST(Signal, InAPauseKeepsTheGame) {
   expectFreshGameKept(session);
 }
 
-// --- while a question is asked ---
+// --- while a dialog is open ---
 
 std::shared_ptr<Desktop> deskOfAWinner() {
   // Large enough to show all settings without scrolling.
@@ -148,7 +149,7 @@ std::shared_ptr<Desktop> deskOfAWinner() {
   return desk;
 }
 
-// A winner's game, on the menu's way through this entry.
+// A winner's game that has gone from the menu through this entry.
 struct Visit {
   explicit Visit(MenuEntry entry) : game(*desk) {
     game.type(Key::Space);
@@ -183,7 +184,7 @@ TEST(Signal, AsADeletionIsAskedForDeletesNothing) {
 
 // --- while a picture is written ---
 
-// A game about to be won by itself, and the signals that come as the picture is put in its place.
+// A game about to win by itself, and the signals raised when its picture is renamed into place.
 struct Winning {
   explicit Winning(const std::string& signals) {
     writeFile(desktop.dataPath("save.json"), window::savedGame(2));
@@ -221,7 +222,7 @@ TEST(Signal, AsAPictureIsWrittenTwiceEndsAtOnceWithTheResultKept) {
   EXPECT_EQ(files.solves.size(), 0U);
 }
 
-// --- streams that nobody holds ---
+// --- closed streams ---
 
 TEST(ClosedStreams, AreNotTakenForTheDisplay) {
   Desktop desktop;
@@ -235,7 +236,7 @@ TEST(ClosedStreams, AreNotTakenForTheDisplay) {
 
 TEST(ClosedStreams, MayHaveLostTheirReader) {
   Desktop desktop;
-  // The statistics go to somebody who has gone.
+  // Standard error is a pipe whose reader has gone.
   Game game({"bash", "-c", std::string("exec ") + VESKARA_PROGRAM + " 2> >(true)"}, desktop,
             {{"VESKARA_STATS", "1"}});
   EXPECT_TRUE(window::continueFromMenu(game));

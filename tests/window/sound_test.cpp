@@ -1,4 +1,4 @@
-// The real program is heard, or plays on in silence.
+// The real program plays sound, or plays on in silence if it cannot.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,7 +22,7 @@ using window::Environment;
 using window::Session;
 using window::waitFor;
 
-// Where SDL writes what would be heard: 16-bit samples.
+// The file in which SDL's disk driver records the sound as 16-bit samples.
 std::string recordingIn(const support::TempDir& dir) { return dir.path("heard.raw"); }
 Environment recorder(const support::TempDir& dir) {
   return {{"SDL_AUDIODRIVER", "disk"}, {"SDL_DISKAUDIOFILE", recordingIn(dir)}};
@@ -37,14 +37,14 @@ int loudestIn(const std::string& recording) {
   return loudest;
 }
 
-// So many seconds of stereo sound.
+// Whether the recording holds at least this many seconds of stereo sound.
 bool lasts(const std::string& recording, double seconds) {
   std::error_code ignored;
   const auto size = fs::file_size(recording, ignored);
   return !ignored && static_cast<double>(size) >= seconds * 44100 * 2 * sizeof(std::int16_t);
 }
 
-// Lines that the game itself wrote on standard error; SDL tells of its recorder there.
+// The number of lines that the game itself wrote to standard error. SDL reports its disk driver there, too.
 int messages(Session& session) {
   std::istringstream errors(session.game.process().errors());
   int count = 0;

@@ -1,4 +1,4 @@
-// How the program starts: its command line, its environment, and what it says when something is missing.
+// How the program starts: its command line, its environment, and its messages if something is missing.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -39,7 +39,7 @@ constexpr const char* kHelpText =
     "  --fullscreen im Vollbild starten\n"
     "  --windowed   im Fenster starten\n";
 
-// A run where there is no display at all.
+// A run without a display.
 struct Unseen {
   explicit Unseen(const std::vector<std::string>& arguments, const Environment& changes = {})
       : child(gameCommand(arguments), window::changed(cleanEnvironment(home.path()), changes)) {}
@@ -127,9 +127,9 @@ TEST(Display, IsUsedWithoutOpenGlToo) {
   }));
 }
 
-// --- the desktop around it ---
+// --- the desktop ---
 
-// A window that is maximised at first, and what is remembered of it.
+// A window that is maximised at first, and the settings it leaves.
 class MaximisedWindow : public testing::Test {
  protected:
   void SetUp() override {
@@ -171,11 +171,10 @@ TEST_F(MaximisedWindow, IsMaximisedAgainAfterItWasMinimised) {
   EXPECT_EQ(settingsAfterwards().at(".maximized"), "true");
 }
 
-// A window whose manager imposes something on it as it shows it, where its place is known from an earlier run
-// and where it is not.
+// A window manager that changes the window as it appears, with and without a position in the settings.
 class ImposedOnWindow : public testing::TestWithParam<const char*> {
  protected:
-  // Shows the menu in it, and ends.
+  // Runs the program until the menu shows, then quits.
   void run(const std::string& imposed) {
     window::Desktop desktop(window::kLatinKeyboard, kScreen, imposed);
     support::writeFile(desktop.dataPath("settings.json"), GetParam());
@@ -261,14 +260,14 @@ TEST_P(Keyboard, HasAllKeysOfTheGame) {
   session.game.typeCharacter('u');
   mj::undo(game);
   ASSERT_TRUE(session.showsTable()) << "u";
-  // Not before: until the last tiles have come to rest an aid is not given.
+  // Only now: hints and shuffles are refused until the tiles have flown in.
   session.game.typeCharacter('m');
   mj::shuffleBoard(game);
   ASSERT_TRUE(session.showsTable()) << "m";
   const int free = session.table.pair().first;
   session.tap(free);
   EXPECT_TRUE(session.showsSelected(free));
-  session.game.typeCharacter('h');  // a hint unselects
+  session.game.typeCharacter('h');  // a hint clears the selection
   ASSERT_TRUE(session.showsTable()) << "h";
 
   session.game.typeCharacter('q', Key::LeftControl);

@@ -1,5 +1,5 @@
-// The program in surroundings that nobody would choose: strange homes, foreign and hostile files, enormous
-// variables. It plays and ends well, and nothing is written but its own files.
+// The program in unusual surroundings: strange homes, hostile files, enormous variables. It plays and ends
+// well, and writes only its own files.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ constexpr std::size_t kEnormous = 100'000;
 
 using Command = std::vector<std::string>;
 
-// Starts the game, goes to the table, and ends it. What it said on standard error.
+// Starts the game, goes to the table and quits. Returns the program's standard error.
 std::string playAndQuit(const Command& command, Desktop& desktop, const Environment& changes = {}) {
   Game game(command, desktop, changes);
   EXPECT_TRUE(window::continueFromMenu(game));
@@ -65,7 +65,7 @@ void deleteFirstCard(const Game& game) {
 
 // --- homes ---
 
-// The game started in a directory with some variables unset.
+// A command that starts the game in this directory without these variables.
 Command startedIn(const std::string& directory, const std::vector<std::string>& unset) {
   Command command = {"env", "-C", directory};
   for (const std::string& name : unset) command.insert(command.end(), {"-u", name});
@@ -79,7 +79,7 @@ std::set<std::string> namesIn(const std::string& directory) {
   return names;
 }
 
-// Whether the player's files lie below `data` and the font below `cache`.
+// Expects the player's files below `data` and the font below `cache`.
 void expectFilesBelow(const std::string& data, const std::string& cache) {
   EXPECT_TRUE(areWhole(data + "/veskara"));
   EXPECT_TRUE(DataFiles(data + "/veskara").hasGame());
@@ -145,7 +145,7 @@ TEST(Variable, OfAHundredThousandBytesDoesNoHarm) {
   for (const char* name : {"LANG", "LANGUAGE", "VESKARA_AUTOPLAY", "VESKARA_ASSET_DIR", "APPDIR", "SNAP"}) {
     changes[name] = std::string(kEnormous, 'x');
   }
-  // Only fontconfig complains, of the language.
+  // Only fontconfig complains, about the language. The game's own messages would begin with "[".
   EXPECT_THAT(playAndQuit(desktop, changes), Not(ContainsRegex("^\\[|\n\\[")));
   EXPECT_TRUE(DataFiles(desktop.dataPath()).hasGame());
 }
@@ -161,7 +161,7 @@ TEST(Variable, OfAHundredThousandBytesNamesNoDirectory) {
   }
 }
 
-// --- what lies where the program's files ought to be ---
+// --- hostile files in the places of the program's own ---
 
 void makePipe(const std::string& path) {
   fs::create_directories(fs::path(path).parent_path());
@@ -183,7 +183,7 @@ TEST(Pipe, InPlaceOfAFileIsNotWaitedFor) {
   EXPECT_FALSE(fs::exists(desktop.dataPath("save.json.tmp")));
 }
 
-// A start that finds something hostile in place of half of the assets.
+// A start that finds hostile files in place of half of the assets.
 TEST(AssetOverride, ThatIsHostileDoesNoHarm) {
   const std::string music = readAll(std::string(VESKARA_ASSETS) + "/audio/bgm_calm.ogg");
   const std::string effect = readAll(std::string(VESKARA_ASSETS) + "/audio/sfx_tile.ogg");
@@ -192,7 +192,7 @@ TEST(AssetOverride, ThatIsHostileDoesNoHarm) {
                 [n = 1U]() mutable { return static_cast<char>(n = n * 69069 + 1); });
   const TempDir dir;
   dir.makeFile("assets/audio/bgm_calm.ogg", music.substr(0, music.size() / 2));
-  // Half of such a small file are its headers.
+  // In such a small file the headers are the first half.
   dir.makeFile("assets/audio/sfx_tile.ogg", effect.substr(0, effect.size() * 3 / 4));
   dir.makeFile("assets/audio/sfx_click.ogg", "");
   dir.makeDir("assets/audio/sfx_place.ogg");
@@ -207,7 +207,7 @@ TEST(AssetOverride, ThatIsHostileDoesNoHarm) {
   EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 2) << errors;
 }
 
-// --- pictures of solved boards that are none ---
+// --- files that are not pictures of solved boards ---
 
 std::string pngHeaderOfWidth(std::uint32_t width) {
   std::string png("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", 16);
@@ -237,7 +237,7 @@ const Shot kShots[] = {
     {"a device", [](const std::string& path) { fs::create_symlink("/dev/zero", path); }},
 };
 
-// The gallery draws the boards themselves, deletes the records, and goes on.
+// The gallery draws the boards instead, deletes the records and keeps working.
 TEST(Picture, ThatIsNoneIsDrawnAndDeletedLikeAnother) {
   Desktop desktop;
   fs::create_directories(desktop.dataPath("solves"));
@@ -255,7 +255,7 @@ TEST(Picture, ThatIsNoneIsDrawnAndDeletedLikeAnother) {
     deleteFirstCard(game);
     const std::size_t left = std::size(kShots) - i - 1;
     EXPECT_TRUE(waitFor([&] { return DataFiles(desktop.dataPath()).solves.size() == left; }));
-    // A directory is no picture of the game's, and stays.
+    // A directory is not a picture of the game's and is not deleted.
     if (fs::is_directory(fs::symlink_status(shotPath(i)))) continue;
     EXPECT_TRUE(waitFor([&] { return !fs::exists(fs::symlink_status(shotPath(i))); }));
   }
@@ -263,18 +263,18 @@ TEST(Picture, ThatIsNoneIsDrawnAndDeletedLikeAnother) {
   EXPECT_EQ(game.process().errors(), "");
 }
 
-// --- what is written ---
+// --- which files are written ---
 
-// The calls that make, write, rename or delete something, or change whose it is.
+// The calls that create, write, rename or delete a file or change its attributes.
 constexpr const char* kChanges =
     "trace=open,openat,openat2,creat,mkdir,mkdirat,rename,renameat,renameat2,unlink,unlinkat,rmdir,link,"
     "linkat,"
     "symlink,symlinkat,mknod,mknodat,truncate,chmod,fchmodat,chown,lchown,fchownat,utime,utimes,utimensat";
 
-// What is opened for writing besides, each for a reason of its own. Mesa's shaders and fontconfig's lists lie
-// in the user's cache directory, and count as the game's own.
+// Other paths that may be opened for writing, each with its reason. Mesa's shaders and fontconfig's caches
+// are in the user's cache directory and count as the game's own.
 struct Allowed {
-  const char* path;  // or what it begins with
+  const char* path;  // or the beginning of a path
   const char* reason;
 };
 const Allowed kAllowed[] = {
@@ -287,13 +287,14 @@ std::vector<std::string> quotedIn(const std::string& line) {
   std::vector<std::string> parts;
   std::istringstream text(line);
   for (std::string part; std::getline(text, part, '"');) parts.push_back(part);
-  // What is outside of quotes is left out.
+  // Keeps only what is inside quotes.
   std::vector<std::string> quoted;
   for (std::size_t i = 1; i < parts.size(); i += 2) quoted.push_back(parts[i]);
   return quoted;
 }
 
-// The calls in strace's log, each on one line: where another thread's comes between it cuts a call in two.
+// The calls in strace's log, one per line. strace splits a call if another thread's call comes in between;
+// this joins the parts.
 std::vector<std::string> callsIn(const std::string& log) {
   constexpr std::string_view kCut = " <unfinished ...>";
   constexpr std::string_view kResumed = " resumed>";
@@ -315,7 +316,7 @@ std::vector<std::string> callsIn(const std::string& log) {
   return calls;
 }
 
-// What successful calls of this kind in strace's log changed, each with the line that tells of it.
+// The paths that these calls changed, each with the log line. Leaves out failed calls and opens for reading.
 std::map<std::string, std::string> pathsChangedIn(const std::string& log) {
   std::map<std::string, std::string> paths;
   for (const std::string& line : callsIn(log)) {
@@ -336,7 +337,7 @@ bool isAllowed(const std::string& path) {
                      [&](const Allowed& allowed) { return path.starts_with(allowed.path); });
 }
 
-// A game is won, its record looked at and deleted, a setting changed.
+// Wins a game, looks at its record, deletes it and changes a setting.
 void live(Game& game, const std::string& data) {
   const auto solves = [&] { return DataFiles(data).solves.size(); };
   EXPECT_TRUE(window::continueFromMenu(game));

@@ -18,30 +18,31 @@
 namespace window {
 namespace {
 
-// Differences are means over the channels of a pixel, 0 to 255.
-// The window's renderer puts tiles on whole pixels, scales ready pictures when zoomed, and the one without
-// premultiplied blending darkens edges: all that costs a tile eleven in the mean. A veil more or less, a tile
-// too many or too few, a flight, a flash or a selection costs thirty and more.
+// Largest difference of a tile that is as expected: the mean over its pixels and channels, 0 to 255.
+// Rendering differences amount to about eleven: the window's renderer puts tiles on whole pixels and scales
+// pictures when zoomed, and without premultiplied blending it darkens edges. A missing or extra veil or tile,
+// a flying tile, a flash or a selection gives thirty or more.
 constexpr double kSameTile = 20;
-// A pixel that differs by more is ink where there ought to be none, or none where there ought to be. Edges
-// alone make that a twentieth of a tile's pixels, another face a tenth and more; a few faces are too alike.
+// A pixel that differs by more than kOtherInk shows ink that should not be there, or lacks some. kSameInk is
+// the largest share of such pixels. Edges alone give a twentieth, another face a tenth or more, except for a
+// few faces that are very similar.
 constexpr double kOtherInk = 50;
 constexpr double kSameInk = 0.07;
-// The cloth is one picture, drawn as it is.
+// The cloth is a single picture, drawn without scaling.
 constexpr double kSameCloth = 2;
-// A tile of which less than this part can be seen is taken for hidden: its neighbours' edges are all there
-// is.
+// A tile with a smaller visible share than this counts as hidden: only its neighbours' edges would be
+// compared.
 constexpr double kLeastShare = 0.125;
-// A selection's pulse at its weakest brings more red than this.
+// A selection's pulse adds more red than this even at its weakest.
 constexpr double kSelectedRed = 20;
-// A veil that hides the board takes more light than this from it, from blocked tiles too.
+// The veil of a pause takes more light than this, from blocked tiles as well.
 constexpr double kHiddenLight = -60;
 
-// Who is to be judged by a pixel, besides tiles.
+// Owners of pixels other than tiles.
 constexpr int kNobody = -1;
 constexpr int kCloth = -2;
 
-// The tiles' characters are painted here as in the game: with its own font.
+// Tile faces are painted with the game's own font, as in the game.
 void useBundledFont() {
   static const bool registered = support::registerGlyphFont();
   if (!registered) throw std::runtime_error("no glyph font");
@@ -54,7 +55,7 @@ struct PixelRect {
   int bottom;
 };
 
-// The whole pixels inside of both.
+// The whole pixels inside both rectangles.
 PixelRect pixelsInside(const ui::Rect& rect, const ui::Rect& bounds) {
   return {static_cast<int>(std::ceil(std::max(rect.x, bounds.x))),
           static_cast<int>(std::ceil(std::max(rect.y, bounds.y))),
@@ -62,7 +63,7 @@ PixelRect pixelsInside(const ui::Rect& rect, const ui::Rect& bounds) {
           static_cast<int>(std::floor(std::min(rect.y + rect.h, bounds.y + bounds.h)))};
 }
 
-// Pixels to one of the units that the game counts in.
+// Window pixels per logical pixel.
 double growthIn(Size windowSize) { return ui::windowGrowth(windowSize.w, windowSize.h); }
 
 ui::Rect inPixels(const ui::Rect& rect, double growth) {
@@ -109,7 +110,7 @@ Point Table::spotOn(int tile, Size windowSize) const {
   const ui::Rect rect =
       ui::BoardView(board, view).toScreen(geom.place(game.slots[static_cast<std::size_t>(tile)]));
   constexpr int kTries = 8;
-  // The middle first, then wherever the tile is not hidden.
+  // Tries the middle first, then the rest of the tile.
   for (int i = 0; i < kTries * kTries; ++i) {
     const int column = (i + kTries / 2) % kTries;
     const int row = (i / kTries + kTries / 2) % kTries;
@@ -122,7 +123,7 @@ Point Table::spotOn(int tile, Size windowSize) const {
 
 int Table::blockedTile() const {
   const auto isBlocked = [&](const mj::Slot& slot) { return !mj::isFree(game, slot.id); };
-  // The upper layers come last, and of them enough is seen.
+  // The search begins with the upper layers, whose tiles are visible enough.
   return std::find_if(game.slots.rbegin(), game.slots.rend(), isBlocked)->id;
 }
 
@@ -140,8 +141,7 @@ ui::CairoSurface Table::painted(Size windowSize) const {
   });
 }
 
-// For each pixel of the window the slot to be judged by it: the tile that shows there, or an empty slot where
-// only the cloth does.
+// For each pixel the slot that it belongs to: the visible tile, or an empty slot where only cloth shows.
 std::vector<int> Table::owners(Size windowSize) const {
   const double growth = growthIn(windowSize);
   const ui::Rect board = boardIn(windowSize);
@@ -162,7 +162,7 @@ std::vector<int> Table::owners(Size windowSize) const {
 
   give(boardPixels, kCloth);
   for (const mj::Slot& slot : game.slots) {
-    // A tile may come to lie a pixel beside its place.
+    // Leaves out a margin, because a tile may be drawn a pixel off its place.
     give(ui::insetRect(placeOf(slot), -2), kNobody);
   }
   for (const mj::Slot& slot : game.slots) {
@@ -233,7 +233,7 @@ bool Table::isHiddenIn(cairo_surface_t* picture) const {
   if (picture == nullptr) return false;
   const std::vector<Look> looks = compare(picture).tiles;
   const auto count = [&](auto question) { return std::count_if(looks.begin(), looks.end(), question); };
-  // Words and buttons may lie over the darkness.
+  // Half of the tiles is enough: texts and buttons may cover the rest.
   return count([](const Look& look) { return look.isDarkened(); }) * 2 >
          count([](const Look& look) { return look.pixels > 0; });
 }

@@ -1,6 +1,6 @@
-// table.h: what the game's window ought to show: one game on its table, at a zoom and a pan. It is played
-// along with the real game, by the same rules, and painted here with cairo alone; pictures of the window are
-// compared with that. It also tells the player where to click. Units: pixels of the window.
+// table.h: a model of a game on its table with zoom and pan. The tests play it along with the real game, by
+// the same rules. It is painted with cairo only, and pictures of the window are compared with that. It also
+// tells where to click. Units: pixels of the window.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,38 +19,40 @@ namespace window {
 
 class Table {
  public:
-  // The game as it is dealt.
+  // The game right after its deal.
   explicit Table(int level = 1, std::uint32_t deal = 1);
 
-  // To be played along.
+  // Play it along with the real game.
   mj::GameState game;
-  // To be zoomed and panned along.
+  // Zoom and pan it along with the real game.
   ui::BoardOpts view;
 
-  // A place in a window of that size where a click means this tile.
+  // A place in a window of this size where a click hits this tile. Throws std::runtime_error if the tile is
+  // hidden.
   Point spotOn(int tile, Size windowSize) const;
-  // A pair that can be taken; a tile that cannot be, and that can be seen.
+  // A pair that can be taken, and a visible tile that cannot.
   mj::SlotPair pair() const { return mj::findHint(game); }
   int blockedTile() const;
 
-  // Whether the picture shows the board at rest: every tile where it lies, free or veiled, and the bare cloth
-  // between and around them. Tiles in `except` are not looked at: those under the pulse of a selection.
+  // Whether the picture shows the board at rest: every tile in its place, free or veiled, and bare cloth
+  // between and around them. Ignores the tiles in `except`, for example a selected tile, which pulses.
   testing::AssertionResult isShownIn(cairo_surface_t* picture, const std::set<int>& except = {}) const;
   // How many of the tiles on the table the picture shows.
   int tilesShownIn(cairo_surface_t* picture) const;
-  // Whether the board is covered by darkness, as in a pause.
+  // Whether the board is darkened, as in a pause.
   bool isHiddenIn(cairo_surface_t* picture) const;
   // Whether the picture shows the tile as selected.
   bool isSelectedIn(cairo_surface_t* picture, int tile) const;
 
  private:
-  // How one tile's place looks beside how it ought to, over the pixels that show it; none if it is hidden.
+  // The difference between one slot's visible pixels and the expected ones. `pixels` is 0 if the slot is
+  // hidden.
   struct Look {
     int pixels = 0;
-    double difference = 0;  // 0 to 255; sums over the pixels at first, then means, as those below
-    double light = 0;       // by how much brighter than expected
-    double red = 0;         // by how much redder
-    double otherInk = 0;    // pixels that have an altogether different colour
+    double difference = 0;  // 0 to 255; first the sum over the pixels, then the mean, like those below
+    double light = 0;       // how much brighter than expected
+    double red = 0;         // how much redder
+    double otherInk = 0;    // pixels of a completely different colour
 
     void add(std::uint32_t seen, std::uint32_t wanted);
     Look means() const;
@@ -60,16 +62,16 @@ class Table {
   };
   struct Comparison {
     std::vector<Look> tiles;     // by slot id
-    double clothDifference = 0;  // of the board's cloth around the tiles
+    double clothDifference = 0;  // of the bare cloth around the tiles
   };
 
-  // How a window of that size ought to show the game in this view.
+  // How the game should look at this view in a window of this size.
   struct Sight {
     Size windowSize;
     mj::GameState game;
     ui::BoardOpts view;
     ui::CairoSurface picture;
-    std::vector<int> owner;  // for each pixel the slot to be judged by it
+    std::vector<int> owner;  // by pixel: the slot it belongs to, or a negative constant
   };
 
   const Sight& sightIn(Size windowSize) const;
@@ -79,7 +81,7 @@ class Table {
   ui::Rect boardIn(Size windowSize) const;
 
   int level;
-  mutable std::shared_ptr<const Sight> lastSight;  // whoever waits for it looks many times
+  mutable std::shared_ptr<const Sight> lastSight;  // cached, because waiting tests compare many times
 };
 
 }  // namespace window

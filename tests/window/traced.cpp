@@ -20,7 +20,7 @@ Environment traceable(const Desktop& desktop) {
 std::vector<std::string> injection(const std::string& calls, const std::string& disturbance,
                                    const std::vector<std::string>& paths) {
   std::vector<std::string> options = {"-e", "trace=" + calls, "-e", "inject=" + calls + ":" + disturbance};
-  // The program then stops for these calls alone; but strace forgets to send signals.
+  // The option makes only these calls stop the program. But with it strace does not inject signals.
   if (!disturbance.starts_with("signal=")) options.emplace_back(kOnlyTheseCalls);
   for (const std::string& path : paths) options.insert(options.end(), {"-P", path});
   return options;

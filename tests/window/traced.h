@@ -1,4 +1,4 @@
-// traced.h: the game run under strace, which disturbs its system calls or writes them down.
+// traced.h: runs the game under strace, which disturbs or logs its system calls.
 #pragma once
 
 #include <string>
@@ -8,21 +8,21 @@
 
 namespace window {
 
-// Whether the machine lets a process trace another; containers often do not.
+// Whether this process may trace another. Containers often forbid it.
 bool canTrace();
 
-// Strace with these options, to be put before a command; what it sees goes to `log`. The command's process is
-// the one that was started, not strace.
+// The words to put before a command to run it under strace with these options. The log goes to `log`. The
+// started process is the command itself, not strace.
 std::vector<std::string> straceCommand(const std::string& log, const std::vector<std::string>& options);
 
-// What has to change in the desktop's environment for a traced program: the leak sanitizer traces too, which
-// only one can; and Mesa writes no shaders of its own.
+// Changes to the desktop's environment for a traced program. Turns off the leak sanitizer, because only one
+// tracer is possible, and Mesa's shader cache on disk.
 Environment traceable(const Desktop& desktop);
 
-// An option: the program is held up by the calls that are traced, and not by all others.
+// An strace option: only traced calls stop the program, so the others keep their speed.
 inline constexpr const char* kOnlyTheseCalls = "--seccomp-bpf";
 
-// Options for calls that meet `disturbance`, and only those on these paths if there are any.
+// Strace options that apply `disturbance` to these calls, only on these paths if any are given.
 std::vector<std::string> injection(const std::string& calls, const std::string& disturbance,
                                    const std::vector<std::string>& paths = {});
 

@@ -1,4 +1,4 @@
-// The program as a client of a Wayland compositor, whose whole screen is a window on the test's own X
+// The program as a client of a Wayland compositor. The compositor's screen is a window on the test's X
 // display.
 
 #include <gmock/gmock.h>
@@ -25,10 +25,10 @@ using window::Point;
 using window::Size;
 using window::waitFor;
 
-// The compositor's screen, in points, and how much of it the game's first window has, by its own rule.
+// The compositor's screen in points, and the size that the game chooses for its first window on it.
 constexpr Size kOutput = {800, 600};
 constexpr Size kGameWindow = {780, 540};
-// Of the bare screen; nothing in the game has it.
+// The colour of the bare screen; nothing in the game has it.
 constexpr std::uint32_t kBare = 0x00FF00;
 
 constexpr const char* kWestonConfig = R"([core]
@@ -47,7 +47,7 @@ struct Area {
   Size size;
 };
 
-// The smallest rectangle around all that is not bare.
+// The smallest rectangle around all pixels that are not bare.
 Area coveredIn(cairo_surface_t* screen) {
   const support::Pixels pixels(screen);
   const Size size = window::sizeOf(screen);
@@ -63,18 +63,18 @@ Area coveredIn(cairo_surface_t* screen) {
   return {from, {std::max(to.x - from.x, 0), std::max(to.y - from.y, 0)}};
 }
 
-// The parameter is how many pixels a point of the compositor's screen is wide.
+// The parameter is the compositor's scale: pixels per point.
 class Wayland : public testing::TestWithParam<int> {
  protected:
-  // The compositor moves its own pointer by as much as the display's moves, and may have missed where that
-  // was at first: in a corner they meet.
+  // The compositor's pointer moves by the same distances as the display's, but may have started elsewhere.
+  // Moving to a corner aligns them.
   void SetUp() override {
     ASSERT_TRUE(waitFor([this] { return program.output().ends_with('\n'); })) << program.errors();
     screen.moveMouse({});
     moveMouseAside();
   }
 
-  // The game's window, a pixel for each point; null while there is none.
+  // The game's window at one pixel per point; null if there is none.
   ui::CairoSurface picture() const {
     const ui::CairoSurface shown = screen.picture();
     const Area area = coveredIn(shown.get());
@@ -98,24 +98,25 @@ class Wayland : public testing::TestWithParam<int> {
     waitFor([&] { return static_cast<bool>(result = table.isShownIn(picture().get())); });
     return result;
   }
-  // Whether most of the tiles come to lie where they belong in a window of its size. Of small tiles, halved,
-  // one or the other differs by more than the table allows.
+  // Whether most of the tiles are in the right place, now or after a while. Small tiles, reduced by half, may
+  // differ more than the table allows, so not all must match.
   bool showsTiles() const {
     const std::size_t left = ui::paintOrder(table.game).size();
     return waitFor([&] { return table.tilesShownIn(picture().get()) > static_cast<int>(left / 2); });
   }
-  // Whether the window comes to have this size in points, in as many pixels as the screen has for it.
+  // Whether the window gets this size in points, with `scale` pixels per point.
   testing::AssertionResult hasSize(Size points) const {
     const Size wanted = {scale * points.w, scale * points.h};
     Size seen;
     if (waitFor([&] { return (seen = area().size) == wanted; })) return testing::AssertionSuccess();
     return testing::AssertionFailure() << "it has " << seen.w << " x " << seen.h << " pixels";
   }
-  // The compositor draws its pointer: it must lie neither beside the window nor over what is looked at.
+  // The compositor draws its own pointer. This moves it where it neither extends the window nor covers what
+  // is compared.
   void moveMouseAside() const {
     screen.moveMouse({scale * (kOutput.w - kGameWindow.w), scale * kOutput.h / 2});
   }
-  // Clicks, and takes the mouse away when the click has been answered.
+  // Clicks, waits for the answer and moves the mouse away. False if the answer does not come.
   bool click(Point inWindow, const std::function<bool()>& answered) const {
     screen.click(onScreen(inWindow));
     const bool seen = waitFor(answered);

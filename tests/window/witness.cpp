@@ -1,5 +1,5 @@
-// Preloaded into the game: keeps a Testimony up to date, raises signals as a file is put in its place, and
-// refuses what it is told to.
+// Preloaded into the game. Keeps a Testimony up to date, raises signals when files are renamed into place,
+// and makes functions fail, all as told by environment variables.
 
 #include "window/witness.h"
 
@@ -41,7 +41,7 @@ Testimony& testimony() {
   return seen == nullptr ? unseen : *seen;
 }
 
-// What `name` means where the program would find it without this library.
+// The function that the program would call without this library.
 template <class Function>
 Function original(const char* name) {
   return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
@@ -87,7 +87,7 @@ extern "C" SDL_Renderer* SDL_CreateRenderer(SDL_Window* window, int index, Uint3
   return isRefused("SDL_CreateRenderer") ? nullptr : create(window, index, flags);
 }
 
-// Asked for once in each pass of the loop, after its events and just before the game looks at the clock.
+// The game calls this once in each pass of the loop, after the events and just before it reads the clock.
 extern "C" int SDL_GetRendererOutputSize(SDL_Renderer* renderer, int* w, int* h) {
   static const auto ask = original<int (*)(SDL_Renderer*, int*, int*)>("SDL_GetRendererOutputSize");
   static double last = now();

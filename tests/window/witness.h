@@ -1,7 +1,6 @@
-// witness.h: what a program that is about to be killed has told about itself: how long it has played by the
-// clock that counts for the game, when it saved last, and what it shows and
-// hears of the mouse. Written by witness.cpp,
-// which is preloaded into the game, into a file that outlives it. Units: seconds.
+// witness.h: what the game reports about itself before it is killed: its play time by its own clock, its last
+// save, its frames and the input it received. witness.cpp, preloaded into the game, writes this to a file
+// that outlives the game. Units: seconds.
 #pragma once
 
 #include <fstream>
@@ -9,29 +8,30 @@
 
 namespace window {
 
-// The variables that name that file, and what is to happen as a file is put in its place: the end of its name
-// and, each after a colon, the signals that the program is sent before, such as ".png:15:2". A number and a
-// star in front mean that one time only, such as the second in "2*progress.json:9".
+// kWitnessVariable names the environment variable with the file's path. kRaiseVariable names the one with
+// signals to raise just before a file is renamed into place: the end of the file's name and the signals, each
+// after a colon, such as ".png:15:2". With a number and a star in front, only that occurrence counts:
+// "2*progress.json:9" is the second one.
 inline constexpr const char* kWitnessVariable = "VESKARA_TEST_WITNESS";
 inline constexpr const char* kRaiseVariable = "VESKARA_TEST_RAISE";
-// The variable that names what SDL refuses: SDL_CreateWindow or SDL_CreateRenderer.
+// Names the variable with the function that fails: SDL_CreateWindow or SDL_CreateRenderer.
 inline constexpr const char* kRefuseVariable = "VESKARA_TEST_REFUSE";
 
 struct Testimony {
-  double played = 0;  // the game's time: of a slow frame no more counts than a tenth of a second
+  double played = 0;  // play time; a frame counts a tenth of a second at most, as in the game
   double playedAtSave = 0;
-  int saves = 0;             // times that save.json was put in place
-  bool screenSaver = false;  // it may come
-  int passes = 0;            // of its loop
-  int frames = 0;            // shown
-  int releases = 0;          // of the left button that it has heard of
-  double releasedAt = 0;     // when it heard of the last one, and how long after the one before
+  int saves = 0;             // how often save.json was renamed into place
+  bool screenSaver = false;  // whether it is allowed
+  int passes = 0;            // of the main loop
+  int frames = 0;            // presented
+  int releases = 0;          // of the left button
+  double releasedAt = 0;     // time of the last release; sinceRelease is the time between the last two
   double sinceRelease = 0;
-  int releasePass = 0;  // the pass of the loop in which it works
-  int pressPass = 0;    // the same of the last press of a key that works a control
+  int releasePass = 0;  // the pass that handles the last release
+  int pressPass = 0;    // the same for the last press of Enter or Space
 };
 
-// What such a file says now.
+// The current contents of the file; a default Testimony if it is missing.
 inline Testimony testimonyIn(const std::string& path) {
   Testimony testimony;
   std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(&testimony), sizeof testimony);
