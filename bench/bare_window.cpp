@@ -1,4 +1,4 @@
-// The floor of start_bench: the game's window, one text, one felt, one frame.
+// The floor of start_bench: shows one frame with one text and one felt in a window like the game's.
 
 #include <SDL.h>
 

@@ -1,6 +1,6 @@
-// What the way of cairo's drawing to the window costs: (a) a picture of the whole window, cleared, uploaded
-// and copied in every frame; the canvas of the game, which does so in bands, (b) empty, (c) with header and
-// action bar, (d) with a veil over all of it. They take turns within each iteration.
+// The cost of getting cairo's drawing into the window: (a) a picture of the whole window, cleared, uploaded
+// and copied in every frame; the game's canvas, which works in bands, (b) empty, (c) with header and action
+// bar, (d) with a veil over everything. They take turns within each iteration.
 
 #include <SDL.h>
 #include <benchmark/benchmark.h>
@@ -15,7 +15,7 @@
 
 namespace {
 
-// Seconds of the processor for what `work` does.
+// The processor time of `work`, in seconds.
 template <typename Work>
 double secondsOf(const Work& work) {
   const double begun = bench::processorTime();
@@ -63,7 +63,7 @@ void canvasFrame(benchmark::State& state) {
   double d = 0;
   while (state.KeepRunning()) {
     a += secondsOf(whole);
-    banded(nothing);  // of the veil nothing is left
+    banded(nothing);  // clears the veil of the previous turn
     const double seconds = secondsOf([&] { banded(nothing); });
     b += seconds;
     banded(edges);

@@ -1,6 +1,6 @@
-// What the picture of a solved board costs beside one frame, in which it has to be made, and beside its
-// floor: writing a ready picture of the same board. The two take turns within each iteration, so that a busy
-// machine slows them alike.
+// The cost of making the picture of a solved board, compared with one frame, which it delays, and with its
+// floor: writing a finished picture of the same board. The two take turns within each iteration, so that a
+// busy machine slows them alike.
 
 #include <benchmark/benchmark.h>
 #include <cairo.h>

@@ -1,5 +1,5 @@
-// Preloaded into a program: ends it right after the frame whose number END_AT_FRAME gives (1 for the first)
-// was presented, so that the time to that frame is the life of the process.
+// Preloaded into a program. Ends it right after frame number END_AT_FRAME is presented; the first is 1 and
+// the default. So the life of the process is the time to that frame.
 
 #include <SDL.h>
 #include <dlfcn.h>

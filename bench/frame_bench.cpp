@@ -1,6 +1,6 @@
-// What a frame of the Playing screen costs beside its floors: (a) an empty frame, (b) the same texture copies
-// and texts made in a bare loop. The three take turns within each iteration, so that a busy machine slows
-// them alike.
+// The cost of a frame of the Playing screen, compared with its floors: (a) an empty frame, (b) the same
+// texture copies and texts in a bare loop. The three take turns within each iteration, so that a busy machine
+// slows them alike.
 
 #include <SDL.h>
 #include <benchmark/benchmark.h>
@@ -32,7 +32,7 @@ struct Text {
   ui::TextStyle style;
 };
 
-// The texts of header and action bar. The time is one of many, all equally wide.
+// The texts of the header and the action bar. Any time will do, as all are equally wide.
 std::vector<Text> textsOf(const screens::Playing& screen, const ui::Ctx& ctx) {
   const screens::PlayingLayout layout = screens::playingLayout(ctx.w, ctx.h);
   const ui::TextStyle number = {.size = 15, .color = ui::palette::kLightText};
@@ -55,7 +55,7 @@ void playingFrame(benchmark::State& state) {
   Stage stage(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
   screens::Playing screen({.kind = ui::ScreenKind::Playing, .level = kLevel, .deal = kLevel});
   const auto play = [&] { screen.update(stage.ctx); };
-  // From the first frame over the fly-in to rest.
+  // Runs through the fly-in until the screen is at rest.
   for (stage.ctx.time = 1; stage.ctx.time < 20; stage.ctx.time += 0.5) stage.frame(play);
   std::vector<bench::Copy> copies;
   stage.frame([&] {
@@ -97,7 +97,7 @@ BENCHMARK(playingFrame)
 
 }  // namespace
 
-int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): no directory, no measurement
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): cannot measure without a directory
   const support::TempDir files;
   setenv("XDG_DATA_HOME", files.path().c_str(), 1);
   SDL_SetHint(SDL_HINT_VIDEODRIVER, "dummy");

@@ -1,7 +1,6 @@
-// The frames of a sitting, one by one: the menu, a large level's fly-in, forty pairs, zooming in and out, the
-// win and what follows it. Prints how long the frames of each part took the processor, and the longest one
-// beside a frame of the same screen at rest: what a player feels is not the mean but the one frame that is
-// late.
+// Measures every frame of a sitting: the menu, a large level's fly-in, forty pairs, zooming in and out, the
+// win and what follows. Prints the processor time of each part's frames, and compares the longest with a
+// frame at rest: a player notices the one late frame, not the mean.
 
 #include <SDL.h>
 #include <SDL_keycode.h>
@@ -36,7 +35,7 @@ std::unique_ptr<ui::Screen> makeAndShow(const ui::GameState& descriptor) {
   return screen;
 }
 
-// Somebody before the window, whose frames are measured.
+// Plays the game and measures each frame.
 class Sitting {
  public:
   Sitting(int w, int h) : stage(w, h) { game.setFactory(makeAndShow); }
@@ -57,8 +56,8 @@ class Sitting {
     for (const double end = time() + seconds; time() < end;) frame();
   }
 
-  // The frames since the last report, in milliseconds; the next ones are compared with these if they are
-  // `rest`.
+  // Prints the times of the frames since the last report, in milliseconds. If `rest` is true, this report and
+  // the following ones are compared with its median.
   void report(const char* part, bool rest) {
     std::sort(times.begin(), times.end());
     const auto at = [&](double share) {
@@ -99,7 +98,7 @@ void sit(int w, int h) {
   Sitting sitting(w, h);
   sitting.go({.kind = ui::ScreenKind::Menu});
   sitting.frames(1);
-  sitting.forget();  // the first frames are the program's start
+  sitting.forget();  // leaves out the start of the program
   sitting.frames(2);
   sitting.report("menu", true);
 
@@ -107,7 +106,7 @@ void sit(int w, int h) {
   sitting.frame();
   sitting.frame();
   sitting.frames(9);
-  // Measured at rest first, so that all of the level has something to be compared with.
+  // The fly-in is compared with the menu at rest, all that follows with the table at rest.
   sitting.report("fly-in", false);
   sitting.frames(2);
   sitting.report("playing, at rest", true);
@@ -136,8 +135,8 @@ void sit(int w, int h) {
 
 }  // namespace
 
-// Run: hitch_bench [WIDTH HEIGHT]
-int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): no directory, no measurement
+// Usage: hitch_bench [WIDTH HEIGHT]
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): cannot measure without a directory
   const std::span<char*> arguments(argv, static_cast<std::size_t>(argc));
   const bool hasSize = arguments.size() == 3;
   const support::TempDir files;

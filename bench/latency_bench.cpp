@@ -1,7 +1,7 @@
-// How long after the mouse has moved onto a button its window shows it: moves the pointer to and fro between
-// two places on the display and looks at one pixel of the button until it has changed. Knows nothing of the
-// program behind the window. Run: latency_bench BUTTON_X BUTTON_Y ELSEWHERE_X ELSEWHERE_Y    in pixels of the
-// display
+// How long it takes until the window shows that the mouse has moved onto a button. Moves the pointer between
+// two places on the display and watches one pixel of the button until it changes. Knows nothing about the
+// program behind the window. Usage: latency_bench BUTTON_X BUTTON_Y ELSEWHERE_X ELSEWHERE_Y, in pixels of the
+// display.
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -36,7 +36,7 @@ unsigned long colorAt(Display* display, Spot spot) {
   return color;
 }
 
-// Milliseconds, or nothing that makes sense when the pixel never changes.
+// Returns milliseconds. If the pixel never changes, returns the time limit.
 double moveAndSee(Display* display, Spot to, Spot watched) {
   const unsigned long before = colorAt(display, watched);
   const Clock::time_point begun = Clock::now();
@@ -54,7 +54,7 @@ int main(int argc, char** argv) {
   if (arguments.size() != 5 || display == nullptr) return 1;
   const Spot button{std::atoi(arguments[1]), std::atoi(arguments[2])};
   const Spot elsewhere{std::atoi(arguments[3]), std::atoi(arguments[4])};
-  // The pixel lies a little beside the pointer, which may be drawn there.
+  // Beside the pointer, because the pointer itself may be drawn.
   const Spot watched{button.x - 9, button.y};
   std::minstd_rand random(1);
   std::vector<double> times;

@@ -8,7 +8,7 @@ namespace {
 
 std::vector<bench::Copy>* recording = nullptr;
 
-// SDL's own function of that name.
+// SDL's real function of this name.
 template <typename Function>
 Function* next(const char* name) {
   auto* function = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));

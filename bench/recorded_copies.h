@@ -1,5 +1,5 @@
-// recorded_copies.h: the texture copies that a frame makes, taken down as they reach SDL, and made again in a
-// bare loop. A program that links this has SDL's copying functions in its own hands and passes each call on.
+// recorded_copies.h: records the texture copies of a frame as they reach SDL, and repeats them in a bare
+// loop. A program that links this replaces SDL's copying functions; each call is passed on.
 #pragma once
 
 #include <SDL.h>
@@ -13,11 +13,11 @@ struct Copy {
   SDL_Texture* texture;
   SDL_Rect target;
   double angle;                  // in degrees, clockwise
-  Uint8 opacity;                 // of a premultiplied texture: of its alpha and its colours alike
-  std::optional<SDL_Rect> clip;  // what of it is seen
+  Uint8 opacity;                 // a premultiplied texture's alpha and colours are scaled alike
+  std::optional<SDL_Rect> clip;  // only this part is drawn
 };
 
-// While it lives the copies to the window are taken down; what paints a texture is not one of them. One at a
+// Records copies to the window while it lives, but not those that paint a texture. Only one may exist at a
 // time.
 class Recording {
  public:
@@ -27,7 +27,7 @@ class Recording {
   ~Recording();
 };
 
-// Makes them again. Their textures must still be there.
+// Repeats the copies. Their textures must still exist.
 void copyAll(SDL_Renderer* renderer, const std::vector<Copy>& copies);
 
 }  // namespace bench

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# What the game costs while nobody touches it: its processor time on each screen, in parts of one core, that of the
-# sound's threads apart; and its memory in play, after all those screens were seen. In a virtual display with a window
-# manager, for each of SDL's two renderers.
-# Run: bench/rest.sh PROGRAM [WIDTH HEIGHT [SECONDS]]
+# Measures the game while nobody touches it: its processor time on each screen as a share of one core, with
+# the sound threads listed separately, and its memory in play, after the screens of the menu were shown. Runs
+# on a virtual display with a window manager, once for each of SDL's two renderers.
+# Usage: bench/rest.sh PROGRAM [WIDTH HEIGHT [SECONDS]]
 set -euo pipefail
 program=$(realpath "$1") w=${2:-1100} h=${3:-760} seconds=${4:-20}
 scratch=$(mktemp -d)
@@ -13,7 +13,7 @@ until [ -s "$scratch/display" ]; do sleep 0.1; done
 export DISPLAY=":$(cat "$scratch/display")" SDL_AUDIODRIVER=dummy XDG_CACHE_HOME="$scratch/cache"
 openbox --config-file "$(dirname "$0")/../tests/window/openbox.xml" >/dev/null 2>&1 &
 
-# ticks THREADS...: hundredths of a second that they have used.
+# ticks THREADS...: the processor time of these threads, in hundredths of a second.
 ticks() { cat "${@/%//stat}" 2>/dev/null | sed 's/.*) //' | awk '{ sum += $12 + $13 } END { print sum + 0 }'; }
 sound_threads() { grep -lE '^(SDLAudio|audio)' /proc/"$game"/task/*/comm 2>/dev/null | xargs -rn1 dirname; }
 measure() {
@@ -32,7 +32,7 @@ memory() {
     /proc/"$game"/smaps_rollup
 }
 window() { xdotool search --onlyvisible --name "Quenlock's Mahjong" "$@"; }
-# click X Y: from the middle of the window.
+# click X Y: clicks at this offset from the middle of the window.
 click() {
   local WINDOW X Y WIDTH HEIGHT SCREEN
   eval "$(window getwindowgeometry --shell)"

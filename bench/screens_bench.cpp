@@ -1,7 +1,7 @@
-// What a frame of the screens around the game costs at rest, and of the gallery while it is scrolled, beside
-// its floor: an empty frame with the same texture copies made in a bare loop. And what the first frame costs
-// of the screens that show many pictures, beside painting the felt and making those pictures. What is
-// compared takes turns within each iteration, so that a busy machine slows both alike.
+// The cost of a frame of the other screens at rest, and of the gallery while it scrolls, compared with the
+// floor: an empty frame with the same texture copies in a bare loop. Also the cost of the first frame of the
+// screens with many pictures, compared with painting the felt and making those pictures. What is compared
+// takes turns within each iteration, so that a busy machine slows both alike.
 
 #include <SDL.h>
 #include <benchmark/benchmark.h>
@@ -47,7 +47,7 @@ void writeProgress(int page) {
   for (int i = 1; i <= 5; ++i) store::recordBest(10 * page + i, {.stars = 2, .aids = 1, .elapsedMs = 60000});
 }
 
-// Twenty on each page of the gallery.
+// Twenty records for each page of the gallery.
 void writeSolves() {
   for (int i = 0; i < kSolves; ++i) {
     store::SolveEntry entry;
@@ -64,7 +64,7 @@ void writeSolves() {
 
 // --- frames ---
 
-// The sums of what took turns, in seconds.
+// Total times of what takes turns, in seconds.
 struct Turns {
   double floor = 0;
   double screen = 0;
@@ -79,7 +79,8 @@ struct Turns {
 
 using Input = std::function<ui::Input(int frame)>;
 
-// Frames of a screen that has painted what it needs, each followed by one that makes the same copies.
+// Warms the screen up, then measures its frames. After each one, repeats its copies in a bare loop as the
+// floor.
 void framesOf(benchmark::State& state, MakeScreen make, const Input& input) {
   constexpr int kUntilWarm = 200;
   Stage stage(kW, kH);
@@ -112,7 +113,7 @@ void framesOf(benchmark::State& state, MakeScreen make, const Input& input) {
 
 ui::Input nothing(int /*frame*/) { return {}; }
 
-// Twenty steps of the wheel down, twenty up, with the pointer over the cards.
+// The wheel turns twenty steps down, then twenty up, with the pointer over the cards.
 ui::Input wheel(int frame) {
   ui::Input input;
   input.mx = kW / 2.0;
@@ -143,7 +144,8 @@ BENCHMARK_CAPTURE(frame, licences, screens::makeLicenses)->UseManualTime()->Unit
 
 // --- first frames ---
 
-// The first frame of a new screen, its making included, with nothing painted yet, after one of a floor's.
+// Measures the first frame of a new screen, including its construction, with an empty texture cache.
+// Alternates with a frame that draws `floor`.
 template <typename Floor>
 void firstFrame(benchmark::State& state, MakeScreen make, const Floor& floor) {
   Turns turns;
@@ -182,7 +184,7 @@ void levelSelectFirstFrame(benchmark::State& state) {
   });
 }
 
-// The pictures of as many records of the first page as there are cards in view.
+// The picture files of as many of the first records as there are cards in view.
 std::vector<std::string> picturesInView() {
   const screens::CardGrid grid = screens::galleryGrid(kW, kH, screens::kPagedListTop);
   std::vector<store::SolveEntry> entries = store::listSolves();
@@ -210,7 +212,7 @@ BENCHMARK(galleryFirstFrame)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
-int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): no directory, no measurement
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): cannot measure without a directory
   const support::TempDir files;
   setenv("XDG_DATA_HOME", files.path().c_str(), 1);
   SDL_SetHint(SDL_HINT_VIDEODRIVER, "dummy");

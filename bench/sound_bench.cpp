@@ -1,5 +1,5 @@
-// What the embedded files cost: taking the music out of its scrambling beside a memcpy of the same bytes, and
-// audio::init beside opening and closing the device alone, with the memory it keeps.
+// The cost of the embedded files: unscrambling the music, compared with a memcpy of the same bytes; and
+// audio::init, compared with opening and closing the device alone. Also the memory that audio::init keeps.
 
 #include <SDL.h>
 #include <SDL_mixer.h>
@@ -51,7 +51,7 @@ void init(benchmark::State& state) {
     const auto begun = Clock::now();
     if (!audio::init()) std::abort();
     const double seconds = secondsSince(begun);
-    // What the first one takes from the system, plain files included, the next ones use again.
+    // Only the first run counts: later ones reuse its memory and files.
     if (memory == 0) memory = residentMegabytes() - before;
     audio::shutdown();
     whole += seconds;

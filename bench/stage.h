@@ -1,4 +1,4 @@
-// stage.h: frames without a screen to see them, as the program makes them. Units: device pixels, which are
+// stage.h: runs frames without a visible window, the way the program does. Units: device pixels, which equal
 // the window's points here; seconds.
 #pragma once
 
@@ -14,14 +14,14 @@
 
 namespace bench {
 
-// This thread's alone: what other programs do meanwhile does not count.
+// Processor time of this thread, in seconds. Other programs do not affect it.
 inline double processorTime() {
   timespec now{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
   return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-// A window that nobody sees, with SDL's software renderer.
+// An invisible window with SDL's software renderer.
 struct Stage {
   Stage(int w, int h)
       : window(SDL_CreateWindow("", 0, 0, w, h, 0)),
@@ -39,7 +39,7 @@ struct Stage {
   Stage(const Stage&) = delete;
   Stage& operator=(const Stage&) = delete;
 
-  // A frame as the program makes it, around `draw`. Returns the seconds that it took the processor.
+  // Runs a frame like the program's around `draw`. Returns the processor time it took, in seconds.
   template <typename Draw>
   double frame(const Draw& draw) {
     const double begun = processorTime();

@@ -1,6 +1,6 @@
-// From exec to a presented frame: the game beside a bare program that opens the same window, lays out one
-// text and paints one felt. The two take turns, so that a busy machine slows them alike. The game's first
-// frame is the splash screen's.
+// The time from exec to a presented frame: the game compared with a bare program that opens the same window,
+// lays out one text and paints one felt. The two take turns, so that a busy machine slows them alike. The
+// game's first frame is that of the splash screen.
 
 #include <benchmark/benchmark.h>
 #include <spawn.h>
@@ -47,7 +47,7 @@ BENCHMARK(start)->Iterations(40)->UseManualTime()->Unit(benchmark::kMillisecond)
 
 }  // namespace
 
-int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): no directory, no measurement
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape): cannot measure without a directory
   const support::TempDir files;
   setenv("XDG_DATA_HOME", files.path().c_str(), 1);
   setenv("SDL_VIDEODRIVER", "dummy", 1);

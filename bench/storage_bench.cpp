@@ -1,5 +1,6 @@
-// The player's files: reading and writing their documents beside a well-known library and a bare copy of the
-// same bytes, which take turns within each iteration; and the autosave of a game in play beside a frame.
+// The cost of the player's files: reading and writing the documents, compared with a well-known library and a
+// plain copy of the same bytes, taking turns within each iteration; and the autosave during play, compared
+// with a frame.
 
 #include <benchmark/benchmark.h>
 
@@ -54,7 +55,7 @@ std::string fullGallery() {
   return textOfFile("solves.json");
 }
 
-// Half of its pairs taken.
+// A game with half of its pairs taken.
 store::SavedGame gameInPlay() {
   store::SavedGame saved;
   saved.level = kLevel;
@@ -76,7 +77,7 @@ std::string savedGame() {
   return textOfFile("save.json");
 }
 
-// Ours, the yardstick's and a copy's time for the same bytes.
+// Compares the times of the game's code, of the library and of a copy for the same bytes.
 template <class Ours, class Yardstick>
 void compare(benchmark::State& state, const std::string& text, const Ours& ours, const Yardstick& yardstick) {
   double ourTime = 0;
