@@ -24,7 +24,7 @@ struct OverlayJob {
   double h;
 };
 
-// Opaque strokes: the blit brings the pulse.
+// Overlays are painted at full strength: the blit's opacity makes them pulse.
 void paintOverlayJob(cairo_t* cr, void* user) {
   const auto& job = *static_cast<const OverlayJob*>(user);
   const Rect tile{0, 0, job.w, job.h};
@@ -54,7 +54,6 @@ void blit(SDL_Texture* texture, const Rect& rect, double alpha) {
   gpuBlit(texture, rect.x, rect.y, rect.w, rect.h, alpha);
 }
 
-// One tile of a frame.
 struct BoardTile {
   const std::string& face;
   Rect rect;  // before zoom and pan
@@ -74,13 +73,13 @@ TileVisual visualOf(const mj::GameState& game, const std::vector<char>& present,
           .time = time};
 }
 
-// Time since the tile took off, negative while it waits; kFlightTime or more when it rests.
+// Seconds since take-off: negative before it, at least kFlightTime at rest.
 double flightTime(const BoardFx* fx, int id, double now) {
   if (fx == nullptr || !fx->introActive) return kFlightTime;
   return now - fx->introStart - fx->delays[static_cast<std::size_t>(id)];
 }
 
-// The texture path: copies of cached pictures, queued on the renderer.
+// The texture path: copies cached pictures with the renderer.
 class TexturePainter {
  public:
   TexturePainter(const Rect& board, const BoardOpts& opts)
@@ -108,7 +107,7 @@ class TexturePainter {
   }
 
  private:
-  // A tile shown as large as its picture takes as many device pixels: squeezed into one less it would blur.
+  // A tile shown at its texture's own size gets exactly as many device pixels. One pixel less would blur it.
   Rect shownAt(const BoardTile& tile) const {
     Rect rect = view.toScreen(tile.rect);
     if (view.zoom == quality) {
@@ -130,7 +129,7 @@ class TexturePainter {
   double quality;
 };
 
-// The cairo path: everything drawn anew.
+// The cairo path: draws every tile from scratch.
 class CairoPainter {
  public:
   CairoPainter(cairo_t* context, const Rect& board, const BoardOpts& opts) : cr(context) {

@@ -9,12 +9,12 @@
 
 namespace ui {
 
-// Factor by which tile textures are larger than the unzoomed tile, 1 to 3 in halves: zooming does not repaint
-// them every frame.
+// Size of the tile textures relative to the unzoomed tile: 1 to 3, in steps of a half, so that a zoom does
+// not repaint them in every frame.
 double textureQuality(double zoom);
 
-// Paints the board clipped to `rect`: by cached textures when there is a renderer, else with cairo. With `fx`
-// its fly-in is played, and heard; a tile in flight shows no overlays. Blocked tiles are veiled.
+// Paints the board clipped to `rect`: with cached textures if there is a renderer, else with cairo. With
+// `fx`, plays its fly-in and the sound; a tile in flight shows no overlays. Blocked tiles are veiled.
 void drawBoard(Ctx& ctx, const mj::GameState& game, const Rect& rect, const BoardOpts& opts, BoardFx* fx);
 
 }  // namespace ui

@@ -19,14 +19,14 @@ namespace {
 
 using std::numbers::pi;
 
-// The fly-in: tiles take off one after another, ever faster. A large board is in after about six seconds.
+// The fly-in: tiles take off one after another, faster and faster. A large board takes about six seconds.
 constexpr double kIntroTime = 6;
 constexpr double kMinGap = 0.034;
 constexpr double kMaxGap = 0.175;
-constexpr double kFirstGap = 1.6;  // in mean gaps
+constexpr double kFirstGap = 1.6;  // in units of the mean gap
 constexpr double kLastGap = 0.4;
-constexpr double kIntroRest = 0.16;  // after the last landing and the gap that follows each tile
-constexpr double kSoundGap = 0.05;   // so that a large deal patters and does not roar
+constexpr double kIntroRest = 0.16;  // pause after the last tile's gap and flight
+constexpr double kSoundGap = 0.05;   // keeps a large deal from roaring
 
 constexpr int kSparks = 20;
 constexpr std::uint32_t kSparkColors[] = {0xE8B84B, 0xF6EFDD, 0xC92A2A, 0xF1D489, 0x2C8A63};
@@ -40,8 +40,8 @@ std::vector<mj::Slot> presentSlots(const mj::GameState& game) {
   return slots;
 }
 
-// Grows along a spiral about (cx, cy) in rings two grid units wide, each starting at the positive x
-// direction.
+// Sort key that grows along a spiral about (cx, cy): in rings two grid units wide, each starting at the
+// positive x axis.
 double spiralKey(const mj::Slot& slot, double cx, double cy) {
   const double dx = slot.x - cx;
   const double dy = slot.y - cy;
@@ -64,7 +64,7 @@ void sortForIntro(std::vector<mj::Slot>& slots) {
   });
 }
 
-// Time between the take-offs of the i-th of n tiles and the next.
+// Time between the take-offs of tile i of n and the next one.
 double introGap(std::size_t i, std::size_t n) {
   if (n <= 1) return kFirstGap * kMaxGap;
   const double mean = std::clamp(kIntroTime / static_cast<double>(n), kMinGap, kMaxGap);
@@ -72,12 +72,12 @@ double introGap(std::size_t i, std::size_t n) {
   return mean * (kFirstGap + (kLastGap - kFirstGap) * done);
 }
 
-// Where a burst is in its 1.7 s.
+// A burst's state at one moment.
 struct BurstPhase {
-  double eased;  // 0 to 1
-  double ring;   // of the ring and the sparks, which start half-way
+  double eased;  // progress, 0 to 1
+  double ring;   // progress of ring and sparks, which start half-way
   double size;   // factor of the tile's size
-  double spin;   // factor of its width, as it turns about its vertical axis
+  double spin;   // factor of the width: the tile turns about its vertical axis
 };
 
 BurstPhase burstPhase(double p) {
@@ -90,7 +90,7 @@ BurstPhase burstPhase(double p) {
           .spin = std::abs(std::cos(e * 5 * pi))};  // two and a half turns
 }
 
-// A particle's picture fills its texture, whose side is `user`.
+// A particle fills its texture. `user` points to the texture's side in logical pixels.
 void paintRing(cairo_t* cr, void* user) {
   const double side = *static_cast<const double*>(user);
   const double line = std::max(3.0, side / 1.2 * 0.1);
@@ -117,7 +117,7 @@ void blitCircle(SDL_Texture* texture, double cx, double cy, double r, double alp
   gpuBlit(texture, cx - r, cy - r, 2 * r, 2 * r, alpha);
 }
 
-// Draws one burst; `textures` says by which path.
+// Draws one burst, with textures or with cairo.
 class BurstPainter {
  public:
   BurstPainter(cairo_t* context, bool useTextures, const ui::BoardFx::Burst& burst, const BoardView& view,
@@ -130,7 +130,8 @@ class BurstPainter {
         h(burst.h * view.zoom),
         cx(view.screenX(burst.cx)),
         cy(view.screenY(burst.cy)) {
-    // Up to a quarter tile below the window's top, yet visibly, and not out of sight of the place it left.
+    // The centre rises to a quarter tile below the window's top, but by at least 1 and at most 4.2 tile
+    // heights.
     cy -= std::clamp(cy - 0.25 * h, h, 4.2 * h) * phase.eased;
   }
 
@@ -194,7 +195,7 @@ class BurstPainter {
   bool textures;
   const std::string& face;
   BurstPhase phase;
-  double w;  // of the face, zoomed
+  double w;  // size of the face, zoomed
   double h;
   double cx;  // the tile's centre on the screen
   double cy;
@@ -238,7 +239,7 @@ void BoardFx::update(double now) {
 }
 
 FlightPose flightPose(int slotId, double progress) {
-  // Each tile has random numbers of its own, the same in every frame. The factor spreads neighbouring ids.
+  // Each slot has its own random numbers, the same in every frame. The factor spreads neighbouring ids.
   std::uint32_t state = static_cast<std::uint32_t>(slotId) * 0x9E3779B1U + 0x9E3779B9U;
   const double direction = 2 * pi * mj::nextFraction(state);
   const double distance = 720 + 520 * mj::nextFraction(state);

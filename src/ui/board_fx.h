@@ -1,5 +1,5 @@
-// board_fx.h: the two animations of a board: a fresh deal flies in, a removed pair bursts.
-// Holds times only; the fly-in itself is drawn by drawBoard. Units: logical pixels, seconds.
+// board_fx.h: the two animations of a board: a new deal flies in, a removed tile bursts. Holds their state;
+// drawBoard draws the fly-in. Units: logical pixels, seconds.
 #pragma once
 
 #include <string>
@@ -10,7 +10,7 @@
 namespace ui {
 
 struct BoardFx {
-  // A removed tile that jumps, spins, grows and fades. Centre and size are those of its face, before zoom and
+  // A removed tile that rises, spins, grows and fades. Centre and size are those of its face, before zoom and
   // pan.
   struct Burst {
     double cx;
@@ -21,26 +21,26 @@ struct BoardFx {
     std::string face;
   };
 
-  bool introActive = false;  // a fly-in was begun; it stays set when the fly-in is over
+  bool introActive = false;  // a fly-in has begun; stays true after it ends
   double introStart = 0;
-  std::vector<double> delays;  // per slot id: from introStart to the tile's take-off
-  double introEnd = 0;         // the last tile has landed, and a moment has passed
-  double lastSound = 0;        // of a tile that took off
+  std::vector<double> delays;  // by slot id: time from introStart to take-off
+  double introEnd = 0;         // a moment after the last landing
+  double lastSound = 0;        // time of the last take-off sound
   std::vector<Burst> bursts;
 
   // Plans the fly-in of all tiles on the table: layer by layer, in a spiral from the centre.
   void beginIntro(const mj::GameState& game, double now);
-  // Starts the burst of the tile that lay on `slotId`.
+  // Starts the burst of a tile removed from `slotId` that showed `face`.
   void addBurst(const mj::GameState& game, const BoardGeom& geom, int slotId, const std::string& face,
                 double now);
-  // Whether a tile of the fly-in is to be heard in the frame at `now` that is `dt` long: one that takes off
-  // in it, if the last one heard is long enough ago.
+  // Whether a take-off sound is due in the frame at `now` that lasted `dt`: a tile takes off in it, and the
+  // last sound is long enough ago. Remembers the sound.
   bool takeSound(double now, double dt);
-  // Forgets bursts that are over.
+  // Removes finished bursts.
   void update(double now);
 };
 
-// Where a tile in flight is: turned, smaller and away from its place by as much as the flight is unfinished.
+// Pose of a tile in flight: offset from its place, scale and rotation. All become normal as the flight ends.
 struct FlightPose {
   double dx;
   double dy;
@@ -49,10 +49,10 @@ struct FlightPose {
 };
 inline constexpr double kFlightTime = 0.32;
 inline constexpr double kBurstTime = 1.7;
-// `progress` runs from 0 to 1. The same slot id takes the same path every time.
+// `progress` runs from 0, take-off, to 1, landing. A slot id always takes the same path.
 FlightPose flightPose(int slotId, double progress);
 
-// Draws the running bursts over the board, with its zoom and pan and unclipped. `fx` may be null.
+// Draws the running bursts with the board's zoom and pan, not clipped to `rect`. `fx` may be null.
 void drawBursts(Ctx& ctx, const BoardFx* fx, const Rect& rect, const BoardOpts& opts);
 
 }  // namespace ui

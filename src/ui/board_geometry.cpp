@@ -10,7 +10,7 @@
 namespace ui {
 namespace {
 
-// Smaller tiles could not be told apart; a board that needs them overflows.
+// Smaller tiles cannot be told apart. A board that would need them overflows its rectangle.
 constexpr double kMinTileW = 6;
 constexpr double kMinTileH = 8;
 

@@ -1,6 +1,5 @@
-// board_geometry.h: where the tiles of a board lie: how a layout fits a rectangle, how the player sees it
-// zoomed and moved, which tile is under a pointer. Draws nothing. Units: logical pixels, x right, y down;
-// layers grow upward.
+// board_geometry.h: where a board's tiles lie: fits a layout into a rectangle, applies zoom and pan, finds
+// the tile under the pointer. Draws nothing. Units: logical pixels, x right, y down; layers grow upward.
 #pragma once
 
 #include <vector>
@@ -10,7 +9,7 @@
 
 namespace ui {
 
-// Shifts of a layer against the one below.
+// How far each layer is shifted against the one below it.
 inline constexpr double kLayerDx = 0.12;  // in tile widths
 inline constexpr double kLayerDy = 0.18;  // in tile heights
 
@@ -19,8 +18,8 @@ enum class FitMode {
   Cover,    // the board fills the rectangle and may overflow it in one direction
 };
 
-// Where a layout lies. Higher layers are shifted up and to the left, so that a tile's body reads as
-// thickness.
+// A layout fitted into a rectangle. Higher layers are shifted up and to the left, so that a tile's body reads
+// as thickness.
 struct BoardGeom {
   double tileW = 0;
   double tileH = 0;
@@ -28,7 +27,7 @@ struct BoardGeom {
   double layerDy = 0;  // upward shift per layer
   double originX = 0;  // top left corner of the picture
   double originY = 0;
-  double offX = 0;  // shift of the highest layer
+  double offX = 0;  // total shift of the highest layer
   double offY = 0;
   int minX = 0;  // smallest slot coordinates, in half tiles
   int minY = 0;
@@ -38,24 +37,24 @@ struct BoardGeom {
   Rect place(const mj::Slot& slot) const;
 };
 
-// What to show besides the tiles. A slot id of -1 stands for none.
+// How to draw a board. A slot id of -1 means none.
 struct BoardOpts {
   FitMode fit = FitMode::Contain;
   std::vector<int> hintIds = {};
   int pickA = -1;  // shown as selected, besides the game's own selected tile
   int pickB = -1;
-  int mismatchA = -1;  // shown as just refused
+  int mismatchA = -1;  // shown as a refused pair
   int mismatchB = -1;
   double zoom = 1;  // about the centre of the board's rectangle
   double panX = 0;  // added after zooming
   double panY = 0;
-  double alpha = 1;       // of tiles and veils, not of their marks; the texture path's only
-  bool software = false;  // draw with cairo although there is a renderer
+  double alpha = 1;       // of tiles and veils, not of other overlays; cairo ignores it
+  bool software = false;  // draw with cairo even if there is a renderer
 
   bool operator==(const BoardOpts&) const = default;
 };
 
-// The map from the board's picture to the screen: zoom about the centre of the board's rectangle, then pan.
+// Maps board coordinates to the screen: zoom about the centre of the board's rectangle, then pan.
 struct BoardView {
   BoardView(const Rect& board, const BoardOpts& opts);
 
@@ -72,15 +71,15 @@ struct BoardView {
   double panY;
 };
 
-// Fits a layout into a rectangle with tiles of whole logical pixels, never smaller than 6 x 8. No slots give
-// all zeros and one layer.
+// Fits a layout into a rectangle with tiles of whole logical pixels, never smaller than 6 x 8. Without slots
+// all values are zero, except for one layer.
 BoardGeom boardGeometry(const std::vector<mj::Slot>& slots, const Rect& rect, FitMode fit);
 
-// Ids of the tiles on the table in the order of painting: by layer, then by y, then by x.
+// Slot ids of the tiles on the table in painting order: by layer, then y, then x.
 std::vector<int> paintOrder(const mj::GameState& game);
 
-// Slot id under (px, py), or -1. Where tiles overlap the one painted last wins; a tile in flight is found at
-// its resting place.
+// Slot id of the tile at (px, py) on the screen, or -1. Outside `rect` there is none. Where tiles overlap,
+// the one painted last wins. A tile in flight is found at its resting place.
 int hitTestTile(const mj::GameState& game, const Rect& rect, const BoardOpts& opts, double px, double py);
 
 }  // namespace ui

@@ -23,7 +23,7 @@ void circlePath(cairo_t* cr, double cx, double cy, double r) {
   cairo_arc(cr, cx, cy, r, 0, 2 * pi);
 }
 
-// What pango makes a font of: the last four are how the context scales and turns it.
+// Everything that selects a font in pango. The last four are the context's scale and rotation.
 struct FontKey {
   std::string family;
   double size = 0;
@@ -52,24 +52,25 @@ FontDescription makeFont(const FontKey& key) {
   return font;
 }
 
-// One layout and one font serve all texts of one line: a run of labels in one style costs setting the text.
+// One layout and one font, shared by all texts of one line. For a run of labels in one style, only the text
+// changes.
 struct TextCache {
   TextLayout layout;
-  cairo_t* madeFor = nullptr;  // only compared, for it may be gone
+  cairo_t* madeFor = nullptr;  // only compared: it may already be destroyed
   FontDescription font;
   FontKey key;
-  std::vector<FontKey> known;  // all that pango has been asked for since it last forgot them
+  std::vector<FontKey> known;  // fonts requested since pango last dropped them
 };
 
 TextCache& textCache() {
-  // Never destroyed: the layout and its font stay for the process to clear away.
+  // Never destroyed: the process frees the layout and its font when it ends.
   static auto& cache = *new TextCache;
   return cache;
 }
 
-// Pango and cairo keep whatever belongs to a font of a size, some twenty kilobytes, and a window drawn to
-// ever new sizes would come to hold a hundred megabytes. So now and then they are made to forget them all:
-// seldom enough not to be felt, for a window of one size needs fewer fonts on all screens together.
+// Pango and cairo cache about twenty kilobytes for each size of a font. A window that is resized again and
+// again would come to use a hundred megabytes, so they drop all fonts now and then. That is rare enough not
+// to be noticed: all screens together need fewer fonts at one window size.
 void forgetManyFonts(TextCache& cache) {
   constexpr std::size_t kMostFonts = 256;
   if (cache.known.size() < kMostFonts) return;
@@ -82,8 +83,7 @@ void noteFont(TextCache& cache, const FontKey& key) {
   if (std::find(cache.known.begin(), cache.known.end(), key) == cache.known.end()) cache.known.push_back(key);
 }
 
-// Han characters take the shapes of the reader's own language. Fonts tell the Chinese of the mainland by its
-// country.
+// The shapes of Han characters depend on the language. Fonts recognise mainland Chinese only by its country.
 void useLanguage(PangoLayout* layout, const TextStyle& style) {
   const std::string code = style.language != nullptr ? style.language : i18n::currentLanguage();
   PangoLanguage* language = pango_language_from_string(code == "zh" ? "zh-cn" : code.c_str());
@@ -100,13 +100,12 @@ void useContext(TextCache& cache, cairo_t* cr, const TextStyle& style) {
     cache.madeFor = cr;
     cache.font.reset();
   }
-  // A new context may lie where an old one lay, and the same one may have been scaled since.
+  // A new context may have the address of an old one, and the same one may have been scaled since.
   pango_cairo_update_layout(cr, cache.layout.get());
   useLanguage(cache.layout.get(), style);
 }
 
 void useFont(TextCache& cache, const FontKey& key) {
-  // A description lasts while the size is the very same number.
   if (cache.font && cache.key == key) return;
   cache.font = makeFont(key);
   pango_layout_set_font_description(cache.layout.get(), cache.font.get());
@@ -114,11 +113,11 @@ void useFont(TextCache& cache, const FontKey& key) {
   cache.key = key;
 }
 
-// Of a text that has this part of the room it needs. Shrunk sizes go in steps too small to be seen, so that
-// labels do not need a font each; the least one is what it is.
+// The size of a text that has only `part` of the room it needs. It is rounded down to steps too small to see,
+// so that not every label needs its own font. The least size is not rounded.
 double shrunkSize(const TextStyle& style, double part) {
   constexpr double kStep = 0.125;
-  constexpr double kRounding = 1e-6;  // 0.8 times 20 is to be 16
+  constexpr double kRounding = 1e-6;  // so that 0.8 * 20 gives 16
   const double least = std::min(style.minScale, 1.0) * style.size;
   return std::max({std::floor(part * style.size / kStep + kRounding) * kStep, least, kStep});
 }
@@ -128,7 +127,7 @@ PangoLayout* layoutFor(cairo_t* cr, std::string_view text, const TextStyle& styl
   useContext(cache, cr, style);
   useFont(cache, keyOf(cr, style, size));
   PangoLayout* layout = cache.layout.get();
-  // A label that was just measured is laid out already; setting its text would have it done again.
+  // A label that was just measured is already laid out. Setting its text would lay it out again.
   if (text != pango_layout_get_text(layout))
     pango_layout_set_text(layout, text.data(), static_cast<int>(text.size()));
   return layout;
@@ -153,7 +152,7 @@ PangoLayout* fittedLayout(cairo_t* cr, std::string_view text, const TextStyle& s
   return layoutFor(cr, text, style, shrunkSize(style, style.maxWidth / width));
 }
 
-// A size of 0 would put the context into its error state for good.
+// A font size of 0 would put the context into an error state for good.
 bool isDrawable(std::string_view text, const TextStyle& style) { return !text.empty() && style.size > 0; }
 
 bool isTurned(cairo_t* cr) {
@@ -174,9 +173,9 @@ void snapToPixel(cairo_t* cr, double& x, double& y) {
   cairo_device_to_user(cr, &x, &y);
 }
 
-// Letters begin on whole device pixels. Cairo before 1.18 draws them nowhere else; later ones would place
-// them by quarters, a little blurred and unlike the same text on another machine. Turned letters have no such
-// place: they are filled as shapes.
+// Starts the text on a whole device pixel. Cairo before 1.18 always does. Later versions place letters at
+// quarter pixels, which blurs them a little and differs from machine to machine. Rotated text is filled as
+// outlines instead.
 void showLayout(cairo_t* cr, double x, double y, PangoLayout* layout, const TextStyle& style) {
   setColor(cr, style.color, style.alpha);
   if (isTurned(cr)) {
@@ -192,14 +191,15 @@ void showLayout(cairo_t* cr, double x, double y, PangoLayout* layout, const Text
   pango_cairo_show_layout(cr, layout);
 }
 
-// Pango's left is where a text begins: on the right for one from right to left.
+// In pango, left means where the text begins: on the right for right-to-left text.
 PangoAlignment pangoAlignment(Align align, PangoDirection direction) {
   if (align == Align::Center) return PANGO_ALIGN_CENTER;
   const bool mirrored = direction == PANGO_DIRECTION_RTL;
   return (align == Align::Right) != mirrored ? PANGO_ALIGN_RIGHT : PANGO_ALIGN_LEFT;
 }
 
-// Pango would break a line between any two syllables of Korean, which is read by words with spaces between.
+// Pango would break a line between any two Korean syllables. Korean has spaces between words, so it should
+// break there.
 void keepWordsWhole(PangoLayout* layout, std::string_view text) {
   const TextAttributes attributes(pango_attr_list_new());
   for (std::size_t begin = 0; begin < text.size();) {
@@ -213,7 +213,7 @@ void keepWordsWhole(PangoLayout* layout, std::string_view text) {
   pango_layout_set_attributes(layout, attributes.get());
 }
 
-// A layout of its own, so that the cached one never breaks a line.
+// Uses its own layout, so that the cached one never wraps.
 TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const TextStyle& style) {
   const FontKey key = keyOf(cr, style, style.size);
   TextCache& cache = textCache();
@@ -222,7 +222,7 @@ TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const
   TextLayout layout(pango_cairo_create_layout(cr));
   useLanguage(layout.get(), style);
   pango_layout_set_font_description(layout.get(), makeFont(key).get());
-  // A negative width would mean never to break.
+  // Pango would take a negative width as no limit.
   pango_layout_set_width(layout.get(), static_cast<int>(std::max(width, 1.0) * PANGO_SCALE));
   pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
   pango_layout_set_text(layout.get(), text.data(), static_cast<int>(text.size()));
@@ -232,7 +232,7 @@ TextLayout wrappedLayout(cairo_t* cr, double width, std::string_view text, const
   return layout;
 }
 
-// Stops of a gradient that rises over the first `share` of its way and falls over the last, without a kink.
+// Adds stops that rise smoothly over the first `share` of the gradient and fall over the last.
 void addSoftEnds(cairo_pattern_t* pattern, double share, std::uint32_t color, double alpha) {
   constexpr int kSteps = 8;
   for (int i = 0; i <= kSteps; ++i) {
@@ -315,11 +315,11 @@ void drawLine(cairo_t* cr, double x0, double y0, double x1, double y1, double li
   cairo_stroke(cr);
 }
 
-// A blur without an image filter: rings of shrinking width, each faint, lie on top of each other, half within
-// the edge and half outside. The shape itself is filled with every ring, so the shadow fades outwards.
+// A blur without an image filter: faint strokes along the edge, of shrinking width, one on top of the other.
+// The shape is filled with each of them, so the shadow fades outwards.
 void softShadowFromPath(cairo_t* cr, double dx, double dy, double blur, std::uint32_t color, double alpha) {
   const CairoPath path(cairo_copy_path(cr));
-  // A copy that failed would break the context it is appended to; a shadow is no loss.
+  // Appending a failed copy would break the context. The shadow can be missing.
   if (path->status != CAIRO_STATUS_SUCCESS) return;
   const int rings = std::max(2, static_cast<int>(blur));
   cairo_save(cr);
@@ -379,7 +379,7 @@ void drawText(cairo_t* cr, double x, double y, std::string_view text, const Text
 void drawTextIn(cairo_t* cr, const Rect& rect, std::string_view text, const TextStyle& style) {
   if (!isDrawable(text, style)) return;
   TextStyle fitted = style;
-  // A width of 0 or less would mean never to shrink.
+  // A maxWidth of 0 or less would turn shrinking off.
   fitted.maxWidth = std::max(rect.w, 1.0);
   PangoLayout* layout = fittedLayout(cr, text, fitted);
   const TextSize size = sizeOf(layout);

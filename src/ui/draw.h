@@ -1,7 +1,7 @@
-// draw.h: the strokes every picture is made of: shapes, a soft shadow, text in the current language. Knows
-// cairo and pango, and nothing of tiles, screens or textures. Units: logical pixels, x right, y down. A
-// colour is 0xRRGGBB (the top byte is ignored) and always comes with its own opacity `alpha`, 0 to 1. Main
-// thread only: the texts share one layout.
+// draw.h: the basics of drawing: shapes, a soft shadow, text in the current language. Knows cairo and pango,
+// but no tiles, screens or textures. Units: logical pixels, x right, y down. A colour is 0xRRGGBB (the top
+// byte is ignored); its opacity `alpha`, 0 to 1, is given separately. Main thread only: all texts share one
+// layout.
 #pragma once
 
 #include <cairo.h>
@@ -13,23 +13,23 @@
 
 namespace ui {
 
-// Where a text's x lies on its box.
+// Which part of a text's box lies at its x.
 enum class Align : int { Left, Center, Right };
 
 struct TextStyle {
-  const char* family = "sans";  // a missing one is replaced by fontconfig
-  double size = 14;             // in pixels; nothing is drawn with a size that is not positive
+  const char* family = "sans";  // fontconfig replaces a missing one
+  double size = 14;             // in pixels; nothing is drawn unless it is positive
   bool bold = false;
   bool italic = false;
   std::uint32_t color = 0;
   double alpha = 1;
   Align align = Align::Left;
-  double maxWidth = 0;             // a wider text is shrunk to fit, to an eighth of a pixel; 0 or less: never
-  double minScale = 0.6;           // but never to less than this part of `size`, even if it then sticks out
-  const char* language = nullptr;  // whose fonts are preferred; null: the current one's
+  double maxWidth = 0;    // a wider text is shrunk in steps of an eighth of a pixel; 0 or less: never
+  double minScale = 0.6;  // the least part of `size` it is shrunk to, even if it then sticks out
+  const char* language = nullptr;  // its fonts are preferred; null: the current language
 };
 
-// `rect` made smaller by `inset` on every side.
+// `rect` shrunk by `inset` on every side.
 Rect insetRect(const Rect& rect, double inset);
 
 // Makes the colour the context's source.
@@ -39,8 +39,8 @@ void addStop(cairo_pattern_t* pattern, double offset, std::uint32_t color, doubl
 
 void fillRect(cairo_t* cr, const Rect& rect, std::uint32_t color, double alpha);
 
-// Adds the closed outline to the path, without drawing it. A radius of more than half the shorter side gives
-// a capsule, one of 0 or less sharp corners.
+// Adds the closed outline to the path without drawing it. A radius above half the shorter side gives a
+// capsule, one of 0 or less sharp corners.
 void roundedRectPath(cairo_t* cr, const Rect& rect, double radius);
 void fillRoundedRect(cairo_t* cr, const Rect& rect, double radius, std::uint32_t color, double alpha);
 void strokeRoundedRect(cairo_t* cr, const Rect& rect, double radius, double lineWidth, std::uint32_t color,
@@ -53,43 +53,45 @@ void strokeCircle(cairo_t* cr, double cx, double cy, double r, double lineWidth,
 void drawLine(cairo_t* cr, double x0, double y0, double x1, double y1, double lineWidth, std::uint32_t color,
               double alpha);
 
-// Paints the shadow of the current path, moved by (dx, dy) and spreading `blur` beyond its edge. In its
-// middle it is a little fainter than `alpha` (0.33 for 0.4); it is darkest just within the edge (0.55), where
-// the rings of the blur lie on it. The path is still there afterwards, to be filled.
+// Paints the shadow of the current path, moved by (dx, dy) and reaching `blur` beyond its edge. Its middle is
+// a little fainter than `alpha` (0.33 for 0.4). It is darkest just inside the edge (0.55), where the rings of
+// the blur add up. The path stays, ready to be filled.
 void softShadowFromPath(cairo_t* cr, double dx, double dy, double blur, std::uint32_t color, double alpha);
 
-// Darkens or lightens `rect` by the colour, fading out in an even curve to nothing `reachX` and `reachY`
-// beyond it: a patch without an edge, for texts on a restless ground.
+// Tints `rect` with the colour. The tint fades out smoothly `reachX` and `reachY` beyond it: a patch without
+// an edge, behind texts on a busy background.
 void drawSoftPatch(cairo_t* cr, const Rect& rect, double reachX, double reachY, std::uint32_t color,
                    double alpha);
 
-// The size of the text's box as drawText would draw it, shrinking included, in whole pixels. An empty text is
-// 0 wide and one line high.
+// Sets `width` and `height` to the size of the text's box in whole pixels, shrunk as drawText would shrink
+// it. An empty text is 0 wide and one line high. A font size that is not positive gives 0 x 0.
 void measureText(cairo_t* cr, std::string_view text, const TextStyle& style, double& width, double& height);
 
-// How far below the top of its box the text's ink ends, which depends on the font.
+// How far the text's ink reaches below the top of its box, which depends on the font. 0 if there is nothing
+// to draw.
 double inkBottom(cairo_t* cr, std::string_view text, const TextStyle& style);
 
-// Draws with the top of the text's box at y, and x on it where `style.align` says. This and all text below
-// begins on the nearest whole device pixel, unless the context is turned.
+// Draws with the top of the text's box at y; `style.align` says which part of the box lies at x. This and the
+// other functions that draw text start it on the nearest whole device pixel, unless the context is rotated.
 void drawText(cairo_t* cr, double x, double y, std::string_view text, const TextStyle& style);
 
-// Draws in the middle of the rectangle's height, at its left edge, in its middle or at its right edge as
-// `style.align` says, shrunk to its width.
+// Draws vertically centred in the rectangle, at its left edge, middle or right edge as `style.align` says.
+// The text shrinks to the rectangle's width; `style.maxWidth` is ignored.
 void drawTextIn(cairo_t* cr, const Rect& rect, std::string_view text, const TextStyle& style);
 
-// Draws with the middle of the text's box at (cx, cy), whatever `style.align` says.
+// Draws with the middle of the text's box at (cx, cy). Ignores `style.align`.
 void drawTextCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style);
 
-// Adds the outlines of the same letters in the same place to the path, without drawing them.
+// Adds the outlines of the same letters at (cx, cy) to the path, without drawing them or moving them to a
+// pixel.
 void textPathCentered(cairo_t* cr, double cx, double cy, std::string_view text, const TextStyle& style);
 
-// Draws the text broken into lines, in a column of this width whose top left corner is (x, y); the lines lie
-// in it as `style.align` says, whichever way the text runs. A word wider than the column is broken.
-// `maxWidth` and `minScale` do not count.
+// Draws the text broken into lines, in a column of `width` whose top left corner is (x, y). `style.align`
+// places the lines in it, whatever the text's direction. A word wider than the column is broken. Ignores
+// `maxWidth` and `minScale`.
 void drawWrappedText(cairo_t* cr, double x, double y, double width, std::string_view text,
                      const TextStyle& style);
-// The height of these lines, in whole pixels; 0 for an empty text.
+// The height of these lines in whole pixels; 0 if there is nothing to draw.
 double wrappedTextHeight(cairo_t* cr, double width, std::string_view text, const TextStyle& style);
 
 }  // namespace ui

@@ -13,7 +13,7 @@
 namespace ui {
 namespace {
 
-constexpr double kLeastOrnateSide = 80;  // the frame needs more room than this inside it
+constexpr double kLeastOrnateSide = 80;  // the frame's sides must be longer
 
 void fillWith(cairo_t* cr, double w, double h, cairo_pattern_t* pattern) {
   cairo_set_source(cr, pattern);
@@ -21,7 +21,7 @@ void fillWith(cairo_t* cr, double w, double h, cairo_pattern_t* pattern) {
   cairo_fill(cr);
 }
 
-// A lamp hangs a little above the middle of the table.
+// The light of a lamp a little above the middle of the table.
 void paintLight(cairo_t* cr, double w, double h, const mj::TableTheme& theme) {
   const double x = w / 2;
   const double y = 0.3 * h;
@@ -40,7 +40,7 @@ void paintVignette(cairo_t* cr, double w, double h, const mj::TableTheme& theme)
   fillWith(cr, w, h, vignette.get());
 }
 
-// One turn of a meander from the corner (x, y); sx and sy, 1 or -1, mirror it into the four corners.
+// One turn of a Greek key from the corner (x, y). sx and sy, 1 or -1, mirror it into the four corners.
 void cornerKey(cairo_t* cr, double x, double y, double size, double sx, double sy, std::uint32_t color) {
   constexpr std::array<std::array<double, 2>, 6> kPoints = {
       {{0, 1}, {0, 0}, {1, 0}, {1, 0.62}, {0.4, 0.62}, {0.4, 0.34}}};
@@ -97,7 +97,8 @@ std::string feltKey(const FeltJob& job, const std::string& size) {
   return key + "|" + size;
 }
 
-// Each is as large as the window: only that of the screen before is kept, which may come back.
+// Keeps this picture and the one shown before it, which may come back, and drops the one before that. Each is
+// as large as the window.
 void keepOneBeside(const std::string& key) {
   static auto& last = *new std::array<std::string, 2>;
   if (key == last[0]) return;
@@ -109,7 +110,7 @@ SDL_Texture* feltTexture(FeltJob& job) {
   const int w = gpuPixels(job.w);
   const int h = gpuPixels(job.h);
   const std::string size = std::to_string(w) + "x" + std::to_string(h);
-  // Dragging the window's edge asks for a size a frame, each picture as large as the window.
+  // While the window is resized, each frame asks for a picture of a new size. Drop the old sizes at once.
   gpuDropTextures("felt|", "|" + size);
   const std::string key = feltKey(job, size);
   keepOneBeside(key);

@@ -13,10 +13,11 @@
 namespace ui {
 namespace {
 
-constexpr double kSame = 0.5;  // rectangles that differ by less are one
-constexpr double kTouch = 1;   // neighbours may overlap by so much
+constexpr double kSame = 0.5;  // rectangles that differ by less count as equal
+constexpr double kTouch = 1;   // neighbours may overlap by this much
 
-// The ring, from its control outwards: a dark line, gold, a dark line, so that it stands out from gold, too.
+// The ring, outwards from its control: a dark line, gold, a dark line. The dark lines set it off from golden
+// controls.
 constexpr double kRingGap = 1;
 constexpr double kRingLine = 3;
 constexpr double kRingEdge = 1;
@@ -27,8 +28,8 @@ constexpr double kRingEdgeAlpha = 0.75;
 // The corners of the board's cursor.
 constexpr double kCornerGap = 2;
 constexpr double kCornerEdge = 1.5;
-constexpr double kCornerArm = 0.32;   // in its widths
-constexpr double kCornerLine = 0.09;  // the same, within bounds
+constexpr double kCornerArm = 0.32;   // in cursor widths
+constexpr double kCornerLine = 0.09;  // in cursor widths, within the two bounds below
 constexpr double kLeastLine = 4;
 constexpr double kMostLine = 8;
 
@@ -37,7 +38,7 @@ bool isSame(const Rect& a, const Rect& b) {
          std::abs(a.h - b.h) < kSame;
 }
 
-// Without width or height where nothing is common.
+// The intersection. Its width or height is 0 if there is none.
 Rect common(const Rect& a, const Rect& b) {
   const double x = std::max(a.x, b.x);
   const double y = std::max(a.y, b.y);
@@ -49,11 +50,11 @@ bool isNothing(const Rect& rect) { return rect.w <= 0 || rect.h <= 0; }
 
 bool isEnter(int key) { return key == SDLK_RETURN || key == SDLK_KP_ENTER; }
 
-// How another rectangle lies to one, seen in a direction.
+// Where one rectangle lies, seen from another in one direction.
 struct Way {
-  double along;   // the gap in that direction, negative if it does not lie there
-  double across;  // the gap beside it
-  double aside;   // from middle to middle, across
+  double along;   // gap in that direction, negative if it does not lie there
+  double across;  // gap across that direction
+  double aside;   // distance of the middles across that direction
 };
 
 Way horizontalWay(const Rect& from, const Rect& to, int sign) {
@@ -67,7 +68,7 @@ Way wayTo(const Rect& from, const Rect& to, int x, int y) {
   return horizontalWay({from.y, from.x, from.h, from.w}, {to.y, to.x, to.h, to.w}, y);
 }
 
-// The smaller the nearer: what lies straight ahead is nearer than what lies aside.
+// Smaller is nearer. What lies straight ahead is nearer than what lies aside.
 std::pair<double, double> lengthOf(const Way& way) { return {way.along + 2 * way.across, way.aside}; }
 
 void drawRing(cairo_t* cr, const Rect& control) {
@@ -130,7 +131,7 @@ void Focus::take(int key, bool fresh, const Input& in, bool spaceWorks) {
       if (fresh && isShown()) discarded = place->rect;
       return;
     default:
-      // A key that is held down works one thing, however often it repeats.
+      // A held key works only once, however often it repeats.
       if (fresh && isEnter(key)) enter();
   }
 }
@@ -162,7 +163,7 @@ void Focus::tab(int step) {
   if (!controls.empty()) moveTo(step > 0 ? 0 : controls.size() - 1);
 }
 
-// Where the control is gone, the one that has its number now comes after it.
+// If the control is gone, the one that now has its index comes after it.
 void Focus::stepBy(int step) {
   if (controls.empty()) return;
   const auto count = static_cast<int>(controls.size());
@@ -198,12 +199,12 @@ std::optional<std::size_t> Focus::indexOfDrawn() const {
   const auto found = std::find_if(drawn.begin(), drawn.end(),
                                   [&](const Control& control) { return isSame(control.rect, place->rect); });
   if (found != drawn.end()) return static_cast<std::size_t>(found - drawn.begin());
-  // All of them may have moved at once, as in a window of another size.
+  // All controls may have moved at once, as after a resize. Then the index still holds.
   if (shown && drawn.size() == controls.size()) return order;
   return std::nullopt;
 }
 
-// Where an arrow begins: on the main action.
+// Where an arrow key starts without a focus: at the main action, else at the first control.
 std::optional<std::size_t> Focus::start() const {
   for (std::size_t i = 0; i < controls.size() && lastMain; ++i)
     if (isSame(controls[i].rect, *lastMain)) return i;
@@ -211,8 +212,8 @@ std::optional<std::size_t> Focus::start() const {
   return 0;
 }
 
-// In a cone first, and there in the same list; up and down also beside the cone, for rows lie one below the
-// other.
+// Prefers controls in a cone ahead, and among those the ones in the same list. Up and Down also find controls
+// beside the cone, because rows lie one below the other.
 std::optional<std::size_t> Focus::nearest(Direction direction) const {
   struct Found {
     std::size_t index;
@@ -274,7 +275,7 @@ int Focus::offerSlider(const Rect& rect) {
 
 BoardKeys Focus::offerBoard(const Rect& rect) {
   add(rect, Kind::Board);
-  // What lay over it is gone: the board draws its cursor now, and cannot wait for the frame's end.
+  // The cover is gone. The board draws its cursor now, so the focus returns before the frame's end.
   if (wasCovered && below && isSame(below->rect, rect)) {
     place = std::exchange(below, std::nullopt);
     shown = true;
@@ -310,7 +311,7 @@ void Focus::follow(const Rect& inView, double up) {
   place->rect.y -= up;
 }
 
-// --- by hand or by key ---
+// --- by mouse or keyboard ---
 
 bool isWorkedByKey(Ctx& ctx, const Rect& rect) {
   if (ctx.focus == nullptr || !ctx.focus->offer(rect) || ctx.clickTaken) return false;

@@ -1,11 +1,11 @@
-// focus.h: which control of a screen the keyboard works, and the golden ring about it. In every frame the
-// controls tell where they lie, in the order of drawing; nothing else is known of them. The keys of a frame
-// go through the controls of the frame before, which are those that the player sees. Knows no screen. Units:
-// logical pixels.
+// focus.h: the keyboard's focus: which control of a screen the keyboard works, and the golden ring around it.
+// In every frame the controls report their rectangles in drawing order; nothing else is known of them. A
+// frame's keys apply to the controls of the frame before, the ones that the player sees. Knows no screen.
+// Units: logical pixels.
 //
-// Tab and Shift+Tab go through the controls in their order, an arrow to the nearest one in its direction.
-// Enter works the control that has the focus, and without a ring the screen's main action; Space works the
-// former, Delete discards it. A movement of the mouse takes the focus away.
+// Tab and Shift+Tab move through the controls in order, an arrow key to the nearest one in its direction.
+// Enter works the focused control, or the screen's main action if there is no ring. Space works the focused
+// control, Delete discards it. Moving the mouse clears the focus.
 #pragma once
 
 #include <cstddef>
@@ -17,54 +17,58 @@
 
 namespace ui {
 
-// What a board, which has a cursor of its own, is told of a frame's keys.
+// A frame's keys for a board, which has its own cursor.
 struct BoardKeys {
-  bool focused = false;   // the board has the focus, and its cursor is shown
-  int entered = 0;        // by Tab, 1, or by Shift+Tab, -1, in this frame
-  std::vector<int> keys;  // arrows, Tab and Enter, in order of arrival; both Enters come as SDLK_RETURN
+  bool focused = false;   // the board has the focus and shows its cursor
+  int entered = 0;        // 1 if Tab moved here in this frame, -1 if Shift+Tab did
+  std::vector<int> keys;  // arrows, Tab and Enter in order of arrival; both Enters are SDLK_RETURN
 };
 
 class Focus {
  public:
-  // --- for whoever runs the frames ---
+  // --- for the caller that runs the frames ---
 
-  // One frame: takes its keys, has `update` run the screen with this focus, and draws the ring. Space works
-  // nothing where it means something else.
+  // Runs one frame: takes its keys, has `update` run the screen with this focus, and draws the ring. If
+  // `spaceWorks` is false, Space works no control.
   void frame(Ctx& ctx, bool spaceWorks, const std::function<void()>& update);
-  // Another screen is shown.
+  // Forgets everything, because another screen is shown.
   void forget();
-  // What the last frame's ring takes up, if there was one.
+  // The area of the ring drawn in the last frame, if there was one.
   const std::optional<Rect>& ring() const { return drawnRing; }
 
   // --- for the controls ---
 
-  // Each makes a control known. Whether Enter or Space works it in this frame.
+  // Each of these three reports a control. This one returns whether Enter or Space works it in this frame.
   bool offer(const Rect& rect);
-  // By how many steps Left and Right move it, to the right positive.
+  // Returns by how many steps Left and Right move it, positive to the right.
   int offerSlider(const Rect& rect);
-  // Without a ring anywhere the keys are the board's.
+  // Returns the board's keys, empty unless it has the focus. A key that a board takes gives it the focus if
+  // nothing else has it.
   BoardKeys offerBoard(const Rect& rect);
   // Whether a board has the focus.
   bool isOnBoard() const { return isShown() && place->kind == Kind::Board; }
-  // Whether Delete was pressed on it.
+  // Whether Delete was pressed on this control.
   bool isDiscarded(const Rect& rect) const;
-  // The control there, which is yet to be offered, is what Enter works without a ring.
+  // Makes this control the main action, which Enter works if there is no ring. Call it before the control
+  // reports itself.
   void nameMain(const Rect& rect) { main = rect; }
-  // Something lies over all controls so far: they are none. When it is gone the focus is back where it was.
+  // Something covers all controls reported so far: forgets them. When it is gone, the focus returns to where
+  // it was.
   void cover();
-  // From a board to the control before it, -1, or after it, 1.
+  // Moves from a board to the control before it, -1, or after it, 1.
   void leaveBoard(int step) { stepBy(step); }
 
   // --- for lists ---
 
-  // What is offered from now on is seen only in this rectangle, until endView().
+  // Until endView(), controls are visible only inside this rectangle.
   void beginView(const Rect& rect) { view = rect; }
   void endView() { view = kEverywhere; }
-  // By how much what lies in this view must move up so that the control that has just got the focus is whole.
+  // How far the contents of this view must move up to show the whole control that has just got the focus;
+  // negative is down.
   double hiddenPart(const Rect& inView) const;
-  // It has moved up by so much.
+  // Tells the focus that the contents moved up by `up`.
   void follow(const Rect& inView, double up);
-  // Arrows of this frame that found no control: down positive.
+  // Up and Down presses of this frame that found no control, added up: down is positive.
   int unanswered() const { return lost; }
 
  private:
@@ -96,14 +100,14 @@ class Focus {
   std::optional<std::size_t> nearest(Direction direction) const;
   bool isShown() const { return place && shown; }
 
-  std::vector<Control> controls;  // of the frame before
+  std::vector<Control> controls;  // of the last frame
   std::vector<Control> drawn;     // of this frame, so far
   Rect view = kEverywhere;
-  // The control with the focus. Where it is gone, no ring is drawn, but the keys go on from there.
+  // The control with the focus. If it is gone, no ring is drawn, but the keys continue from its place.
   std::optional<Control> place;
-  std::size_t order = 0;         // its number among the controls
-  bool shown = false;            // it is one of them
-  std::optional<Control> below;  // the same of what is covered
+  std::size_t order = 0;         // its index in `controls`
+  bool shown = false;            // it is one of `controls`
+  std::optional<Control> below;  // `place` while something covers its control
   bool covered = false;
   bool wasCovered = false;
   std::optional<Rect> main;
@@ -121,18 +125,18 @@ class Focus {
   BoardKeys board;
 };
 
-// Whether the player works the control in this rectangle: by a click on it, which is taken, or by the
-// keyboard.
+// Whether the player works the control in this rectangle, by a click or by the keyboard. Either takes the
+// frame's click.
 bool isWorked(Ctx& ctx, const Rect& rect);
-// The same by the keyboard alone.
+// The same, by the keyboard only.
 bool isWorkedByKey(Ctx& ctx, const Rect& rect);
-// Whether the player discards what lies there: by a right click, or by Delete.
+// Whether the player discards the control in this rectangle, by a right click or by Delete.
 bool isDiscarded(const Ctx& ctx, const Rect& rect);
 
-// The board's own ring: golden corners about a tile. `cr` must not be clipped to the tile.
+// Draws the board's cursor: golden corners around a tile. `cr` must not be clipped to the tile.
 void drawTileCursor(cairo_t* cr, const Rect& tile);
 
-// Without a focus in the frame these do nothing.
+// Call the frame's focus. Without one, they do nothing.
 void nameMain(const Ctx& ctx, const Rect& rect);
 void coverControls(const Ctx& ctx);
 

@@ -17,7 +17,7 @@ bool registerBundledFonts() {
   const std::string dir = assets::materializeFonts();
   if (dir.empty()) return false;
   const std::string file = dir + "/" + assets::kGlyphFont;
-  // A pipe that could not be replaced by the font would make fontconfig wait for somebody to write into it.
+  // If the font could not be written over a pipe of that name, fontconfig would wait for a writer.
   std::error_code error;
   const bool isFile = std::filesystem::is_regular_file(file, error);
   if (!isFile || FcConfigAppFontAddFile(config, reinterpret_cast<const FcChar8*>(file.c_str())) == FcFalse) {

@@ -1,14 +1,14 @@
-// fonts.h: makes the built-in glyph font known to the text drawing.
+// fonts.h: makes the built-in glyph font available to text drawing.
 #pragma once
 
 namespace ui {
 
-// The family under which text drawing finds the characters that stand on the tiles.
+// The font family of the characters on the tiles.
 inline constexpr const char* kGlyphFamily = "Quenlock Mahjong Glyphs";
 
-// Adds the font to fontconfig's current configuration, for this process only. Called once, before any text is
-// laid out: pango asks fontconfig once and remembers the answer. False, with a line on standard error where
-// fontconfig refuses the file, means that the tiles show whatever font the system has for their characters.
+// Adds the font to fontconfig's current configuration, for this process only. Call it once, before any text
+// is laid out: pango remembers fontconfig's answers. Returns false if the font is not available; the tiles
+// then show the system's fonts. If fontconfig refuses the file, a line on standard error says so.
 bool registerBundledFonts();
 
 }  // namespace ui

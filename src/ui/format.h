@@ -1,4 +1,4 @@
-// format.h: times as numbers alone, the same in every language.
+// format.h: formats durations and dates as numbers only, the same in every language.
 #pragma once
 
 #include <cstdint>
@@ -6,12 +6,12 @@
 
 namespace ui {
 
-// A duration as minutes and seconds: "01:01". An hour and a minute is "61:00", less than a second "00:00", a
-// negative one too.
+// A duration as minutes and seconds: "01:01". An hour and a minute is "61:00". Less than a second, also a
+// negative duration, is "00:00".
 std::string formatTime(std::int64_t milliseconds);
 
-// The local day of a moment, given since the epoch: "31.12.2025". Empty for a moment that no calendar
-// reaches.
+// The local date of a moment in milliseconds since the Unix epoch: "31.12.2025". Empty if the moment is too
+// far away for a calendar date.
 std::string formatDate(std::int64_t milliseconds);
 
 }  // namespace ui

@@ -18,14 +18,14 @@ namespace {
 
 constexpr std::size_t kMaxEntries = 400;
 constexpr std::size_t kEvictedPart = 3;  // a third at once, so that the sort is rare
-// Window sizes are divided by the scale and multiplied again; that leaves far less than this.
+// Window sizes are divided by the scale and multiplied again. The error of that is far smaller than this.
 constexpr double kRoundingError = 1e-6;
 
 struct Entry {
   SdlTexture texture;
   int w = 0;
   int h = 0;
-  std::int64_t lastUsed = 0;  // the frame
+  std::int64_t lastUsed = 0;  // frame number
 };
 
 using Entries = std::map<std::string, Entry, std::less<>>;
@@ -42,7 +42,7 @@ struct Cache {
 };
 
 Cache& cache() {
-  // Never destroyed: by then SDL is gone, and the textures with it.
+  // Never destroyed: at exit SDL is already gone, and its textures with it.
   static auto& instance = *new Cache;
   return instance;
 }
@@ -62,7 +62,7 @@ SDL_BlendMode chooseBlendMode(SDL_Renderer* renderer) {
   return SDL_BLENDMODE_BLEND;
 }
 
-// The entry if it has this size. One of another size is what the key meant before, and is dropped.
+// Returns the entry if it has this size. An entry of another size is stale: evicts it and returns null.
 Entry* findOrDrop(Entries& entries, const std::string& key, int w, int h) {
   const auto found = entries.find(key);
   if (found == entries.end()) return nullptr;
@@ -71,7 +71,7 @@ Entry* findOrDrop(Entries& entries, const std::string& key, int w, int h) {
   return nullptr;
 }
 
-// The one used last; null without any.
+// Returns the most recently used entry of the family, or null.
 Entry* youngestOf(Entries& entries, std::string_view family) {
   Entry* youngest = nullptr;
   for (auto it = entries.lower_bound(family); it != entries.end() && it->first.starts_with(family); ++it) {
@@ -85,7 +85,7 @@ void evictOldest(Entries& entries) {
   std::vector<std::pair<std::int64_t, Entries::iterator>> byAge;
   byAge.reserve(entries.size());
   for (auto it = entries.begin(); it != entries.end(); ++it) byAge.emplace_back(it->second.lastUsed, it);
-  // Stable: within a frame they stay in the order of their keys.
+  // Stable: entries used in the same frame stay in key order.
   std::stable_sort(byAge.begin(), byAge.end(),
                    [](const auto& a, const auto& b) { return a.first < b.first; });
   byAge.resize(byAge.size() / kEvictedPart);
@@ -96,7 +96,7 @@ SDL_Texture* store(Cache& state, const std::string& key, Entry entry) {
   return state.entries.insert_or_assign(key, std::move(entry)).first->second.texture.get();
 }
 
-// Null when cairo has no memory for it or the painting went wrong.
+// Returns null if cairo cannot make the surface or the painting fails.
 CairoSurface paintSurface(int w, int h, double scale, void (*paint)(cairo_t*, void*), void* user) {
   CairoSurface surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h));
   if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return nullptr;
@@ -108,15 +108,14 @@ CairoSurface paintSurface(int w, int h, double scale, void (*paint)(cairo_t*, vo
   return surface;
 }
 
-// Null when the renderer cannot make it.
+// Returns null on failure.
 SdlTexture createTexture(const Cache& state, SDL_TextureAccess access, int w, int h) {
   SdlTexture texture(SDL_CreateTexture(state.renderer, SDL_PIXELFORMAT_ARGB8888, access, w, h));
   if (texture && SDL_SetTextureBlendMode(texture.get(), state.blendMode) != 0) return nullptr;
   return texture;
 }
 
-// Null when the renderer cannot make it. The surface's pixels are straight afterwards if the renderer wants
-// them so.
+// Returns null on failure. If the renderer needs straight alpha, converts the surface's own pixels.
 SdlTexture upload(const Cache& state, cairo_surface_t* surface, int w, int h) {
   SdlTexture texture = createTexture(state, SDL_TEXTUREACCESS_STATIC, w, h);
   if (!texture) return nullptr;
@@ -130,26 +129,26 @@ SdlTexture upload(const Cache& state, cairo_surface_t* surface, int w, int h) {
   return texture;
 }
 
-// False when the renderer could not be turned to the texture; nothing is painted then.
+// Returns false if the renderer cannot switch to the texture, clear it or switch back.
 bool paintTarget(SDL_Renderer* renderer, SDL_Texture* texture, void (*paint)(void*), void* user) {
   SDL_Texture* previous = SDL_GetRenderTarget(renderer);
   if (SDL_SetRenderTarget(renderer, texture) != 0) return false;
   bool done = SDL_SetRenderDrawColor(renderer, 0, 0, 0, 0) == 0 && SDL_RenderClear(renderer) == 0;
   if (done) paint(user);
-  // A renderer that does not come back would paint the rest of the frame into the texture; destroying the
-  // texture, which follows from `false`, brings it back to the window.
+  // A renderer that does not switch back would paint the rest of the frame into the texture. On `false` the
+  // texture is destroyed, and SDL returns to the window.
   done = SDL_SetRenderTarget(renderer, previous) == 0 && done;
   return done;
 }
 
 SDL_Texture* repaint(Cache& state, const std::string& key, void (*paint)(void*), void* user) {
-  // Held outside the map meanwhile: what `paint` asks for may evict, and its own texture must not go.
+  // Keep the entry outside the map: `paint` requests textures, which may evict entries, but not this one.
   auto node = state.entries.extract(key);
   if (!paintTarget(state.renderer, node.mapped().texture.get(), paint, user)) return nullptr;
   return store(state, key, std::move(node.mapped()));
 }
 
-// Premultiplied pixels need the colour modulated as well as the alpha to fade.
+// Premultiplied pixels fade only if the colour is modulated as well as the alpha.
 bool setOpacity(SDL_Texture* texture, double alpha) {
   const auto a = static_cast<Uint8>(std::floor(std::clamp(alpha, 0.0, 1.0) * 255 + 0.5));
   if (SDL_SetTextureAlphaMod(texture, a) != 0) return false;
@@ -235,7 +234,7 @@ SDL_BlendMode gpuBlendMode() { return cache().blendMode; }
 bool gpuIsPremultiplied() { return cache().blendMode != SDL_BLENDMODE_BLEND; }
 
 void unpremultiply(std::span<std::uint32_t> pixels) {
-  // Neighbours are often equal, as in a veil.
+  // Neighbouring pixels are often equal, as in a veil.
   std::uint32_t last = 0;
   std::uint32_t lastStraight = 0;
   for (std::uint32_t& pixel : pixels) {
@@ -334,7 +333,7 @@ void gpuBlit(SDL_Texture* texture, double x, double y, double w, double h, doubl
   Cache& state = cache();
   if (texture == nullptr || state.renderer == nullptr || !setOpacity(texture, alpha)) return;
   const SDL_Rect target = {toDevice(x), toDevice(y), toDevice(w), toDevice(h)};
-  // A copy that fails is a picture missing for one frame; there is nothing better to do.
+  // If a copy fails, the picture is missing for one frame. Nothing better can be done.
   SDL_RenderCopy(state.renderer, texture, nullptr, &target);
   ++state.drawCalls;
 }
@@ -356,7 +355,7 @@ GpuClip::GpuClip(const Rect& rect) {
   if (SDL_RenderIsClipEnabled(state.renderer) != SDL_FALSE)
     SDL_RenderGetClipRect(state.renderer, &found.emplace());
   const SDL_Rect clip = {down(rect.x), down(rect.y), up(rect.w), up(rect.h)};
-  // Should it fail the picture sticks out, which harms nothing.
+  // If this fails, pictures reach beyond the rectangle, which is harmless.
   SDL_RenderSetClipRect(state.renderer, &clip);
 }
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kDegree = std::numbers::pi / 180;
 
-// All coordinates below are in halves of the icon's side, from its centre.
+// The coordinates below are relative to the icon's centre, in halves of its side.
 
 void line(cairo_t* cr, double x0, double y0, double x1, double y1) {
   cairo_move_to(cr, x0, y0);
@@ -45,7 +45,7 @@ void hint(cairo_t* cr) {
   cairo_stroke(cr);
 }
 
-// Two arrows whose ways cross.
+// Two arrows that cross.
 void shuffle(cairo_t* cr) {
   for (const double side : {1.0, -1.0}) {
     cairo_move_to(cr, -1, -0.5 * side);
@@ -62,7 +62,7 @@ void undo(cairo_t* cr) {
   fillTriangle(cr, -0.65, -0.55, -0.62, 0.1, -0.05, -0.15);
 }
 
-// An arrow that goes round to the right.
+// An arrow that turns round to the right.
 void replay(cairo_t* cr) {
   arc(cr, 0, 0, 0.65, 108, 378);
   cairo_stroke(cr);
@@ -103,12 +103,12 @@ void pause(cairo_t* cr) {
 
 void play(cairo_t* cr) { fillTriangle(cr, -0.4, -0.7, 0.7, 0, -0.4, 0.7); }
 
-// In the order of ActionIcon; the card, which is drawn apart, is its last.
+// In the order of ActionIcon. Its last value, Card, has its own function.
 using DrawIcon = void (*)(cairo_t*);
 constexpr DrawIcon kLineIcons[] = {hint, shuffle, undo, zoomIn, zoomOut, fit, pause, play, replay};
 static_assert(std::size(kLineIcons) == static_cast<std::size_t>(ActionIcon::Card));
 
-// A card and its shadow, whose distance does not grow with the card.
+// A card and its shadow. The shadow's offset does not grow with the card.
 void drawCard(cairo_t* cr, double cx, double cy, double size, std::uint32_t color, double alpha) {
   constexpr double kShadowShift = 1.5;
   const Rect card{cx - 0.31 * size, cy - 0.42 * size, 0.62 * size, 0.84 * size};

@@ -1,5 +1,4 @@
-// icons.h: the pictures on the buttons of the game, drawn as lines of one weight. Knows no buttons. Units:
-// logical pixels.
+// icons.h: the icons on the game's buttons, drawn in one colour. Knows no buttons. Units: logical pixels.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +9,8 @@ namespace ui {
 
 enum class ActionIcon : int { Hint, Shuffle, Undo, ZoomIn, ZoomOut, Fit, Pause, Play, Replay, Card };
 
-// Centred on (cx, cy) in a square of side `size`. Nothing for a size that is not positive or a value that
-// names no icon.
+// Draws the icon centred on (cx, cy) in a square of side `size`. Draws nothing if the size is not positive or
+// the value names no icon.
 void drawActionIcon(cairo_t* cr, ActionIcon icon, double cx, double cy, double size, std::uint32_t color,
                     double alpha);
 

@@ -1,4 +1,5 @@
-// palette.h: the colours that widgets and screens share, 0xRRGGBB. What only one picture uses stands with it.
+// palette.h: the colours that widgets and screens share, 0xRRGGBB. Other colours stand beside the picture
+// that uses them.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +11,7 @@ inline constexpr std::uint32_t kPanelEdge = 0x235F47;
 inline constexpr std::uint32_t kDarkPlaque = 0x0C3524;
 
 inline constexpr std::uint32_t kGold = 0xE8B84B;
-inline constexpr std::uint32_t kDarkGold = 0x9C6F18;  // the edge of what is gold
+inline constexpr std::uint32_t kDarkGold = 0x9C6F18;  // edges of golden controls
 inline constexpr std::uint32_t kStarGold = 0xF0C14A;
 
 inline constexpr std::uint32_t kLightText = 0xF6EFDD;
@@ -25,8 +26,8 @@ inline constexpr std::uint32_t kConfirm = 0x7A1F1A;
 inline constexpr std::uint32_t kConfirmEdge = 0xB3382C;
 inline constexpr std::uint32_t kConfirmText = 0xFFD9D2;
 
-inline constexpr std::uint32_t kWinLight = 0xFFF4D6;  // in which a game ends and its result begins
-inline constexpr std::uint32_t kVeil = 0x041C0B;      // over a screen that waits
+inline constexpr std::uint32_t kWinLight = 0xFFF4D6;  // fills the screen between a won game and its result
+inline constexpr std::uint32_t kVeil = 0x041C0B;      // darkens the screen under dialogs and texts
 inline constexpr std::uint32_t kWhite = 0xFFFFFF;
 inline constexpr std::uint32_t kBlack = 0x000000;
 

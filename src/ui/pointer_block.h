@@ -1,4 +1,4 @@
-// pointer_block.h: what must not hear of the player's input is drawn without it.
+// pointer_block.h: hides the player's input from the parts of a screen that must not react to it.
 #pragma once
 
 #include <utility>
@@ -7,11 +7,10 @@
 
 namespace ui {
 
-// While it lives the frame has no pointer anywhere and no click; what the mouse did is there again
-// afterwards.
+// While it lives, the frame has no pointer and no clicks. Restores the input afterwards.
 class PointerBlock {
  public:
-  // `blocked` false blocks nothing.
+  // Blocks nothing if `blocked` is false.
   PointerBlock(Ctx& frame, bool blocked) : ctx(frame), kept(frame.in) {
     if (!blocked) return;
     ctx.in = {};
@@ -31,7 +30,7 @@ class PointerBlock {
   Input kept;
 };
 
-// The same for what lies under a question: it hears of no key either, and the keyboard works none of it.
+// The same for controls under a dialog: hides the keys and the keyboard's focus as well.
 class InputBlock {
  public:
   InputBlock(Ctx& frame, bool blocked) : pointer(frame, blocked), ctx(frame), kept(frame.focus) {

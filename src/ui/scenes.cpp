@@ -18,16 +18,16 @@ namespace {
 constexpr double kBackdropAlpha = 0.4;
 constexpr const char* kBackdropKey = "backdrop";
 
-// Where the backdrop stands: enlarged about the window's centre, then moved.
+// The backdrop's transform: zoom about the window's centre, then shift.
 struct Drift {
   double zoom;
   double dx;
   double dy;
 };
 
-// At its smallest the picture reaches 0.055 windows beyond each edge of the window, more than it moves, so
-// that tiles cut off at its own edges are never seen so. A board that ends within the picture, its tiles
-// being whole pixels wide, may be seen to end.
+// Even at its smallest zoom, the picture reaches 0.055 window sizes beyond each edge, more than the 0.045 it
+// moves. So tiles cut off at the picture's edges stay out of sight. A board that ends inside the picture,
+// because its tiles are whole pixels wide, may still show its edge.
 Drift driftAt(double time, double w, double h) {
   return {.zoom = 1.14 + 0.03 * std::sin(0.09 * time),
           .dx = 0.045 * w * std::sin(0.11 * time),
@@ -54,7 +54,7 @@ void drawBackdrop(cairo_t* cr, void* user) {
 SDL_Texture* backdropTexture(BackdropJob job) {
   const int w = gpuPixels(job.ctx.w);
   const int h = gpuPixels(job.ctx.h);
-  // What a renderer with straight alpha paints into a texture it could not blend rightly itself.
+  // A renderer with straight alpha could not blend its own render target correctly.
   if (!gpuIsPremultiplied()) return gpuTexture(kBackdropKey, w, h, drawBackdrop, &job);
   return gpuRenderTarget(kBackdropKey, w, h, paintBackdrop, &job, false);
 }
@@ -96,7 +96,7 @@ bool writePng(cairo_surface_t* picture, const std::string& path) {
   const std::string unfinished = path + ".tmp";
   const bool written = cairo_surface_write_to_png(picture, unfinished.c_str()) == CAIRO_STATUS_SUCCESS &&
                        std::rename(unfinished.c_str(), path.c_str()) == 0;
-  // Gone already if all went well; otherwise half a picture is no use to anyone.
+  // Leave no incomplete file behind.
   if (!written) std::remove(unfinished.c_str());
   return written;
 }

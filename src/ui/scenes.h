@@ -1,6 +1,6 @@
-// scenes.h: two more uses of a board: the faded one that drifts behind the menu, and the picture of one in a
-// file. Knows no screen and no record of games. Units: logical pixels, seconds; the file's size in its
-// pixels.
+// scenes.h: two more pictures of a board: the faded backdrop that drifts behind the menu, and the capture
+// saved in a file. Knows no screens and no stored games. Units: logical pixels, seconds; a capture's size in
+// its own pixels.
 #pragma once
 
 #include <string>
@@ -12,23 +12,22 @@
 
 namespace ui {
 
-// The game's board over the whole window, faded, zooming and drifting slowly by ctx.time. Only tiles are
-// drawn, so that whatever cloth lies below shows through. With a renderer the board is painted once for a
-// size of the window and copied from then on, until it is forgotten: call that when the menu with this game
-// ends. Where the renderer cannot paint into a texture there is no backdrop.
+// Draws the game's board faded over the whole window, zooming and drifting slowly with ctx.time. Only tiles
+// are drawn, so the cloth below shows through. With a renderer the board is painted once for a window size
+// and then copied. Call forgetMenuBackdrop when the menu with this game ends. If the texture cannot be made,
+// there is no backdrop.
 void drawMenuBackdrop(Ctx& ctx, const mj::GameState& game);
 void forgetMenuBackdrop();
 
-// Paints a square of this size in the context's corner: the theme's cloth, the board as it looks on the
-// table, a thin frame.
+// Paints a square of side `size` at the context's origin: the theme's cloth, the board as on the table, a
+// thin frame.
 void drawCapture(cairo_t* cr, const mj::GameState& game, const mj::TableTheme& theme, double size);
-// The same as a picture of size x size pixels. Null when it cannot be made, as without a pixel.
+// The same as a picture of size x size pixels. Returns null if it cannot be made or `size` is below 1.
 CairoSurface captureBoard(const mj::GameState& game, const mj::TableTheme& theme, int size);
-// Writes a picture as a PNG. A file of that name is replaced once the new one is whole: should anything go
-// wrong, or the program die meanwhile, it is as it was before. False when nothing could be written, and for
-// null.
+// Writes the picture as a PNG. Replaces an existing file only once the new one is complete: if something
+// fails or the program dies, the old file stays. Returns false on failure or if the picture is null.
 bool writePng(cairo_surface_t* picture, const std::string& path);
-// Both at once.
+// Captures the board and writes the PNG.
 bool captureBoardPng(const mj::GameState& game, const mj::TableTheme& theme, int size,
                      const std::string& path);
 

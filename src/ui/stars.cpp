@@ -14,21 +14,21 @@ namespace {
 
 using std::numbers::pi;
 
-constexpr double kInnerRadius = 0.42;  // of a star's notches, in its radii
+constexpr double kInnerRadius = 0.42;  // radius of the notches, in star radii
 constexpr double kMissingAlpha = 0.4;  // of a star that was not earned
 
 struct Award {
-  double x;  // of its centre, from the row's
+  double x;  // centre, from the middle of the row
   double r;
   double delay;  // seconds until it pops up
-  int place;     // earned with so many stars
+  int place;     // stars needed to earn it
 };
 constexpr Award kAwards[] = {
     {-68, 20, kStarTimes[1], 2}, {0, 34, kStarTimes[0], 1}, {68, 20, kStarTimes[2], 3}};
 constexpr double kPopTime = 0.45;
 constexpr double kPulseRate = 1.6;  // radians a second
 constexpr double kPulse = 0.08;
-constexpr double kHaloRadius = 1.25;  // in radii of its star
+constexpr double kHaloRadius = 1.25;  // in star radii
 constexpr double kHaloAlpha = 0.16;
 
 void missingStar(cairo_t* cr, double cx, double cy, double r) {

@@ -30,7 +30,7 @@ constexpr unsigned kFaceEdge = 0xFFFAF0;
 constexpr unsigned kInnerFrame = 0x78623A;
 constexpr double kInnerFrameAlpha = 0.35;
 
-// Paces of the pulses, radians a second.
+// Rates of the pulses, in radians per second.
 constexpr double kHintRate = 4.83321946706122;
 constexpr double kSelectRate = 7.306029426953008;
 constexpr double kMismatchRate = 29.919930034188507;
@@ -59,7 +59,7 @@ constexpr Pip kPips9[] = {{0.25, 0.25}, {0.5, 0.25},  {0.75, 0.25}, {0.25, 0.5},
 constexpr std::span<const Pip> kPips[] = {kPips1, kPips2, kPips3, kPips4, kPips5,
                                           kPips6, kPips7, kPips8, kPips9};
 
-// A rank that no tile has shows nine pips.
+// A rank out of range shows nine pips.
 std::span<const Pip> pipsFor(int rank) {
   return 1 <= rank && rank <= 8 ? kPips[rank - 1] : std::span<const Pip>(kPips9);
 }
@@ -93,7 +93,7 @@ void drawPips(cairo_t* cr, const Rect& face, const mj::FaceInfo& info) {
   }
 }
 
-// A glyph centred at a fraction of the face's height, its size in face heights.
+// Draws a glyph. `centreY` and `size` are fractions of the face's height.
 void drawGlyph(cairo_t* cr, const Rect& face, double centreY, double size, const std::string& glyph,
                unsigned color) {
   const TextStyle style{
@@ -126,7 +126,8 @@ struct Blossom {
 constexpr Blossom kFlower{6, kRed, 0.16, 0.26, 0.5};
 constexpr Blossom kSeason{4, kGreen, 0.1, 0.34, 0.3};
 
-// In the corner. In a font whose letters lie low in their line the number is raised to stay on the face.
+// Draws the number in the bottom right corner. It is raised if the font's digits sit so low that they would
+// leave the face.
 void drawNumber(cairo_t* cr, const Rect& face, const std::string& number, unsigned color) {
   constexpr double kFoot = 0.97;
   const TextStyle style{
@@ -161,7 +162,7 @@ void drawBlank(cairo_t* cr, const Rect& rect, const TilePaint& paint, double alp
   strokeRoundedRect(cr, inner, tileRadius(rect.w) * 0.7, 1, kInnerFrame, alpha * kInnerFrameAlpha);
 }
 
-// A faded picture fades as one layer, so that its overlapping strokes do not show through each other.
+// Fades the picture as one layer, so that overlapping strokes do not show through each other.
 void drawPicture(cairo_t* cr, const Rect& faceRect, const std::string& face, double alpha) {
   if (face.empty()) return;
   if (alpha >= 1) {
@@ -191,8 +192,8 @@ void paintTileJob(cairo_t* cr, void* user) {
 
 // --- the fan ---
 
-// Where the middle tile stands on the fan's picture, and the picture's size, in widths of a tile: there is
-// room for the corners of the others and for their shadows.
+// The foot of the middle tile in the fan's picture, and the picture's size, in tile widths. They leave room
+// for the corners and shadows of the tilted tiles.
 constexpr double kFanMiddle = 2.6;
 constexpr double kFanStand = 1.7;
 constexpr double kFanPictureW = 2 * kFanMiddle;
@@ -222,7 +223,7 @@ struct FanPicture {
   double scale = 0;
 };
 
-// The fan's picture, painted when it is another than before: its shadows take longer than all the rest of a
+// The fan's picture. Painted again only if size or scale changed: its shadows take longer than the rest of a
 // frame.
 const FanPicture& fanPicture(double tileW, double scale) {
   // Never destroyed: a screen may draw while the process ends.
@@ -325,9 +326,9 @@ double drawTileFan(cairo_t* cr, double cx, double cy, double tileW) {
   if (!(tileW > 0)) return 0;
   const FanPicture& fan = fanPicture(tileW, gpuScale());
   const double height = kTileFanH * tileW;
-  // A picture that could not be made would break the context.
+  // A failed surface would put the context into an error state.
   if (cairo_surface_status(fan.pixels.get()) != CAIRO_STATUS_SUCCESS) return height;
-  // On whole pixels, or its letters would blur.
+  // On whole device pixels, or the letters would blur.
   const auto snapped = [&](double place) { return std::round(place * fan.scale) / fan.scale; };
   cairo_save(cr);
   cairo_set_source_surface(cr, fan.pixels.get(), snapped(cx - kFanMiddle * tileW),

@@ -1,6 +1,6 @@
-// tile.h: one Mahjong tile: a rounded block whose lighter face sits at the top left and whose darker body
-// shows as its thickness along the right and bottom edges. Knows faces by name, and nothing of boards or
-// games. Units: logical pixels, seconds, opacities 0 to 1.
+// tile.h: one Mahjong tile: a rounded block whose lighter face sits at the top left; its darker body shows as
+// thickness along the right and bottom edges. Knows faces by name, but no boards or games. Units: logical
+// pixels, seconds, opacities 0 to 1.
 #pragma once
 
 #include <SDL.h>
@@ -18,16 +18,16 @@ struct TileVisual {
   bool selected = false;  // golden, under a pulsing red glow
   bool hint = false;      // green outline and pulsing green halo
   bool dim = false;       // not free: veiled
-  bool mismatch = false;  // one of a pair just refused: fast red flicker
+  bool mismatch = false;  // one of a refused pair: fast red flicker
   double alpha = 1;
   double time = 0;  // drives the pulses
 };
 
-// The overlays' opacities. Each pulse has its own pace, so that two on one board do not look like one.
+// Opacities of the overlays. Each pulse has its own rate, so that two kinds on one board look different.
 inline constexpr double kDimAlpha = 0.45;
 inline constexpr double kSelectFillAlpha = 0.46;
 inline constexpr double kMismatchFillAlpha = 0.4;
-double hintGrowth(double time);     // factor by which the halo is larger than the tile, 1 to 1.07
+double hintGrowth(double time);     // the halo's size relative to the tile, 1 to 1.07
 double hintAlpha(double time);      // 0.45 to 1, about 0.77 times a second
 double selectAlpha(double time);    // 0.5 to 1, about 1.16 times a second
 double mismatchAlpha(double time);  // 0.15 to 1, about 9.5 flashes a second
@@ -38,34 +38,35 @@ inline constexpr unsigned kDimColor = 0x061C14;
 inline constexpr unsigned kSelectColor = 0xFF2D20;
 inline constexpr unsigned kMismatchColor = 0xFF3B30;
 
-// Thickness that shows at the right and bottom edges, and corner radius, of a tile of width w.
+// The thickness visible at the right and bottom edges, and the corner radius, of a tile of width w.
 double tileBevel(double w);
 double tileRadius(double w);
 // The part of the tile that carries the picture.
 Rect tileFaceRect(const Rect& tile);
-// `rect` made larger by `factor` about its centre.
+// `rect` enlarged by `factor` about its centre.
 Rect scaledRect(const Rect& rect, double factor);
 
-// The block without any picture: body and face with their outlines.
+// The block without a picture: body and face with their outlines.
 void drawTileBlock(cairo_t* cr, const Rect& rect, unsigned body, unsigned face, double alpha);
-// The picture alone. An unknown face is shown as a one of dots.
+// The picture alone. An unknown face shows a one of dots.
 void drawTileFace(cairo_t* cr, const Rect& faceRect, const std::string& face);
 // An unselected tile without overlays. An empty face name gives a blank tile, here and below.
 void drawStaticTile(cairo_t* cr, const Rect& rect, const std::string& face, double alpha);
-// Body, face, frame and picture; of `visual` only `selected` and `alpha` count.
+// Body, face, frame and picture. Uses only `selected` and `alpha` of `visual`.
 void drawTileBase(cairo_t* cr, const Rect& rect, const std::string& face, const TileVisual& visual);
 // drawTileBase and all overlays.
 void drawTile(cairo_t* cr, const Rect& rect, const std::string& face, const TileVisual& visual);
-// The red glow of a picked or refused tile: a veil and a thick frame just inside the edge.
+// The red glow of a selected or refused tile: a tint and a thick frame just inside the edge.
 void drawTileGlow(cairo_t* cr, const Rect& rect, unsigned color, double fillAlpha, double strokeAlpha);
-// How high the fan is, in widths of a tile.
+// Height of the fan in tile widths.
 inline constexpr double kTileFanH = 1.32 * kTileAspect;
-// Five tiles fanned about (cx, cy), on which the middle one stands; the tilted ones reach a little higher.
-// Painted once for a size, then copied. Returns the height it occupies, 0 for a width that is not positive.
+// Five tiles fanned out. The middle one stands on (cx, cy); the tilted ones reach a little higher. Painted
+// once for a size, then copied. Returns the height it occupies. If the width is not positive, draws nothing
+// and returns 0.
 double drawTileFan(cairo_t* cr, double cx, double cy, double tileW);
 
-// The cached picture of drawTileBase for a tile of w x h, or null without a renderer or when it cannot be
-// made. In a frame that needs many new ones a picture of another size may stand in (gpuTextureOrStandIn).
+// The cached picture of drawTileBase for a tile of w x h. Null without a renderer or if it cannot be made. In
+// a frame that needs many new pictures, one of another size may stand in (gpuTextureOrStandIn).
 SDL_Texture* tileTexture(const std::string& face, double w, double h, bool selected);
 
 }  // namespace ui

@@ -19,7 +19,7 @@ constexpr std::uint32_t kGlowGold = 0xE8C44D;
 constexpr std::uint32_t kGlowHighlight = 0xFFF7DF;
 constexpr std::uint32_t kGlowShadow = 0xB8860B;
 
-// The picture of a glowing letter, in font sizes: room for the letter and its halo.
+// Size of a glowing letter's picture in font sizes, with room for the halo.
 constexpr double kPictureW = 1.2 + 0.7;
 constexpr double kPictureH = 1.4 + 0.7;
 
@@ -27,8 +27,8 @@ constexpr int kHaloPasses = 3;
 constexpr double kHaloStep = 0.035;  // growth from pass to pass
 
 constexpr double kWavePeriod = 2.8;
-constexpr double kWaveLead = 2.5;   // letters that the crest runs on beyond the word's ends
-constexpr double kWaveReach = 1.6;  // letters from the crest to where it is felt no more
+constexpr double kWaveLead = 2.5;   // how far the crest runs beyond the word's ends, in letters
+constexpr double kWaveReach = 1.6;  // how far the wave reaches from its crest, in letters
 constexpr double kWaveLift = 2;     // pixels
 constexpr double kWaveGrowth = 0.06;
 
@@ -53,8 +53,8 @@ std::size_t charLength(char first) {
   return 1;
 }
 
-// "sans" bold, as both titles have it. Elsewhere an apostrophe may come from a font of taller lines, and push
-// the whole word down.
+// Bold "sans" in English, for both titles. In another language an apostrophe may come from a font with taller
+// lines and push the whole word down.
 TextStyle letterStyle(double size, std::uint32_t color, double alpha) {
   return {.family = "sans", .size = size, .bold = true, .color = color, .alpha = alpha, .language = "en"};
 }
@@ -125,7 +125,7 @@ std::string hex(std::uint32_t color) {
   return digits.data();
 }
 
-// Lengths in keys: fine enough to tell sizes apart that make a difference.
+// A length for a cache key, in quarters: fine enough to tell apart sizes that look different.
 std::string quarters(double length) { return std::to_string(static_cast<int>(length * 4)); }
 
 SDL_Texture* glowLetter(GlowJob job) {
@@ -133,7 +133,7 @@ SDL_Texture* glowLetter(GlowJob job) {
   return gpuTexture(key, gpuPixels(job.w()), gpuPixels(job.h()), paintGlowLetter, &job);
 }
 
-// How much of the wave letter i of n feels, 0 to 1.
+// Strength of the wave at letter i of n, 0 to 1.
 double waveAt(int i, int n, double time) {
   const double crest = (n + 2 * kWaveLead) * (std::fmod(time, kWavePeriod) / kWavePeriod) - kWaveLead;
   return std::max(0.0, 1 - std::abs(i - crest) / kWaveReach);
@@ -183,27 +183,27 @@ SDL_Texture* titleTile(std::string_view letter, double w, double h, std::uint32_
   return gpuTexture(key, gpuPixels(w), gpuPixels(h), paintTitleTile, &job);
 }
 
-// How far a tile's drop is done; negative before it begins, 1 or more at rest.
+// Progress of tile i's drop: negative before it begins, 1 or more at rest.
 double dropProgress(int i, double sinceStart) {
   return (sinceStart - (kDropDelay + kDropStagger * i)) / kDropTime;
 }
 
-// How a tile stands in one frame.
+// A tile's pose in one frame.
 struct TilePose {
   double dy;  // below its place
   double scale;
-  double sway;  // squash in width, which looks like a slight turn
+  double sway;  // factor of the width, which looks like a slight turn
   double alpha;
   double shine;  // opacity of the highlight
 };
 
-// From 0 to 1, a little beyond it on the way.
+// Runs from 0 to 1 and overshoots a little on the way.
 double easeOutBack(double progress) {
   const double p = progress - 1;
   return 1 + p * p * (2.4 * p + 1.4);
 }
 
-// The light that passes over tile i of n, 0 to 1.
+// Strength of the passing light on tile i of n, 0 to 0.55.
 double shimmerAt(int i, int n, double time) {
   const double light = std::fmod(1.4 * time, n + 3) - 1.5;
   return 0.55 * std::max(0.0, 1 - std::abs(i - light));

@@ -27,14 +27,14 @@ struct Paint {
 
 // --- plates ---
 
-// What a control is drawn on.
+// The background of a control.
 struct PlateLook {
   double radius;
   Paint fill;
   Paint edge;
   double edgeWidth;
-  Paint glow = {};           // laid over it under the pointer
-  double disabledAlpha = 1;  // of it and all that stands on it
+  Paint glow = {};           // drawn over it under the pointer
+  double disabledAlpha = 1;  // opacity of the whole control while disabled
 };
 
 constexpr double kPill = 1e6;  // a radius that rounds any plate's ends
@@ -56,7 +56,7 @@ constexpr PlateLook kDarkPanelPlate{16, {palette::kDarkPlaque, 1}, {palette::kGo
 
 constexpr double kHeldAlpha = 0.78;  // of a plaque that is being pressed
 
-// Also of one whose numbers are none.
+// Also true if a size is NaN.
 bool isEmpty(const Rect& rect) { return !(rect.w > 0) || !(rect.h > 0); }
 
 double middleX(const Rect& rect) { return rect.x + rect.w / 2; }
@@ -68,9 +68,9 @@ void drawPlate(cairo_t* cr, const Rect& rect, const PlateLook& look, double alph
   if (glowing) fillRoundedRect(cr, rect, look.radius, look.glow.color, look.glow.alpha * alpha);
 }
 
-// --- pictures that are kept ---
+// --- cached pictures ---
 
-// Pixels of a surface.
+// A box of a surface's pixels.
 struct PixelBox {
   int left;
   int top;
@@ -78,7 +78,7 @@ struct PixelBox {
   int bottom;
 };
 
-// Those that this rectangle touches. The context is scaled and moved, but not turned.
+// The pixels that the rectangle touches. The context may be scaled and moved, but not rotated.
 PixelBox pixelsOf(const cairo_matrix_t& matrix, const Rect& rect) {
   const auto down = [](double place) { return static_cast<int>(std::floor(place)); };
   const auto up = [](double place) { return static_cast<int>(std::ceil(place)); };
@@ -86,16 +86,16 @@ PixelBox pixelsOf(const cairo_matrix_t& matrix, const Rect& rect) {
           up(matrix.xx * (rect.x + rect.w) + matrix.x0), up(matrix.yy * (rect.y + rect.h) + matrix.y0)};
 }
 
-// What is costly to draw and the same in every frame, painted once and copied until it is to look different.
-// Cairo copies it, for a texture would lie below the veil.
+// A picture that is costly to draw and rarely changes: painted once, then copied until it must look
+// different. Cairo copies it, because a texture would lie below the veil.
 class KeptPicture {
  public:
-  // `look` names what `paint` draws, which lies within `bounds`.
+  // `look` names what `paint` draws within `bounds`.
   void draw(cairo_t* cr, const std::string& look, const Rect& bounds,
             const std::function<void(cairo_t*)>& paint);
 
  private:
-  std::string key;  // all that the pixels depend on
+  std::string key;  // everything the pixels depend on
   CairoSurface picture;
 };
 
@@ -107,7 +107,7 @@ std::string keyOf(const std::string& look, const Rect& bounds, const cairo_matri
   return key;
 }
 
-// Null when cairo cannot make it.
+// Returns null if cairo fails.
 CairoSurface painted(const cairo_matrix_t& matrix, const PixelBox& box,
                      const std::function<void(cairo_t*)>& paint) {
   CairoSurface picture(
@@ -150,7 +150,7 @@ constexpr FrameLook kPlaqueFrame{4, 8, 7, 11};
 constexpr FrameLook kPageChipFrame{3, 8, 5, 9};
 constexpr FrameLook kPanelFrame{5, 12, 9, 14};
 
-// Marks each corner of the rectangle, made smaller by `inset`, with two strokes along its edges.
+// Marks each corner of the rectangle, shrunk by `inset`, with two strokes along its edges.
 void cornerBrackets(cairo_t* cr, const Rect& rect, double inset, double arm, double alpha,
                     std::uint32_t color) {
   const Rect inner = insetRect(rect, inset);
@@ -200,8 +200,8 @@ TextStyle labelStyle(const LabelLook& look, double alpha = 1) {
   return {.size = look.size, .bold = look.bold, .color = look.color, .alpha = alpha};
 }
 
-// Shrunk to `width`, at most to its least scale. A control too narrow for any label has it at that scale, for
-// a width of 0 or less would mean never to shrink.
+// Lets the label shrink to `width`, down to its least scale. The width is at least 1, because 0 or less would
+// turn shrinking off.
 TextStyle fitted(TextStyle style, double width) {
   style.maxWidth = std::max(width, 1.0);
   return style;
@@ -224,7 +224,7 @@ Size textSize(cairo_t* cr, std::string_view text, const TextStyle& style) {
 
 // --- buttons ---
 
-// The keyboard's ring lies about `ringed`.
+// `ringed` is the rectangle inside the keyboard's ring.
 bool isPressed(Ctx& ctx, const Rect& rect, const Rect& ringed) {
   if (!isWorkedByKey(ctx, ringed) && !ctx.takeClick(rect)) return false;
   audio::play(audio::Sfx::Click);
@@ -242,7 +242,7 @@ bool labelledButton(Ctx& ctx, const Rect& rect, const PlateLook& plate, std::str
   return !disabled && isPressed(ctx, rect);
 }
 
-// What a plaque and a page's chip share: their colours, dark green or gold.
+// The colours of a plaque or a page chip, dark green or gold.
 struct PlaqueLook {
   PlateLook plate;
   Paint frame;
@@ -263,16 +263,16 @@ void drawPlaque(cairo_t* cr, const Rect& rect, const PlaqueLook& look, const Fra
   drawFrame(cr, rect, frame, {look.frame.color, look.frame.alpha * alpha}, alpha);
 }
 
-// A golden ring in place of the thin frame and its brackets, among which a dot in a corner would be lost.
+// A golden ring instead of the thin frame and its brackets, in which the corner dot would get lost.
 void drawRingedPlate(cairo_t* cr, const Rect& rect, const PlateLook& look, bool glowing) {
   constexpr double kRing = 3;
   drawPlate(cr, rect, look, 1, glowing);
-  const double inset = (kRing - look.edgeWidth) / 2;  // its outer side is the edge's
+  const double inset = (kRing - look.edgeWidth) / 2;  // aligns its outer side with the edge's
   const Rect ring = insetRect(rect, inset);
   if (!isEmpty(ring)) strokeRoundedRect(cr, ring, look.radius - inset, kRing, palette::kGold, 1);
 }
 
-// A slanted beam crosses the plaque, then rests.
+// A slanted beam crosses the plaque, then pauses.
 constexpr double kShinePeriod = 3;
 constexpr double kShineSweep = 2.6;
 constexpr double kShineTilt = 0.3141592653589793;
@@ -298,7 +298,7 @@ void drawShine(const Ctx& ctx, const Rect& rect, const PlaqueLook& look, std::ui
 
 void drawBackArrow(cairo_t* cr, const Rect& rect) {
   const double a = 0.32 * std::min(rect.w, rect.h);
-  const double cx = middleX(rect) + 2;  // the head weighs more than the shaft
+  const double cx = middleX(rect) + 2;  // balances the arrow's head
   const double cy = middleY(rect);
   const double tip = cx - a;
   cairo_save(cr);
@@ -332,7 +332,7 @@ constexpr double kDialogHeight = 230;
 constexpr double kDialogMessageTop = 58;
 constexpr double kDialogButtonsTop = kDialogHeight - 62;
 
-// The panel does not grow with its message, so the letters of a long one shrink.
+// The panel has a fixed size, so the letters of a long message shrink.
 TextStyle messageStyle(cairo_t* cr, double width, std::string_view message) {
   constexpr double kGap = 8;  // between the last line and the buttons
   constexpr double kRoom = kDialogButtonsTop - kGap - kDialogMessageTop;
@@ -348,7 +348,7 @@ TextStyle messageStyle(cairo_t* cr, double width, std::string_view message) {
 constexpr double kShadowDrop = 8;
 constexpr double kShadowBlur = 8;
 
-// Its shadow included.
+// The panel with its shadow.
 Rect panelBounds(const Rect& panel) { return insetRect(panel, -(kShadowDrop + kShadowBlur)); }
 
 void drawDialogTexts(cairo_t* cr, const Rect& panel, std::string_view title, std::string_view message) {
@@ -451,7 +451,7 @@ bool dangerButton(Ctx& ctx, const Rect& rect, std::string_view label) {
 
 double slider(Ctx& ctx, const Rect& rect, double value, std::optional<double> dragX) {
   constexpr double kTrackHeight = 6;
-  constexpr double kKeyStep = 5;  // of 100
+  constexpr double kKeyStep = 5;  // percent
   if (std::isnan(value)) value = 0;
   if (isEmpty(rect)) return value;
   const double filled = std::clamp(value, 0.0, 1.0) * rect.w;
@@ -474,7 +474,7 @@ bool toggleRow(Ctx& ctx, const Rect& rect, std::string_view label, bool on) {
   const Rect track{rect.x + rect.w - 52, middleY(rect) - 13, 48, 26};
   fillRoundedRect(ctx.cr, track, 13, on ? palette::kGold : palette::kPanelEdge, 1);
   fillCircle(ctx.cr, on ? track.x + track.w - 13 : track.x + 13, middleY(rect), 10, palette::kPanel, 1);
-  // Clear of the label, of the next row and of a scrollbar beside it.
+  // The ring stays clear of the label, the next row and a scrollbar.
   return isPressed(ctx, rect, {rect.x - 8, rect.y + 3, rect.w + 12, rect.h - 6});
 }
 

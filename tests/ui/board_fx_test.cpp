@@ -59,7 +59,7 @@ TEST(Intro, Of36TilesTakesOffAtGapsFrom267To67Milliseconds) {
   expectTakeOffs(36, 6.0 / 36);
   const std::vector<double> delays = takeOffs(36);
   EXPECT_NEAR(delays[1] - delays[0], 1.6 / 6, 1e-9);                      // 0.267
-  EXPECT_NEAR(delays[35] - delays[34], (1.6 - 1.2 * 34 / 35) / 6, 1e-9);  // 0.072; the last gap leads nowhere
+  EXPECT_NEAR(delays[35] - delays[34], (1.6 - 1.2 * 34 / 35) / 6, 1e-9);  // 0.072; no tile after the last gap
   EXPECT_NEAR(introOf(tiles(36)).introEnd, 6.48, 1e-9);
 }
 
@@ -99,7 +99,7 @@ TEST(Intro, BeginsAnewWithoutTheSoundOfTheOneBefore) {
   EXPECT_EQ(fx.bursts.size(), 1U);
 }
 
-// Slot ids in the order of their take-off.
+// Slot ids in order of take-off.
 std::vector<int> takeOffOrder(const mj::GameState& game) {
   const std::vector<double> delays = introOf(game).delays;
   std::vector<int> ids;
@@ -125,7 +125,7 @@ mj::GameState square() {
 }
 
 TEST(Intro, GoesRoundTheCentreInRingsTwoUnitsWide) {
-  // The inner ring from the right, downwards; the corners, 5.66 away, still belong to the outer one.
+  // The inner ring starts at the right and goes down. The corners, 5.66 away, still belong to the outer ring.
   EXPECT_EQ(takeOffOrder(square()), (std::vector<int>{12, 13, 18, 17, 16, 11, 6, 7, 8, 14, 19, 24, 23,
                                                       22, 21, 20, 15, 10, 5,  0, 1, 2, 3,  4,  9}));
 }
@@ -142,7 +142,7 @@ TEST(Intro, CountsOnlyTilesOnTheTable) {
   for (std::size_t id = 0; id < 25; ++id) {
     if (id % 5 < 3) game.faces[id].clear();
   }
-  // Two columns are left, whose centre lies right of the whole square's.
+  // Two columns remain. Their centre lies right of the whole square's.
   EXPECT_EQ(takeOffOrder(game), (std::vector<int>{14, 13, 19, 18, 8, 9, 24, 23, 3, 4}));
   const ui::BoardFx fx = introOf(game);
   EXPECT_EQ(fx.delays.size(), 25U);
@@ -158,7 +158,7 @@ struct Fractions {
   double distance;
   double turn;
 };
-// Worked out once apart from this program.
+// Computed independently of this program.
 constexpr Fractions kFractions[] = {
     {0, 0.3588899802416563, 0.10590326134115458, 0.675290479324758},
     {1, 0.8700448414310813, 0.7359313212800771, 0.6062696557492018},
@@ -189,7 +189,7 @@ TEST(Flight, EndsAtRest) {
 }
 
 TEST(Flight, OvershootsALittleBeforeItRests) {
-  // What is left of the way at half the time: 1 - (1 + 0.25 * (1.12 - 1.06)) = -0.015.
+  // The part of the way left at half time: 1 - (1 + 0.25 * (1.12 - 1.06)) = -0.015.
   const ui::FlightPose start = ui::flightPose(7, 0);
   const ui::FlightPose half = ui::flightPose(7, 0.5);
   EXPECT_NEAR(half.dx, -0.015 * start.dx, 1e-9);
@@ -215,11 +215,12 @@ TEST(Flight, StartsWithinItsBoundsForEveryTile) {
 class Bursts : public support::WithGlyphFont, public testing::WithParamInterface<Path> {};
 INSTANTIATE_TEST_SUITE_P(By, Bursts, testing::Values(Path::Cairo, Path::Textures), test::pathName);
 
-constexpr double kW = 40;  // of the burst's face
+constexpr double kW = 40;  // size of the burst's face
 constexpr double kH = 54;
-// Its eased progress is 1 - (1 - p)², p being the time in 1.7 s.
+// The time at which a burst's eased progress has this value. It is 1 - (1 - p)², where p is the time in units
+// of 1.7 s.
 double timeOf(double eased) { return ui::kBurstTime * (1 - std::sqrt(1 - eased)); }
-// The size of its tile, while it is in the air.
+// The tile's size factor at this progress.
 double sizeAt(double eased) { return (1 + 0.25 * eased) * (1 + 0.28 * std::sin(eased * kPi)); }
 
 ui::BoardFx burstAt(double cx, double cy, double start = 0) {
@@ -258,7 +259,7 @@ TEST_P(Bursts, OfNothingDrawNothing) {
   EXPECT_TRUE(burstInk(GetParam(), {}, 1).empty());
 }
 
-// At two fifths of its way, turned once by a half, with neither ring nor sparks yet.
+// At eased progress 0.4: the tile has made one turn, and there is no ring and no spark yet.
 TEST_P(Bursts, RiseToAQuarterTileBelowTheWindowsTop) {
   const Ink ink = burstInk(GetParam(), burstAt(200, 150), timeOf(0.4));
   EXPECT_NEAR(ink.centreX(), 200, 1);
@@ -272,7 +273,7 @@ TEST_P(Bursts, RiseAtMost4Point2TileHeights) {
 }
 
 TEST_P(Bursts, RiseAtLeastATileHeightEvenOutOfTheWindow) {
-  // Left to itself it would rise but half a tile.
+  // Without that minimum it would rise by only half a tile.
   const Ink low = burstInk(GetParam(), burstAt(200, 0.75 * kH), timeOf(0.2));
   EXPECT_NEAR(low.bottom, 0.75 * kH - 0.2 * kH + sizeAt(0.2) * kH / 2, 1.5);
   const Ink out = burstInk(GetParam(), burstAt(200, 0.25 * kH), timeOf(0.4));
@@ -280,7 +281,7 @@ TEST_P(Bursts, RiseAtLeastATileHeightEvenOutOfTheWindow) {
   EXPECT_EQ(out.top, 0);
 }
 
-// The outline adds half its width on each side, and smoothing a part of a pixel.
+// The outline adds half its width on each side, and smoothing adds part of a pixel.
 void expectBreadth(const Ink& ink, double eased, double turned) {
   const double w = sizeAt(eased) * kW * turned;
   EXPECT_GE(ink.w(), w - 1) << eased;
@@ -290,9 +291,9 @@ void expectBreadth(const Ink& ink, double eased, double turned) {
 
 TEST_P(Bursts, TurnAboutTheVerticalAxisButNeverVanish) {
   const auto inkAt = [](double eased) { return burstInk(GetParam(), burstAt(200, 400), timeOf(eased)); };
-  expectBreadth(inkAt(0.1), 0.1, 0.06);  // seen from the side
+  expectBreadth(inkAt(0.1), 0.1, 0.06);  // edge-on
   expectBreadth(inkAt(0.15), 0.15, std::sqrt(0.5));
-  expectBreadth(inkAt(0.2), 0.2, 1);  // turned by a half
+  expectBreadth(inkAt(0.2), 0.2, 1);  // after half a turn
   expectBreadth(inkAt(0.3), 0.3, 0.06);
 }
 
@@ -317,7 +318,8 @@ TEST_P(Bursts, ReachBeyondTheBoardsRectangle) {
 TEST_P(Bursts, ThrowSparksFromTheSecondHalfOfTheirWay) {
   const Ink before = burstInk(GetParam(), burstAt(200, 400), timeOf(0.499));
   EXPECT_LT(before.w(), 1.5 * kW);
-  // Ring and sparks at four fifths: r = 0.6; the ring reaches (2.8 * 0.6 + 0.3) * 0.6 W from the centre.
+  // At eased progress 0.8, r = 0.6 for ring and sparks. The ring reaches (2.8 * 0.6 + 0.3) * 0.6 W from the
+  // centre.
   const Ink after = burstInk(GetParam(), burstAt(200, 400), timeOf(0.8));
   EXPECT_GT(after.w(), 2 * 1.188 * kW);
 }
@@ -348,10 +350,10 @@ TEST(BurstTextures, AreKeptByColourAndDeviceSize) {
   ctx.time = timeOf(0.6);
   ui::gpuBeginFrame();
   ui::drawBursts(ctx, &fx, kBurstsRect, {});
-  EXPECT_EQ(ui::gpuDrawCalls(), 22);  // the tile, its ring, twenty sparks
+  EXPECT_EQ(ui::gpuDrawCalls(), 22);  // the tile, its ring and twenty sparks
   EXPECT_TRUE(isCached("tile|dot5|60x81", 60, 81));
   EXPECT_TRUE(isCached("ring|ffe9a8|72", 72, 72));
-  // 2 * 0.1 * 40 * 1.5 = 12 and, with 0.035 more for every third, 16.2 and 20.4.
+  // Sizes: 2 * 0.1 * 40 * 1.5 = 12; 0.035 and 0.07 more give 16.2 and 20.4.
   for (const char* color : {"e8b84b", "f6efdd", "c92a2a", "f1d489", "2c8a63"}) {
     for (const int size : {12, 17, 21})
       EXPECT_TRUE(isCached(std::string("dot|") + color + "|" + std::to_string(size), size, size)) << color;
@@ -390,7 +392,7 @@ TEST(BurstList, TakesPlaceAndSizeFromTheTilesFace) {
   fx.addBurst(game, geom, 1, "season2", 4.5);
   ASSERT_EQ(fx.bursts.size(), 1U);
   const ui::BoardFx::Burst& burst = fx.bursts[0];
-  EXPECT_EQ(burst.w, 45);  // 50 x 67 less the bevel of 5
+  EXPECT_EQ(burst.w, 45);  // 50 x 67 minus the bevel of 5
   EXPECT_EQ(burst.h, 62);
   EXPECT_EQ(burst.cx, 60 + 22.5);
   EXPECT_EQ(burst.cy, 20 + 31);

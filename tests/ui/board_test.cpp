@@ -43,7 +43,7 @@ mj::GameState boardAt(const std::vector<std::array<int, 3>>& places, const std::
   return game;
 }
 
-// Four tiles with one on their meeting point.
+// Four tiles with a fifth on top of their common corner.
 mj::GameState smallHeap() { return boardAt({{0, 0, 0}, {2, 0, 0}, {0, 2, 0}, {2, 2, 0}, {1, 1, 1}}); }
 
 ui::BoardGeom geometryOf(const mj::GameState& game, const ui::Rect& rect,
@@ -56,7 +56,7 @@ ui::CairoSurface board(Path path, const Frame& frame, const mj::GameState& game,
   return paintScene(path, frame, [&](ui::Ctx& ctx) { ui::drawBoard(ctx, game, rect, opts, fx); });
 }
 
-// A fly-in that began at 0, with these take-offs by slot id.
+// A fly-in that began at time 0, with these take-off delays by slot id.
 ui::BoardFx flyIn(const std::vector<double>& delays) {
   ui::BoardFx fx;
   fx.introActive = true;
@@ -168,7 +168,7 @@ TEST(BoardView, ZoomsAboutTheCentreAndPansAfterwards) {
 
 // --- hit test ---
 
-// A flat row of two tiles of 50 x 67 whose first begins at (0, 0).
+// A flat row of two tiles of 50 x 67; the first begins at (0, 0).
 const ui::Rect kRowRect{0, 0, 100, 67};
 mj::GameState twoInARow() { return boardAt({{0, 0, 0}, {2, 0, 0}}); }
 
@@ -184,7 +184,7 @@ TEST(HitTest, HasLeftAndTopEdgesInsideAndRightAndBottomOnesOutside) {
 
 TEST(HitTest, FindsNothingOutsideTheBoardsRectangle) {
   const mj::GameState game = boardAt({{0, 0, 0}});
-  const ui::Rect rect{100, 100, 4, 4};  // smaller than its one tile of 6 x 8
+  const ui::Rect rect{100, 100, 4, 4};  // smaller than the one tile of 6 x 8
   EXPECT_EQ(ui::hitTestTile(game, rect, {}, 100, 100), 0);
   EXPECT_EQ(ui::hitTestTile(game, rect, {}, 103.9, 103.9), 0);
   EXPECT_EQ(ui::hitTestTile(game, rect, {}, 99.5, 102), -1);
@@ -206,7 +206,7 @@ TEST(HitTest, PassesThroughTilesThatAreGone) {
 }
 
 TEST(HitTest, TakesTheHigherOfTwoStackedTiles) {
-  // Listed upper tile first, so that the order of the slots is no help.
+  // The upper tile is listed first, so that the order of the slots does not help.
   const mj::GameState game = boardAt({{0, 0, 1}, {0, 0, 0}});
   const ui::Rect rect{0, 0, 112, 158};
   const ui::BoardGeom geom = geometryOf(game, rect);
@@ -253,7 +253,7 @@ TEST(HitTest, GoesByTheSameFitAsTheDrawing) {
   EXPECT_EQ(ui::hitTestTile(game, rect, {.fit = ui::FitMode::Cover}, 25, 100), 0);
 }
 
-// --- drawing, by either path ---
+// --- drawing, on both paths ---
 
 class BoardDrawing : public support::WithGlyphFont, public testing::WithParamInterface<Path> {
  protected:
@@ -261,8 +261,8 @@ class BoardDrawing : public support::WithGlyphFont, public testing::WithParamInt
 };
 INSTANTIATE_TEST_SUITE_P(By, BoardDrawing, testing::Values(Path::Cairo, Path::Textures), test::pathName);
 
-// The renderer of the tests cannot blend premultiplied pixels: it takes the veil's opacity off its colour a
-// second time. Of 0x1C, the veil's brightest channel, 0.45 * 0.55 are lost, and one more by rounding.
+// How much darker the veil may be on the texture path: what its own colour would lose if its opacity applied
+// twice, 0.45 * 0.55 of its brightest channel 0x1C, and one for rounding.
 constexpr int kDarkerVeil = 8;
 
 const Frame kFrame{.w = 420, .h = 320, .time = 0.2};
@@ -377,7 +377,7 @@ TEST_P(BoardDrawing, ShowsNoOverlaysOnATileInFlight) {
   EXPECT_TRUE(samePicture(board(GetParam(), frame, game, kRect, {}, &middleFlies).get(), plain.get()));
 }
 
-// A rounded rectangle's box after it was turned.
+// Width or height of a rounded rectangle's bounding box after a rotation.
 double turnedLength(double along, double across, double radius, double degrees) {
   const double turn = degrees * 3.14159265358979323846 / 180;
   return (along - 2 * radius) * std::cos(turn) + (across - 2 * radius) * std::abs(std::sin(turn)) +
@@ -385,7 +385,7 @@ double turnedLength(double along, double across, double radius, double degrees) 
 }
 
 TEST_P(BoardDrawing, FliesATileByItsPose) {
-  mj::GameState game = boardAt({{10, 0, 0}, {0, 0, 0}, {20, 0, 0}});  // its first tile in the middle
+  mj::GameState game = boardAt({{10, 0, 0}, {0, 0, 0}, {20, 0, 0}});  // the first tile is in the middle
   game.faces[1].clear();
   game.faces[2].clear();
   const ui::Rect rect{0, 0, 660, 660};
@@ -413,7 +413,7 @@ TEST_P(BoardDrawing, FliesATileByItsPose) {
 const Frame kScene{.w = 360, .h = 260, .time = 0.3};
 const ui::Rect kSceneRect{10, 10, 340, 240};
 
-// A level of 48 tiles with its first pair gone.
+// A level of 48 tiles without its first pair.
 mj::GameState sceneGame() {
   mj::GameState game = test::gameOf(11, 3);
   const mj::SlotPair first = mj::findHint(game);
@@ -429,7 +429,7 @@ class BoardPictures : public BoardDrawing {
 };
 INSTANTIATE_TEST_SUITE_P(By, BoardPictures, testing::Values(Path::Cairo, Path::Textures), test::pathName);
 
-// A picked tile, a hint, a refused pair, and all the veiled ones.
+// A picked tile, a hint, a refused pair, and all blocked tiles veiled.
 TEST_P(BoardPictures, OfTheStates) {
   mj::GameState game = sceneGame();
   const std::vector<int> free = mj::freeIds(game);
@@ -444,7 +444,7 @@ TEST_P(BoardPictures, OfTheFlyIn) {
   const mj::GameState game = sceneGame();
   ui::BoardFx fx;
   fx.beginIntro(game, 0);
-  const Frame frame{.w = 360, .h = 260, .time = 5.2};  // late enough to see several tiles at once
+  const Frame frame{.w = 360, .h = 260, .time = 5.2};  // late enough for several tiles in flight
   EXPECT_TRUE(looksAsBefore(board(GetParam(), frame, game, kSceneRect, {}, &fx).get(), "fly_in"));
 }
 
@@ -466,9 +466,9 @@ TEST_P(BoardPictures, OfABoardAtDeviceScaleTwo) {
 class BoardTextures : public support::WithGlyphFont {};
 
 const Frame kRowFrame{.w = 260, .h = 140};
-const ui::Rect kThreeRect{10, 10, 150, 67};  // three tiles of 50 x 67, no pixel broken
+const ui::Rect kThreeRect{10, 10, 150, 67};  // three tiles of 50 x 67 on whole pixels
 
-// The outermost pixels differ: cairo strokes the outline half outside the tile, where a texture ends.
+// Excludes the outermost pixels: cairo strokes half of the outline outside the tile, where a texture ends.
 bool isInside(const ui::Rect& tile, int x, int y) {
   const double radius = ui::tileRadius(tile.w);
   const double dx = std::min(x - tile.x, tile.x + tile.w - 1 - x);
@@ -495,7 +495,7 @@ TEST_F(BoardTextures, ShowWhatCairoPaintsButForTheOutlines) {
   }
 }
 
-// Places are rounded to pixels here and not there, so that up to half a pixel lies between the two.
+// Textures are placed on whole pixels, cairo's tiles are not. They differ by up to half a pixel.
 TEST_F(BoardTextures, ShowAHeapAlmostAsCairoPaintsIt) {
   const mj::GameState game = sceneGame();
   const auto painted = board(Path::Cairo, kScene, game, kSceneRect);
@@ -521,7 +521,7 @@ TEST_F(BoardTextures, AreNotUsedWhenSoftwareIsAskedFor) {
   EXPECT_FALSE(inkOf(drawn.get()).empty());
 }
 
-// Draws one frame into a window of its own and says how many copies it took.
+// Draws one frame in its own window and returns the number of copies.
 int copiesOf(const mj::GameState& game, const ui::BoardOpts& opts, ui::BoardFx* fx, double time = 0.1) {
   int copies = 0;
   paintScene(Path::Textures, {.w = 260, .h = 140, .time = time}, [&](ui::Ctx& ctx) {
@@ -533,7 +533,7 @@ int copiesOf(const mj::GameState& game, const ui::BoardOpts& opts, ui::BoardFx* 
 
 TEST_F(BoardTextures, AreOneCopyForATileAndOneForEachOfItsOverlays) {
   mj::GameState game = boardAt({{0, 0, 0}, {2, 0, 0}, {4, 0, 0}});
-  EXPECT_EQ(copiesOf(game, {}, nullptr), 4);  // the middle one is veiled
+  EXPECT_EQ(copiesOf(game, {}, nullptr), 4);  // the middle tile is veiled
   EXPECT_EQ(copiesOf(game, {.hintIds = {0, 2}, .pickA = 0, .mismatchA = 0, .mismatchB = 2}, nullptr), 9);
   ui::BoardFx fx = flyIn({0, 0, 0});
   EXPECT_EQ(copiesOf(game, {.hintIds = {0, 2}, .pickA = 0, .mismatchA = 0, .mismatchB = 2}, &fx), 3);
@@ -545,7 +545,7 @@ TEST_F(BoardTextures, AreKeptByQualityAndDeviceSize) {
   mj::GameState game = boardAt({{0, 0, 0}, {2, 0, 0}, {4, 0, 0}});
   ui::Ctx ctx;
   ui::drawBoard(ctx, game, kThreeRect, {.hintIds = {0}, .pickA = 2, .mismatchA = 0, .zoom = 1.2}, nullptr);
-  // 50 x 67 at quality 1.5 and two device pixels to the pixel.
+  // 50 x 67 at quality 1.5 and two device pixels per pixel.
   EXPECT_TRUE(isCached("tile|dot1|150x201", 150, 201));
   EXPECT_TRUE(isCached("tileSel|dot1|150x201", 150, 201));
   for (const char* kind : {"scrim", "hint", "select", "mismatch"})
@@ -563,14 +563,14 @@ TEST_F(BoardTextures, AreTheSameForAllZoomsOfOneQuality) {
   EXPECT_EQ(ui::tileTexture("dot1", 75, 100.5, false), kept);
 }
 
-// A tile of 49 by 66 is 65 1/3 device pixels wide there.
+// At this scale a tile of 49 x 66 is 65 1/3 device pixels wide.
 TEST_F(BoardTextures, AreSharpWhereATileIsNoWholeNumberOfDevicePixelsWide) {
   const Frame frame{.w = 49, .h = 66, .scale = 4.0 / 3};
   const ui::Rect wholeFrame{0, 0, 49, 66};
   const mj::GameState game = boardAt({{0, 0, 0}}, "wan8");
   const ui::CairoSurface copied = board(Path::Textures, frame, game, wholeFrame);
   const ui::CairoSurface painted = board(Path::Cairo, frame, game, wholeFrame);
-  constexpr int kOutline = 6;  // that blends, on either path
+  constexpr int kOutline = 6;  // its pixels are blended on either path
   for (int y = kOutline; y < 88 - kOutline; ++y) {
     for (int x = kOutline; x < 65 - kOutline; ++x) {
       ASSERT_LE(channelDifference(pixelAt(copied.get(), x, y), pixelAt(painted.get(), x, y)), 2)
@@ -590,7 +590,7 @@ double meanDifference(cairo_surface_t* a, cairo_surface_t* b) {
   return sum / (w * h);
 }
 
-// A zoom asks for a sharper picture of every tile; a frame that painted them all would be late.
+// After a zoom every tile needs a sharper picture. A frame that painted them all would be late.
 TEST_F(BoardTextures, BecomeSharpOverSomeFramesAfterAZoom) {
   const ui::Rect rect{0, 0, 600, 400};
   mj::GameState game = mj::createGame(mj::levelToConfig(91).slots, 91);

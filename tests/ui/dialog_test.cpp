@@ -27,7 +27,7 @@ constexpr std::string_view kTitle = "Delete progress?";
 constexpr std::string_view kMessage =
     "All stars, times and pictures of the gallery are lost. This cannot be undone.";
 
-// In a window of 640 x 480 the panel is 420 x 230 at (110, 125), and its buttons lie at y 293 to 335.
+// In a window of 640 x 480 the panel is 420 x 230 at (110, 125). Its buttons span y 293 to 335.
 constexpr int kLeftX = 110;
 constexpr int kTop = 125;
 constexpr ui::Rect kCancel{130, 293, 180, 42};
@@ -176,17 +176,17 @@ TEST(ConfirmDialogLook, VeilsTheWholeScreen) {
 TEST(ConfirmDialogLook, PutsThePanelIntoTheMiddle) {
   const auto picture = dialog("");
   const std::uint32_t veiled = over(kFelt, palette::kVeil, 0.72);
-  // The edge is two pixels wide, its outer half beside the panel and over the shadow.
+  // The edge is two pixels wide. Its outer half lies outside the panel, on the shadow.
   EXPECT_TRUE(hasColor(picture.get(), kLeftX, kTop + 115, over(palette::kPanel, palette::kGold, 0.6)));
   EXPECT_TRUE(hasColor(picture.get(), kLeftX + 419, kTop + 115, over(palette::kPanel, palette::kGold, 0.6)));
   EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop, over(palette::kPanel, palette::kGold, 0.6)));
   EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop + 229, over(palette::kPanel, palette::kGold, 0.6)));
   EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop + 100, palette::kPanel));
   EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop - 3, veiled));
-  // Below it lies the shadow.
+  // The shadow lies below the panel.
   EXPECT_FALSE(hasColor(picture.get(), kLeftX + 210, kTop + 233, veiled));
   EXPECT_TRUE(hasColor(picture.get(), kLeftX + 210, kTop + 248, veiled));
-  // Brackets: 9 from the edge, 14 long.
+  // The brackets are 9 from the edge and 14 long.
   EXPECT_TRUE(hasColor(picture.get(), kLeftX + 22, kTop + 9, palette::kGold));
   EXPECT_TRUE(hasColor(picture.get(), kLeftX + 23, kTop + 9, palette::kPanel));
 }
@@ -202,7 +202,7 @@ TEST(ConfirmDialogLook, HasADarkRedConfirmButton) {
   EXPECT_TRUE(hasColor(lit.get(), 420, 297, over(palette::kConfirm, palette::kWhite, 0.07)));
 }
 
-// The last row above the buttons and below the title that holds more than bare panel.
+// The last row between title and buttons that shows more than bare panel.
 int lastRowOfMessage(cairo_surface_t* picture) {
   for (int y = 291; y > kTop + 58; --y) {
     for (int x = kLeftX + 24; x < kLeftX + 396; ++x) {
@@ -224,7 +224,7 @@ TEST(ConfirmDialogLook, KeepsALongMessageAboveTheButtons) {
 
 TEST(ConfirmDialogLook, SurvivesTinyWindows) {
   for (const int side : {1, 10, 40, 41, 60, 100, 140}) {
-    dialog(kLongMessage, side, side);  // fails for a context that ended in an error
+    dialog(kLongMessage, side, side);  // fails if the context ends in an error
     dialog("", side, side);
   }
 }

@@ -158,7 +158,7 @@ ui::CairoSurface shadow(double dx, double dy, double blur, double alpha) {
   });
 }
 
-// Opacity of so many fills of that opacity on top of each other, 0 to 255.
+// Opacity of `fills` fills of opacity `alpha` on top of each other, 0 to 255.
 double stacked(int fills, double alpha) { return 255 * (1 - std::pow(1 - alpha, fills)); }
 
 TEST(SoftShadow, PaintsTwoRingsWhenTheBlurIsSmall) {
@@ -168,7 +168,7 @@ TEST(SoftShadow, PaintsTwoRingsWhenTheBlurIsSmall) {
 
 TEST(SoftShadow, PaintsARingForEachWholePixelOfItsBlur) {
   for (const int blur : {3, 8, 12}) {
-    constexpr double kRing = 16 / 255.0;  // a whole step, so that little is lost to rounding
+    constexpr double kRing = 16 / 255.0;  // a whole step of a channel, so that little is lost to rounding
     const auto picture = shadow(0, 0, blur + 0.9, blur * kRing);
     EXPECT_NEAR(alphaAt(picture.get(), 60, 60), stacked(blur, kRing), 2) << blur;
   }
@@ -265,7 +265,7 @@ ui::CairoSurface drawnAt(double x, std::string_view text, const ui::TextStyle& s
 
 const std::string kWords = "Mahjong solitaire";
 
-// On the screen's own pixels the same text is the same picture with every release of cairo.
+// On whole device pixels, the same text gives the same picture in every release of cairo.
 TEST(Text, BeginsOnAWholePixel) {
   const auto scaled = [](double scale, double x, double y) {
     return textPicture([&](cairo_t* cr) {
@@ -324,7 +324,7 @@ TEST(Text, IsNeverShrunkBelowItsLeastScale) {
   EXPECT_TRUE(samePicture(drawnAt(5, kWords, cramped).get(), drawnAt(5, kWords, {.size = 14}).get()));
 }
 
-// 0.6 of 12 pixels is no multiple of an eighth.
+// 0.6 * 12 pixels is no multiple of an eighth.
 TEST(Text, HasExactlyItsLeastSizeWhereThatLiesBetweenTwoSteps) {
   for (const double size : {12.0, 13.0, 14.0, 17.0}) {
     const auto cramped = drawnAt(5, kWords, {.size = size, .maxWidth = 1});
@@ -334,7 +334,7 @@ TEST(Text, HasExactlyItsLeastSizeWhereThatLiesBetweenTwoSteps) {
   }
 }
 
-// Labels that were shrunk to ever new sizes made the fonts' caches grow without measure.
+// Labels shrunk to ever new sizes once made the font caches grow without limit.
 TEST(Text, IsShrunkByEighthsOfAPixel) {
   const double width = measured(kWords, {.size = 20}).w;
   const auto shrunkTo = [&](double size) {
@@ -350,7 +350,7 @@ TEST(Text, IsNotShrunkWithoutAMaximumWidth) {
 }
 
 TEST(Text, OfNoWidthIsDrawnUnscaled) {
-  // A word joiner shows nothing and takes no room.
+  // A word joiner is invisible and has no width.
   const Size free = measured("\u2060", {.size = 20});
   const Size fitted = measured("\u2060", {.size = 20, .maxWidth = 0.1});
   EXPECT_EQ(free.w, 0);
@@ -458,7 +458,7 @@ TEST(Text, HasItsColourAndOpacity) {
 }
 
 TEST(Text, TellsItsStylesApartFromOneDrawingToTheNext) {
-  // Drawn in one context, one after the other, as the labels of a screen are.
+  // All in one context, one after another, like the labels of a screen.
   const ui::TextStyle kStyles[] = {{.size = 20},
                                    {.size = 20, .bold = true},
                                    {.size = 20, .italic = true},
@@ -502,7 +502,7 @@ double wrappedHeight(double width, std::string_view text, const ui::TextStyle& s
   return height;
 }
 
-// The first and the one beyond the last column that are not empty, above row `end`.
+// The first column with ink and the one after the last, above row `end`.
 std::pair<int, int> inkedColumns(cairo_surface_t* picture, int end) {
   std::pair<int, int> columns(kTextW, 0);
   for (int x = 0; x < kTextW; ++x) {
@@ -572,7 +572,7 @@ TEST(WrappedText, LeavesTextsOfOneLineUnbroken) {
 
 // --- text in several contexts ---
 
-// Small letters, since the whole pixels of the device matter most to them.
+// Small letters, because rounding to device pixels affects them most.
 double widthAtScale(cairo_t* cr, double scale) {
   Size size;
   cairo_save(cr);

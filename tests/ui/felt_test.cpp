@@ -30,13 +30,13 @@ ui::Ctx contextOf(cairo_t* cr, double w, double h) {
   return ctx;
 }
 
-// The felt painted by cairo, as it is where there is no renderer.
+// The felt painted with cairo, as without a renderer.
 ui::CairoSurface felt(int w, int h, const mj::TableTheme* theme, bool ornate) {
   ui::gpuShutdown();
   return makePicture(w, h, [&](cairo_t* cr) { ui::drawFelt(contextOf(cr, w, h), theme, ornate); });
 }
 
-// Draws the felt through the texture cache; the window's size is in logical pixels.
+// Draws the felt through the texture cache. The window's size is in logical pixels.
 void drawInWindow(double w, double h, const mj::TableTheme* theme, bool ornate) {
   ui::drawFelt(contextOf(nullptr, w, h), theme, ornate);
 }
@@ -54,7 +54,7 @@ TEST(FeltFrame, KeepsItsDistanceFromTheWindowsEdge) {
 }
 
 TEST(FeltFrame, HasKeysThatGrowWithTheWindow) {
-  EXPECT_EQ(ui::feltCornerSize(1000, 700), 34);  // 35, held
+  EXPECT_EQ(ui::feltCornerSize(1000, 700), 34);  // 35, clamped
   EXPECT_EQ(ui::feltCornerSize(320, 900), 16);
   EXPECT_EQ(ui::feltCornerSize(10, 10), 16);
   EXPECT_EQ(ui::feltCornerSize(900, 332), 17);  // 16.6
@@ -76,7 +76,7 @@ Colour mix(const Colour& from, const Colour& to, double part) {
   return mixed;
 }
 
-// The plain felt's colour at a point, worked out without cairo.
+// The plain felt's colour at a point, computed without cairo.
 Colour feltColour(const mj::TableTheme& theme, double w, double h, double x, double y) {
   const double down = y / h;
   const Colour cloth = down < 0.5 ? mix(colourOf(theme.top), colourOf(theme.middle), down / 0.5)
@@ -87,7 +87,7 @@ Colour feltColour(const mj::TableTheme& theme, double w, double h, double x, dou
   return mix(lit, colourOf(theme.vignette), 0.8 * std::max(0.0, (fromMiddle - 0.55) / 0.45));
 }
 
-// Expects the plain felt of w × h at a pixel of a picture of it.
+// Expects the colour of plain felt of w × h at one pixel of the picture.
 void expectFelt(cairo_surface_t* picture, const mj::TableTheme& theme, int w, int h, int x, int y) {
   const Colour expected = feltColour(theme, w, h, x + 0.5, y + 0.5);
   const std::uint32_t pixel = pixelAt(picture, x, y);
@@ -132,7 +132,7 @@ TEST(FeltOrnament, IsLeftOutWhereThereIsNoRoom) {
   EXPECT_FALSE(samePicture(felt(400, 105, jade(), true).get(), felt(400, 105, jade(), false).get()));
 }
 
-// How much of the gold lies on each pixel.
+// How strongly the gold shows on each pixel.
 class Gold {
  public:
   Gold(int w, int h) : plain_(felt(w, h, jade(), false)), ornate_(felt(w, h, jade(), true)) {}
@@ -151,7 +151,7 @@ TEST(FeltOrnament, IsTheSameInAllFourCorners) {
   const Gold gold(kW, kH);
   for (int y = 0; y < kH / 2; ++y) {
     for (int x = 0; x < kW / 2; ++x) {
-      // Gold shows as much as the cloth under it is dark, so only from left to right is it the very same.
+      // Gold stands out more on darker cloth, so the match is only exact from left to right.
       ASSERT_NEAR(gold.at(x, y), gold.at(kW - 1 - x, y), 3) << x << ' ' << y;
       ASSERT_EQ(gold.at(x, y) > 20, gold.at(x, kH - 1 - y) > 20) << x << ' ' << y;
     }
@@ -163,10 +163,10 @@ TEST(FeltOrnament, HasTwoFramesAndAKeyInEachCorner) {
   EXPECT_GT(gold.at(500, 24), 60);  // the frame's line, 2 wide about y = 25
   EXPECT_GT(gold.at(500, 25), 60);
   EXPECT_EQ(gold.at(500, 27), 0);
-  EXPECT_GT(gold.at(500, 31), 15);  // the inner one, 1 wide about y = 31
+  EXPECT_GT(gold.at(500, 31), 15);  // the inner line, 1 wide about y = 31
   EXPECT_EQ(gold.at(500, 34), 0);
-  // The key begins at (34, 34) and is 34 large: down its left side, along its top, in to its end at
-  // (47.6, 45.6).
+  // The key begins at (34, 34) and is 34 large. It runs down its left side, along its top, and inwards to its
+  // end at (47.6, 45.6).
   EXPECT_GT(gold.at(34, 67), 80);
   EXPECT_GT(gold.at(60, 34), 80);
   EXPECT_GT(gold.at(67, 50), 80);
@@ -225,7 +225,7 @@ TEST(FeltTexture, OfASizeThatOnlyEndsAlikeIsDroppedToo) {
   EXPECT_FALSE(isCached("felt|jade|orn|1300x220", 1300, 220));
 }
 
-// Each is as large as the window: a screen's own and that of the one below it are enough.
+// Each picture is as large as the window: those of the current screen and the one below it are enough.
 TEST(FeltTexture, IsKeptBesideTheOneBeforeAlone) {
   const GpuWindow window(300, 220);
   const auto show = [](int stage) { drawInWindow(300, 220, mj::tableThemeForStage(stage), true); };
@@ -261,7 +261,7 @@ TEST(FeltTexture, CoversEveryPixelAtFractionalScales) {
 
 TEST(FeltTexture, FallsBackOnCairoWhenItCannotBeMade) {
   const GpuWindow window(50, 50);
-  // Wider than any image of cairo's.
+  // Wider than a cairo image can be.
   const auto picture =
       makePicture(50, 50, [](cairo_t* cr) { ui::drawFelt(contextOf(cr, 40000, 50), jade(), false); });
   expectFelt(picture.get(), *jade(), 40000, 50, 25, 25);

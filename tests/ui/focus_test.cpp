@@ -1,4 +1,4 @@
-// Which control the keyboard works, on screens made of rectangles.
+// Tests of the keyboard's focus, on screens made of rectangles.
 #include "ui/focus.h"
 
 #include <SDL_keycode.h>
@@ -21,7 +21,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using ui::Rect;
 
-// Two rows of three, and a wide one below them.
+// Two rows of three controls, and a wide one below.
 const std::vector<Rect> kRows = {{20, 20, 60, 30},  {100, 20, 60, 30}, {180, 20, 60, 30}, {20, 70, 60, 30},
                                  {100, 70, 60, 30}, {180, 70, 60, 30}, {20, 120, 220, 30}};
 constexpr Rect kQuestion = {300, 300, 80, 30};
@@ -31,7 +31,7 @@ class FocusTest : public testing::Test {
  protected:
   FocusTest() { support::heard().clear(); }
 
-  // One frame of the screen that stands below.
+  // Runs one frame of the screen below.
   void update(ui::Ctx& ctx) {
     worked.clear();
     discarded.clear();
@@ -61,7 +61,7 @@ class FocusTest : public testing::Test {
     harness.next().shift = true;
     key(SDLK_TAB);
   }
-  // The number of the control within the ring, -1 without one.
+  // Index of the control inside the ring, or -1.
   int ringed() const {
     const auto ring = focus.ring();
     for (std::size_t i = 0; ring && i < controls.size(); ++i) {
@@ -254,7 +254,7 @@ TEST_F(FocusTest, DeleteDiscardsTheOneThatIsRinged) {
   EXPECT_THAT(discarded, ElementsAre(3U));
 }
 
-// As one that is disabled.
+// A control that becomes disabled is gone in this sense.
 TEST_F(FocusTest, ControlThatIsGoneIsNotRingedAndItsNeighboursAreNext) {
   harness.frame();
   for (int i = 0; i < 3; ++i) key(SDLK_TAB);
@@ -341,7 +341,7 @@ TEST_F(FocusTest, RingIsGoldAndDarkAboutTheControl) {
   EXPECT_EQ(harness.colorAt(25, middle), 0U) << "nothing within";
 }
 
-// A list of rows, 40 high and 10 apart, seen through a window 100 high.
+// A list of rows, 40 high with gaps of 10, in a view 100 high.
 class FocusInList : public testing::Test {
  protected:
   static constexpr int kRowsInList = 10;

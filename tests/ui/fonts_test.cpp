@@ -19,12 +19,12 @@ using support::inOwnProcess;
 using support::TempDir;
 using testing::EndsWith;
 
-constexpr double kSize = 1000;  // pixels, so that the rounding to a pixel is a thousandth of the glyph
+constexpr double kSize = 1000;  // pixels, so that rounding to a pixel costs a thousandth of the glyph
 
 const char* const kCharacters[] = {"一", "二", "三", "四", "五", "六", "七", "八",
                                    "九", "東", "南", "西", "北", "中", "發", "萬"};
 
-// Laid out with a font map of its own, as one that other tests have used remembers the fonts of that time.
+// Laid out with its own font map: one that other tests used would remember their fonts.
 class Glyph {
  public:
   explicit Glyph(const std::string& text)
@@ -39,7 +39,7 @@ class Glyph {
     pango_layout_get_extents(layout.get(), &ink, &box);
   }
 
-  // The font that pango really took.
+  // The font that pango chose.
   std::string family() const {
     const auto* run =
         static_cast<const PangoLayoutRun*>(pango_layout_get_line_readonly(layout.get(), 0)->runs->data);
@@ -50,7 +50,7 @@ class Glyph {
 
   double width() const { return pixels(box.width); }
   double height() const { return pixels(box.height); }
-  // How far the ink's middle lies right of and below the middle of the line box.
+  // How far the middle of the ink lies right of and below the middle of the line box.
   double inkRight() const { return pixels(ink.x + ink.width / 2 - box.x - box.width / 2); }
   double inkBelow() const { return pixels(ink.y + ink.height / 2 - box.y - box.height / 2); }
 
@@ -67,14 +67,14 @@ class Glyph {
 class GlyphFont : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    static const TempDir cache;  // to the process's end: fontconfig keeps the path
+    static const TempDir cache;  // until the process ends: fontconfig keeps the path
     setenv("XDG_CACHE_HOME", cache.path().c_str(), 1);
     unsetenv("VESKARA_ASSET_DIR");
     ASSERT_TRUE(ui::registerBundledFonts());
   }
 };
 
-// What registerBundledFonts prints in a process with this cache directory, then what it returned.
+// The standard error of registerBundledFonts in a process with this cache directory, then its result.
 std::string registerWithCache(const std::string& base) {
   return inOwnProcess([&] {
     setenv("XDG_CACHE_HOME", base.c_str(), 1);
@@ -103,7 +103,7 @@ TEST_F(GlyphFont, FillsASquareLineBox) {
   }
 }
 
-// Of the north the ink itself lies off the middle.
+// The ink of the north wind itself lies off the middle.
 TEST_F(GlyphFont, CentresWindsAndDragonsInTheLineBox) {
   for (const char* character : {"東", "南", "西", "北", "中", "發"}) {
     const Glyph glyph(character);

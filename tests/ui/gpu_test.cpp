@@ -45,7 +45,7 @@ SDL_Texture* whitePicture(const std::string& key = "white", int w = 4, int h = 4
   return ui::gpuTexture(key, w, h, countPaint, &painted);
 }
 
-// Asks for the picture, and answers whether it had to be painted: whether it was not in the cache.
+// Requests the picture and returns whether it had to be painted because it was not cached.
 bool isPainted(const std::string& key, int w = 1, int h = 1) {
   int painted = 0;
   EXPECT_NE(ui::gpuTexture(key, w, h, countPaint, &painted), nullptr);
@@ -104,7 +104,7 @@ TEST_F(Gpu, ReplacesAPictureOfAnotherSize) {
 
 // --- many new pictures at once ---
 
-// Asks for a picture of the family and answers whether it had to be painted.
+// Requests a picture of the family and returns whether it had to be painted.
 bool isPaintedOrStoodIn(const std::string& family, int size, SDL_Texture** shown = nullptr) {
   int painted = 0;
   SDL_Texture* texture =
@@ -114,7 +114,7 @@ bool isPaintedOrStoodIn(const std::string& family, int size, SDL_Texture** shown
   return painted > 0;
 }
 
-// As many new pictures as a frame may have.
+// Paints as many new pictures as a frame may.
 void paintTheMost() {
   for (int i = 0; i < ui::kMostPaints; ++i) EXPECT_TRUE(isPaintedOrStoodIn("other|" + std::to_string(i), 4));
 }
@@ -160,7 +160,7 @@ TEST_F(Gpu, OwesNoPictureThatIsThere) {
 
 TEST_F(Gpu, PaintsInLogicalUnits) {
   ui::gpuSetScale(1.5);
-  // Two thirds of 30 pixels are 20 units at this scale.
+  // 30 device pixels are 20 units at this scale.
   const auto paint = [](cairo_t* cr, void*) { ui::fillRect(cr, {0, 0, 10, 20}, 0xFF0000, 1); };
   SDL_Texture* texture = ui::gpuTexture("a", 30, 30, paint, nullptr);
   ui::gpuBlit(texture, 0, 0, 20, 20, 1);
@@ -196,7 +196,7 @@ TEST_F(Gpu, DropsPicturesOfOneKindButForOneEnding) {
 
 // --- drawn or copied ---
 
-// Fills what it is given with red, and counts.
+// Fills its area with red and counts its paints.
 struct RedPicture {
   int painted = 0;
 
@@ -305,7 +305,7 @@ TEST(GpuWithoutRenderer, MayBeStartedWithNoneAndEndedTwice) {
 
 // --- blending ---
 
-// SDL's software renderer is one that refuses.
+// SDL's software renderer does not support premultiplied blending.
 TEST_F(Gpu, SaysOnceThatItCannotBlendPremultiplied) {
   testing::internal::CaptureStderr();
   ui::gpuInit(window.renderer());
@@ -366,7 +366,7 @@ std::string numbered(int i) {
   return key.data();
 }
 
-// Asks for the pictures from .. to - 1, and answers how many of them had to be painted.
+// Requests the pictures from .. to - 1 and returns how many had to be painted.
 int paintedOf(int from, int to) {
   int painted = 0;
   for (int i = from; i < to; ++i) painted += isPainted(numbered(i)) ? 1 : 0;
@@ -381,14 +381,14 @@ TEST_F(GpuEviction, SparesFourHundred) {
 }
 
 TEST_F(GpuEviction, DropsTheOldestThirdOfFourHundredAndOne) {
-  for (int i = 400; i >= 0; --i) {  // so that age and key disagree
+  for (int i = 400; i >= 0; --i) {  // so that age and key order differ
     ui::gpuBeginFrame();
     isPainted(numbered(i));
   }
   ui::gpuBeginFrame();
   isPainted("new");
   EXPECT_EQ(paintedOf(0, 268), 0);
-  EXPECT_EQ(paintedOf(268, 400), 132);  // one more, and the cache would be full again
+  EXPECT_EQ(paintedOf(268, 400), 132);  // one more would evict again
   EXPECT_TRUE(isPainted(numbered(400)));
 }
 
@@ -410,7 +410,7 @@ TEST_F(GpuEviction, SparesWhatThisFrameUsed) {
   EXPECT_EQ(paintedOf(200, 332), 132);
 }
 
-// A picture that was refused and kept all the same would take the room of others.
+// A refused picture must not stay in the cache, where it would take the room of others.
 TEST_F(GpuEviction, IsNotCausedByRefusedPictures) {
   const auto broken = [](cairo_t* cr, void*) { cairo_scale(cr, 0, 0); };
   const auto paintNothing = [](void*) {};
@@ -513,7 +513,7 @@ TEST_F(GpuTarget, AgesEvenWhenItIsUsed) {
   TargetJob job = {whitePicture()};
   ui::gpuRenderTarget("t", 8, 8, paintTargetJob, &job, false);
   ui::gpuBeginFrame();
-  paintedOf(0, 399);  // with the two, as many as there may be without an eviction
+  paintedOf(0, 399);  // with the two others, the most that fit without an eviction
   ui::gpuRenderTarget("t", 8, 8, paintTargetJob, &job, false);
   ASSERT_EQ(job.painted, 1);
   isPainted("new");
@@ -522,7 +522,7 @@ TEST_F(GpuTarget, AgesEvenWhenItIsUsed) {
   EXPECT_EQ(job.painted, 2);
 }
 
-// A board's painting asks for tiles, which may evict: not the texture under the brush.
+// Painting a board requests tiles, which may evict entries, but never the texture being painted.
 TEST_F(GpuTarget, SurvivesAnEvictionDuringItsPainting) {
   const auto paintNewPictures = [](void*) {
     isPainted("new");
@@ -582,7 +582,8 @@ TEST_F(Gpu, AClipWithinAnotherLeavesTheOuterOneAsItWas) {
 
 TEST_F(GpuBlit, RoundsPlaceAndSizeEachOnItsOwn) {
   ui::gpuSetScale(1.5);
-  // 10.3 and 5.4 become 15.45 and 8.1, 2.2 and 3.6 become 3.3 and 5.4; the far edges alone would round up.
+  // 10.3 and 5.4 become 15.45 and 8.1; 2.2 and 3.6 become 3.3 and 5.4. Rounding the far edges instead would
+  // round up.
   ui::gpuBlit(whitePicture(), 10.3, 2.2, 5.4, 3.6, 1);
   const Box seen = whiteBox(window);
   EXPECT_EQ(seen.left, 15);
@@ -600,7 +601,7 @@ TEST_F(GpuBlit, RoundsAHalfAwayFromZero) {
   EXPECT_EQ(seen.bottom, 21 + 5 - 1);
 }
 
-// Straight pixels need no more; premultiplied ones would need the colour, too.
+// Straight pixels fade by alpha alone; premultiplied ones would need their colour modulated too.
 TEST_F(GpuBlit, FadesByTheAlphaAlone) {
   constexpr std::array<std::pair<double, int>, 8> kModulations = {
       {{-0.5, 0}, {0, 0}, {0.001, 0}, {0.002, 1}, {0.2, 51}, {0.5, 128}, {1, 255}, {7, 255}}};
@@ -640,7 +641,7 @@ TEST_F(GpuBlit, TurnsClockwiseAboutTheMiddle) {
 
 TEST_F(GpuBlit, CentresAPictureThatIsNotTurned) {
   ui::gpuSetScale(1.5);
-  // Corner (30 - 5.15, 20 - 3.1), size 10.3 × 6.2: at 1.5 that is (37.275, 25.35) and 15.45 × 9.3.
+  // The corner (30 - 5.15, 20 - 3.1) and size 10.3 × 6.2 become (37.275, 25.35) and 15.45 × 9.3 at 1.5.
   ui::gpuBlitRotated(whitePicture(), 30, 20, 10.3, 6.2, 0, 1);
   const Box seen = whiteBox(window);
   EXPECT_EQ(seen.left, 37);

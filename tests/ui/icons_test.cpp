@@ -23,7 +23,7 @@ namespace palette = ui::palette;
 constexpr int kIcons = 10;
 constexpr int kSide = 100;
 
-// An icon of this size in the middle of a picture of 100 x 100.
+// An icon in the middle of a picture of 100 x 100.
 ui::CairoSurface icon(ActionIcon which, double size = 80, double alpha = 1) {
   return test::paintScene(test::Path::Cairo, {.w = kSide, .h = kSide}, [&](const ui::Ctx& ctx) {
     ui::drawActionIcon(ctx.cr, which, kSide / 2.0, kSide / 2.0, size, palette::kLightText, alpha);
@@ -70,7 +70,7 @@ TEST(ActionIcons, StandInTheirOrder) {
   EXPECT_EQ(static_cast<int>(ActionIcon::Card), 9);
 }
 
-// Lines of 8.8 pixels for a size of 80, half of that on either side.
+// At size 80 the lines are 8.8 wide, half of that on either side.
 TEST(ActionIcons, KeepToTheirSquare) {
   for (int i = 0; i < kIcons; ++i) {
     const Ink ink = inkOf(icon(static_cast<ActionIcon>(i)).get());
@@ -91,7 +91,7 @@ TEST(ActionIcons, HaveTheirMeasures) {
             50 + 30 + kHalfLine);
   expectInk(icon(ActionIcon::ZoomIn).get(), 50 - 28 - kHalfLine, 50 - 28 - kHalfLine, 50 + 32 + kHalfLine,
             50 + 32 + kHalfLine);
-  // The card is 49.6 x 67.2; its shadow lies 1.5 to the right and below.
+  // The card is 49.6 x 67.2. Its shadow lies 1.5 to the right and below.
   expectInk(icon(ActionIcon::Card).get(), 25.2, 16.4, 74.8 + 1.5, 83.6 + 1.5);
 }
 
@@ -122,10 +122,10 @@ TEST(ActionIcons, TellZoomingInFromZoomingOutByOneBar) {
 }
 
 TEST(ActionIcons, HaveLinesOfAtLeastOneAndAHalfPixels) {
-  // Of a size of 10 the corners' lines would be 1.1 wide.
+  // At size 10 the lines would be 1.1 wide.
   const auto tiny = icon(ActionIcon::Fit, 10);
   const Ink ink = inkOf(tiny.get());
-  EXPECT_EQ(ink.w(), 10);  // 7.5 + 1.6, on both sides of pixel edges
+  EXPECT_EQ(ink.w(), 10);  // 7.5 + 1.6, rounded out to whole pixels
 }
 
 TEST(ActionIcons, FadeWithTheirOpacity) {

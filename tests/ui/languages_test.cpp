@@ -1,5 +1,5 @@
-// The fonts that ./play installs hold every letter that the game shows, in the shape that its reader expects.
-// Alone among the tests this one sees the machine's own fonts.
+// The fonts that ./play installs contain every letter the game shows, in the shape the reader expects. This
+// program uses the machine's own fonts.
 
 #include <gtest/gtest.h>
 #include <pango/pangocairo.h>
@@ -100,7 +100,7 @@ double wrappedHeight(double width, const std::string& text) {
   return height;
 }
 
-// In a column that has room for a word and the first syllables of the next.
+// The column has room for a word and the first syllables of the next.
 TEST(WrappedText, BreaksKoreanBetweenWords) {
   const std::string word = "마작패를";
   const double column = 1.7 * sizeOf(word).w;
@@ -111,7 +111,7 @@ TEST(WrappedText, BreaksKoreanBetweenWords) {
   EXPECT_NEAR(wrappedHeight(column, word + " " + word + " " + word), 2 * line, 1);
 }
 
-// A word of its own that no column holds is broken nevertheless.
+// Even a single word is broken if it is wider than its column.
 TEST(WrappedText, BreaksAKoreanWordThatIsWiderThanItsColumn) {
   i18n::setLanguage("ko");
   const std::string word = "마작패를";

@@ -1,5 +1,5 @@
-// The numbers of flowers and seasons in every font of the machine. A program of its own, for it changes what
-// "sans" is.
+// The numbers of flowers and seasons in every font of the machine. This is a separate program because it
+// changes the meaning of "sans".
 
 #include <cairo.h>
 #include <fontconfig/fontconfig.h>
@@ -19,7 +19,7 @@
 
 namespace {
 
-// The families that have digits.
+// All font families that have digits.
 std::set<std::string> families() {
   const std::unique_ptr<FcPattern, ui::ReleaseWith<FcPatternDestroy>> digits(
       FcNameParse(reinterpret_cast<const FcChar8*>(":charset=31-34:scalable=true")));
@@ -37,7 +37,7 @@ std::set<std::string> families() {
   return names;
 }
 
-// From now on every text is of this family. The rule that is read last holds.
+// Makes every text use this family. Fontconfig's last rule wins.
 void useEverywhere(const std::string& family) {
   const std::string rule =
       "<fontconfig><match target=\"pattern\"><edit name=\"family\" mode=\"assign_replace\" "
@@ -49,7 +49,7 @@ void useEverywhere(const std::string& family) {
   support::startNewTextLayout();
 }
 
-// How much of the picture lies beside the face, in pixels.
+// How much ink lies outside the face, in pixels.
 double inkBeside(const std::string& name, double w) {
   constexpr int kRoom = 20;
   const ui::Rect tile{kRoom, kRoom, w, std::round(w * ui::kTileAspect)};

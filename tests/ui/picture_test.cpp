@@ -1,4 +1,4 @@
-// What counts as the same picture: the measure that all committed pictures are held against.
+// Tests the comparison that all committed pictures go through: what counts as the same picture.
 
 #include "support/picture.h"
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-// A button as the game paints them, with one thing that a test may paint otherwise.
+// A button like the game's, of which a test may change one property.
 struct Button {
   double lineX = 20;
   std::uint32_t fill = 0x16523C;
@@ -24,7 +24,7 @@ ui::CairoSurface paint(const Button& button) {
   });
 }
 
-// A picture of letters with so many pixels of the paper beside them darker by so much.
+// A picture of letters with `pixels` pixels of the paper below them darker by `darker`.
 ui::CairoSurface paintLetters(int pixels, int darker) {
   return support::makePicture(200, 100, [&](cairo_t* cr) {
     ui::fillRect(cr, {0, 0, 200, 100}, 0xF0F0F0, 1);

@@ -1,4 +1,5 @@
-// The profiler: what it tells of a frame's sections, and that it tells nothing unasked.
+// The profiler: what it reports about a frame's sections, and that it reports nothing unless it is switched
+// on.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@
 
 namespace {
 
-// The environment is read once a process, so each of these runs in one of its own.
+// The environment is read once per process, so each test runs in its own.
 class ProfilerDeathTest : public testing::Test {
  protected:
   void SetUp() override { testing::FLAGS_gtest_death_test_style = "threadsafe"; }
@@ -41,7 +42,7 @@ using Clock = std::chrono::steady_clock;
 
 double milliseconds(Clock::duration time) { return std::chrono::duration<double, std::milli>(time).count(); }
 
-// Between which bounds the time of some sections lies, as a clock beside the profiler's has it.
+// Bounds for the time of some sections, measured by a separate clock.
 struct Bounds {
   double least = 0;
   double most = 0;
@@ -58,7 +59,7 @@ void measureSection(Bounds& sum, std::chrono::milliseconds length) {
   sum.most += milliseconds(Clock::now() - before);
 }
 
-// What is wrong with the report of the mean of so many sections.
+// Describes what is wrong with the reported mean of `count` sections; empty if nothing is.
 std::string compared(const Bounds& sum, int count) {
   constexpr double kRounded = 0.051;
   const std::string report = ui::profReport();
@@ -75,7 +76,7 @@ TEST(Profiler, TellsTheMeanOfASectionInMilliseconds) {
               Bounds three;
               for (const int length : {30, 2, 10}) measureSection(three, milliseconds(length));
               std::string wrong = compared(three, 3);
-              Bounds one;  // nothing is left of those before
+              Bounds one;  // the earlier sections are forgotten
               measureSection(one, milliseconds(5));
               return wrong + compared(one, 1);
             }),

@@ -1,5 +1,5 @@
-// What is not done again in each frame: laying texts out, which pango does when one is given to a layout, and
-// stroking the rings of a shadow.
+// Work that must not be repeated in each frame: laying out texts, which pango does when a layout gets a text,
+// and stroking the rings of a shadow.
 
 #include <cairo.h>
 #include <dlfcn.h>
@@ -20,11 +20,11 @@
 
 namespace {
 
-std::vector<std::string> given;  // in order, also those that pango gives to layouts of its own
+std::vector<std::string> given;  // texts set, in order; also those that pango sets in its own layouts
 
 int rings = 0;
 
-// The library's own function of that name.
+// The library's own function of this name.
 template <typename Function>
 Function* next(const char* name) {
   auto* function = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));

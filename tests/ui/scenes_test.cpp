@@ -45,7 +45,7 @@ class MenuBackdrop : public support::WithGlyphFont, public testing::WithParamInt
 class BackdropTexture : public support::WithGlyphFont {};
 INSTANTIATE_TEST_SUITE_P(By, MenuBackdrop, testing::Values(Path::Cairo, Path::Textures), test::pathName);
 
-// Four tiles in the corners of a field of three by three, so that a cross of felt shows between them.
+// Four tiles in the corners of a field of three by three tiles, so that a cross of felt shows between them.
 mj::GameState corners() {
   mj::GameState game;
   game.slots = test::layoutAt({{0, 0, 0}, {4, 0, 0}, {0, 4, 0}, {4, 4, 0}});
@@ -53,7 +53,7 @@ mj::GameState corners() {
   return game;
 }
 
-// A window that the corners fill with tiles of 100 x 134; the felt between them is as large as a tile.
+// In a window of this size the corner tiles are 100 x 134, and the felt between them is as large as a tile.
 const Frame kSceneFrame{.w = 300, .h = 402};
 
 ui::CairoSurface backdrop(Path path, double time, const mj::GameState& game, Frame frame = kSceneFrame) {
@@ -67,10 +67,10 @@ bool isFelt(cairo_surface_t* picture, int x, int y) {
 
 struct Gap {
   int first;
-  int last;  // one beyond
+  int last;  // exclusive
 };
 
-// How far the felt reaches from the middle to either side.
+// How far the felt reaches from the middle in both directions.
 Gap gapAlong(int length, const std::function<bool(int)>& isFeltAt) {
   Gap gap{length / 2, length / 2};
   while (gap.first > 0 && isFeltAt(gap.first - 1)) --gap.first;
@@ -83,7 +83,7 @@ TEST_P(MenuBackdrop, DriftsAboutTheWindow) {
   for (const double time : {0.0, kQuarter / 0.11, kQuarter / 0.09, 3 * kQuarter / 0.11, 3 * kQuarter / 0.09,
                             (kQuarter - 1) / 0.15, (3 * kQuarter - 1) / 0.15, 1234.5}) {
     const auto seen = backdrop(GetParam(), time, corners());
-    // Along lines through the upper left tile: through the middle there is only felt.
+    // Measured along lines through the upper left tile. Lines through the middle meet only felt.
     const Gap across = gapAlong(300, [&](int x) { return isFelt(seen.get(), x, 30); });
     const Gap down = gapAlong(402, [&](int y) { return isFelt(seen.get(), 30, y); });
     const double zoom = 1.14 + 0.03 * std::sin(0.09 * time);
@@ -97,7 +97,7 @@ TEST_P(MenuBackdrop, DriftsAboutTheWindow) {
 }
 
 TEST_P(MenuBackdrop, NeverShowsItsEdge) {
-  // Every window corner lies in a tile, however far the board has gone.
+  // A tile covers every corner of the window, however far the board has drifted.
   for (double time = 0; time < 180; time += 1.7) {
     const auto seen = backdrop(GetParam(), time, corners());
     for (const auto& [x, y] : {std::pair{0, 0}, {299, 0}, {0, 401}, {299, 401}})
@@ -117,7 +117,7 @@ TEST_P(MenuBackdrop, LooksAsBefore) {
 
 TEST(MenuBackdropWithoutRenderer, ShowsFourTenthsOfTheBoard) {
   const auto seen = backdrop(Path::Cairo, 0, corners());
-  // The face's F5EEDC on the felt's 1F5A41, by hand.
+  // The face's F5EEDC at 0.4 on the felt's 1F5A41.
   EXPECT_LE(channelDifference(pixelAt(seen.get(), 30, 30), 0xFF75957FU), 1);
 }
 
@@ -138,10 +138,10 @@ TEST(MenuBackdropWithoutRenderer, LeavesTheContextAsItWas) {
   });
 }
 
-// A window in which several frames are drawn.
+// A window for several frames.
 class Menu {
  public:
-  // Whether the frame painted the board, and did not only copy it.
+  // Draws a frame and returns whether it painted the board instead of only copying it.
   bool paints(const mj::GameState& game, double w = kSceneFrame.w, double h = kSceneFrame.h) {
     window.clear(test::kFelt);
     ui::gpuBeginFrame();
@@ -153,7 +153,7 @@ class Menu {
     ui::drawMenuBackdrop(ctx, game);
     return ui::gpuPaints() > 0;
   }
-  // The backdrop's picture, if it has this size.
+  // The backdrop's texture. Fails if none of this size is cached.
   static SDL_Texture* kept(int w, int h) {
     const auto notPainted = [](void*) { ADD_FAILURE() << "was not there"; };
     return ui::gpuRenderTarget("backdrop", w, h, notPainted, nullptr, false);
@@ -220,7 +220,7 @@ TEST_F(BackdropTexture, IsPaintedAnewForAnotherRenderer) {
   }
   Menu menu;
   EXPECT_TRUE(menu.paints(corners()));
-  ui::gpuInit(ui::gpuRenderer());  // as after a renderer lost what its textures held
+  ui::gpuInit(ui::gpuRenderer());  // as if the renderer had lost its textures
   EXPECT_TRUE(menu.paints(corners()));
   EXPECT_FALSE(isFelt(menu.window.picture().get(), 30, 30));
 }
@@ -254,7 +254,7 @@ void addStop(cairo_pattern_t* cloth, double offset, std::uint32_t color) {
                                    ((color >> 8) & 0xFFU) / 255.0, (color & 0xFFU) / 255.0);
 }
 
-// What a capture ought to show, drawn by hand.
+// The expected capture, drawn by hand.
 ui::CairoSurface drawn(const mj::GameState& game, const mj::TableTheme& theme, int size) {
   return support::makePicture(size, size, [&](cairo_t* cr) {
     const ui::CairoPattern cloth(cairo_pattern_create_linear(0, 0, 0, size));
@@ -304,7 +304,7 @@ TEST_F(Capture, OfAGameWithoutSlotsIsClothAndFrame) {
 }
 
 TEST_F(Capture, LeavesAMarginAroundTheBoard) {
-  // Four tiles of 66 x 88 in a row fill what 300 pixels leave between two margins of 18.
+  // Four tiles of 66 x 88 in a row fill the picture's 300 pixels less two margins of 18.
   ASSERT_TRUE(ui::captureBoardPng(test::rowOf({"dot1", "dot2", "dot3", "dot4"}), violet(), 300, path()));
   const auto seen = read(path());
   const auto empty = drawn({}, violet(), 300);

@@ -21,7 +21,7 @@ using test::kFelt;
 
 namespace palette = ui::palette;
 
-// In the middle of a picture of 220 x 100.
+// The award in the middle of a picture of 220 x 100.
 ui::CairoSurface row(int stars, double t, double scale = 1) {
   return test::paintScene(test::Path::Cairo, {.w = 220, .h = 100},
                           [&](const ui::Ctx& ctx) { ui::starRow(ctx, 110, 50, stars, scale, t); });
@@ -54,7 +54,7 @@ TEST(Star, PointsUpwardsAndHasItsNotches) {
   EXPECT_NEAR(ink.right, 50 + 40 * std::cos(0.314159), 1);
   EXPECT_NEAR(ink.bottom, 50 + 40 * std::cos(0.628318), 1);
   EXPECT_TRUE(hasColor(picture.get(), 50, 50, palette::kStarGold));
-  // The notch at the bottom is 0.42 radii from the middle.
+  // The bottom notch is 0.42 radii from the middle.
   EXPECT_TRUE(hasColor(picture.get(), 50, 50 + 15, palette::kStarGold));
   EXPECT_TRUE(hasColor(picture.get(), 50, 50 + 18, kFelt));
 }
@@ -62,7 +62,7 @@ TEST(Star, PointsUpwardsAndHasItsNotches) {
 TEST(Star, IsHollowAsAnOutline) {
   const auto picture = star(40, false);
   EXPECT_TRUE(hasColor(picture.get(), 50, 50, kFelt));
-  EXPECT_TRUE(hasColor(picture.get(), 50, 66, palette::kStarGold));  // 4.8 wide about the notch
+  EXPECT_TRUE(hasColor(picture.get(), 50, 66, palette::kStarGold));  // the outline at the notch, 4.8 wide
 }
 
 TEST(Star, WithoutARadiusIsNothing) {
@@ -93,7 +93,7 @@ TEST(StarRow, LooksAsItAlwaysDid) {
 
 TEST(StarRow, IsARowOfOutlinesWithoutStars) {
   const Ink ink = inkOf(row(0, 9).get());
-  // The sharp points of an outline reach 2.86 half line widths beyond the star's own.
+  // The sharp points of an outline reach 2.86 half line widths beyond the star.
   constexpr double kSmall = 20 + 2.86 * 1.2;
   constexpr double kLarge = 34 + 2.86 * 2.04;
   EXPECT_NEAR(ink.left, 110 - 68 - kSmall * std::cos(0.314159), 1);
@@ -128,7 +128,7 @@ TEST(StarRow, PopsUpOneStarAfterTheOther) {
     bool left;
     bool right;
   };
-  // Each is there 0.45 after its delay of 0.36, 0.62 and 0.88.
+  // A star has fully appeared 0.45 after its delay of 0.36, 0.62 or 0.88.
   const Moment moments[] = {{0.35, false, false, false}, {0.79, false, false, false},
                             {0.81, true, false, false},  {1.05, true, false, false},
                             {1.07, true, true, false},   {1.31, true, true, false},

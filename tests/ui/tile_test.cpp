@@ -34,7 +34,7 @@ using test::Path;
 class Tile : public support::WithGlyphFont {};
 class TileTexture : public support::WithGlyphFont {};
 
-// The 42 faces in the order of the set.
+// All 42 faces in the order of the set.
 std::vector<std::string> allFaces() {
   std::vector<std::string> faces;
   std::set<std::string> seen;
@@ -52,7 +52,7 @@ ui::CairoSurface onFelt(int w, int h, const std::function<void(cairo_t*)>& paint
   return paintScene(Path::Cairo, {.w = w, .h = h}, [&](ui::Ctx& ctx) { paint(ctx.cr); });
 }
 
-// One tile with room for its halo.
+// One tile, with room for its halo.
 ui::CairoSurface tile(double w, const std::string& face, const ui::TileVisual& visual) {
   const int margin = 8;
   return onFelt(static_cast<int>(w) + 2 * margin, static_cast<int>(heightOf(w)) + 2 * margin,
@@ -165,7 +165,7 @@ TEST_F(Tile, FacesLookAsTheyAlwaysDid) {
   }
 }
 
-// Pixels that differ by more than a smoothed edge moved a little.
+// Counts the pixels that differ by more than a slightly moved smooth edge does.
 int clearlyDifferent(cairo_surface_t* a, cairo_surface_t* b) {
   constexpr int kClearDifference = 24;
   int count = 0;
@@ -182,7 +182,7 @@ struct ClosestFaces {
   std::string names;
 };
 
-// The two faces most alike among those that match each other.
+// The most similar two faces among those that match each other.
 ClosestFaces closestMatchingFaces(double w) {
   const std::vector<std::string> faces = allFaces();
   std::vector<ui::CairoSurface> pictures;
@@ -198,7 +198,7 @@ ClosestFaces closestMatchingFaces(double w) {
   return closest;
 }
 
-// They match each other, so that a small number is enough.
+// These faces match each other, so a small number is enough.
 TEST_F(Tile, BonusFacesOfOneKindDifferByTheirNumber) {
   for (const double w : kWidths) {
     const ui::Rect face = ui::tileFaceRect({0, 0, w, heightOf(w)});
@@ -207,9 +207,9 @@ TEST_F(Tile, BonusFacesOfOneKindDifferByTheirNumber) {
   }
 }
 
-// --- how well faces are told apart ---
+// --- telling faces apart ---
 
-// A tile from edge to edge, blocked or free.
+// A tile that fills the picture, blocked or free.
 ui::CairoSurface wholeTile(double w, const std::string& face, bool dim) {
   return onFelt(static_cast<int>(w), static_cast<int>(heightOf(w)),
                 [&](cairo_t* cr) { ui::drawTile(cr, {0, 0, w, heightOf(w)}, face, {.dim = dim}); });
@@ -226,11 +226,11 @@ struct Likeness {
 };
 
 struct Likenesses {
-  Likeness signs;  // of a face with a sign and any other
-  Likeness pips;   // of two without
+  Likeness signs;  // of a face with a sign and any other face
+  Likeness pips;   // of two faces without a sign
 };
 
-// The faces most alike, of those that do not match, to whichever eye sees the least difference.
+// The most similar faces that do not match, as seen by the eye that sees the least difference.
 Likenesses mostAlike(double w, bool dim) {
   const std::vector<std::string> faces = allFaces();
   std::vector<support::Samples> pictures;
@@ -255,7 +255,8 @@ Likenesses mostAlike(double w, bool dim) {
   return least;
 }
 
-// Of pips the one of dots and the one of bamboos are most alike, in grey: two small marks in the same place.
+// Among the pips, the one of dots and the one of bamboos are most alike, in grey: two small marks in the same
+// place.
 TEST_F(Tile, FacesThatDoNotMatchAreToldApartAtAnySizeByAnyEye) {
   struct Least {
     double w;
@@ -279,13 +280,13 @@ TEST_F(Tile, FacesThatDoNotMatchAreToldApartAtAnySizeByAnyEye) {
   }
 }
 
-// Rows of a face on which there is any ink of a colour.
+// Rows of a face that show ink of one colour.
 struct Rows {
   int first = 1000;
   int last = -1;
 };
 
-// Whether a pixel of the cream face is tinged with blue rather than red ink, or the other way round.
+// The colour of the ink that stains a pixel of the cream face.
 enum class Stain { Blue, Red };
 Rows rowsOf(cairo_surface_t* picture, Stain stain) {
   constexpr int kTinge = 40;
@@ -293,7 +294,7 @@ Rows rowsOf(cairo_surface_t* picture, Stain stain) {
   for (int y = 0; y < cairo_image_surface_get_height(picture); ++y) {
     for (int x = 0; x < cairo_image_surface_get_width(picture); ++x) {
       const std::uint32_t pixel = pixelAt(picture, x, y);
-      // How much paler in red and in blue than the face's 0xF5EEDC.
+      // How much less red and blue the pixel has than the face's 0xF5EEDC.
       const int lessRed = 0xF5 - static_cast<int>(pixel >> 16 & 0xFF);
       const int lessBlue = 0xDC - static_cast<int>(pixel & 0xFF);
       if ((stain == Stain::Blue ? lessRed - lessBlue : lessBlue - lessRed) < kTinge) continue;
@@ -315,7 +316,7 @@ TEST_F(Tile, NumeralStandsClearOfTheMarkBelowIt) {
   }
 }
 
-// Cairo cuts off what reaches farther to the right than a font's widest advance.
+// Cairo cuts off what reaches farther right than the font's widest advance.
 TEST_F(Tile, SignsArePaintedWhole) {
   const ui::TextStyle style{.family = ui::kGlyphFamily, .size = 100};
   for (const std::string& face : allFaces()) {
@@ -330,7 +331,7 @@ TEST_F(Tile, SignsArePaintedWhole) {
   }
 }
 
-// The numbers of flowers and seasons lie in the corner, on the frame.
+// The numbers of flowers and seasons do not count as signs: they stand in the corner, on the frame.
 TEST_F(Tile, SignsKeepWithinTheFrameOfTheFace) {
   for (const double w : kTileWidths) {
     const ui::Rect face = ui::tileFaceRect({0, 0, w, heightOf(w)});
@@ -406,7 +407,7 @@ TEST_F(Tile, IsGoldenWhenSelected) {
   EXPECT_EQ(pixelAt(picked.get(), 95, 67), 0xFFE0A93AU);
 }
 
-// Where the strokes of a picture lie on each other a fade of each would show the lower ones through.
+// Fading each stroke on its own would show the lower ones where strokes overlap.
 TEST_F(Tile, PictureFadesAsOneLayer) {
   constexpr int kW = 100;
   constexpr int kH = 134;
@@ -467,7 +468,7 @@ TEST_F(Tile, OverlaysLookAsTheyAlwaysDid) {
 }
 
 TEST_F(Tile, HintHaloReachesBeyondTheTile) {
-  const auto hinted = tile(100, "", {.hint = true, .time = 0.325});  // fully swollen: 3.5 beyond each side
+  const auto hinted = tile(100, "", {.hint = true, .time = 0.325});  // at its largest: 3.5 beyond each side
   EXPECT_GT(channelDifference(pixelAt(hinted.get(), 4, 75), 0xFF000000U | test::kFelt), 60);
 }
 
@@ -524,8 +525,8 @@ TEST_F(TileTexture, IsNullWithoutARenderer) {
   EXPECT_EQ(ui::tileTexture("bam1", 30, 40, false), nullptr);
 }
 
-// The half transparent pixels of a tile's corners are rounded on their way: as they become straight, and as
-// SDL blends them.
+// The half transparent pixels of a tile's corners are rounded twice: when they become straight, and when SDL
+// blends them.
 TEST_F(TileTexture, ShowsWhatCairoPaints) {
   for (const bool selected : {false, true}) {
     for (const std::string& face : allFaces()) {

@@ -53,13 +53,13 @@ TEST(TitleChars, AreAsShortAsTheEndOfTheTextLeavesThem) {
 TEST(TitleColour, GoesFromItselfToTheHighlight) {
   EXPECT_EQ(ui::mixColor(0xE8C44D, 0), 0xE8C44DU);
   EXPECT_EQ(ui::mixColor(0xE8C44D, 1), 0xFFF7DFU);
-  EXPECT_EQ(ui::mixColor(0xB8860B, 0.5), 0xDBBE75U);  // 219.5, 190.5, 117: cut, not rounded
-  EXPECT_EQ(ui::mixColor(0xFFFFFF, 0.5), 0xFFFBEFU);  // downwards too
+  EXPECT_EQ(ui::mixColor(0xB8860B, 0.5), 0xDBBE75U);  // 219.5, 190.5, 117: truncated, not rounded
+  EXPECT_EQ(ui::mixColor(0xFFFFFF, 0.5), 0xFFFBEFU);  // also when it falls
   EXPECT_EQ(ui::mixColor(0xE8C44D, -3), 0xE8C44DU);
   EXPECT_EQ(ui::mixColor(0xE8C44D, 7), 0xFFF7DFU);
 }
 
-// --- both titles, by either path ---
+// --- both titles, on both paths ---
 
 class GlowTitle : public testing::TestWithParam<Path> {};
 class TileTitle : public testing::TestWithParam<Path> {};
@@ -84,7 +84,7 @@ ui::CairoSurface tiles(Path path, const Frame& frame, const std::string& text, d
                     [&](ui::Ctx& ctx) { ui::drawTileTitle(ctx, frame.w / 2.0, 40, text, tileW, startTime); });
 }
 
-// Copies that a frame at `time` takes.
+// The number of copies in a frame at `time`.
 template <typename Draw>
 int copiesOf(double time, const Draw& draw) {
   int copies = 0;
@@ -95,7 +95,7 @@ int copiesOf(double time, const Draw& draw) {
   return copies;
 }
 
-// The texture under a key that was used in this window.
+// The texture under a key used earlier in this window. Fails if it is not cached.
 SDL_Texture* known(const std::string& key, int w, int h) {
   const auto notPainted = [](cairo_t*, void*) { ADD_FAILURE() << "was not there"; };
   return ui::gpuTexture(key, w, h, notPainted, nullptr);
@@ -103,7 +103,7 @@ SDL_Texture* known(const std::string& key, int w, int h) {
 
 // --- the glowing word ---
 
-// When the crest stands on letter i of n.
+// The time at which the crest is on letter i of n.
 double crestOn(int i, int n) { return 2.8 * (i + 2.5) / (n + 5); }
 
 TEST_P(GlowTitle, LooksAsBefore) {
@@ -127,7 +127,7 @@ TEST_P(GlowTitle, BearsABrokenText) {
 TEST_P(GlowTitle, StandsAboutItsCentreWithItsBoxesAtTheTop) {
   const Ink ink = inkOf(glow(GetParam(), at(0), "OHO", 60).get());
   EXPECT_NEAR(ink.centreX(), 210, 1.5);
-  // DejaVu's capitals stand from 0.2 to 0.93 of the size below the top of its box.
+  // DejaVu's capitals span 0.2 to 0.93 of the size below the top of the box.
   EXPECT_NEAR(ink.centreY(), 40 + 0.565 * 60, 3);
 }
 
@@ -138,7 +138,7 @@ TEST_P(GlowTitle, LiftsALetterByTwoAndGrowsItByASixteenthAtTheCrest) {
   EXPECT_NEAR(static_cast<double>(lifted.w()) / rest.w(), 1.06, 0.015);
   EXPECT_NEAR(static_cast<double>(lifted.h()) / rest.h(), 1.06, 0.015);
   EXPECT_NEAR(lifted.centreX(), rest.centreX(), 1);
-  // The letter's middle is not quite the box's, about which it grows.
+  // The letter grows about the middle of its box, which is not quite its own middle.
   const double boxMiddle = 40 + 160 * 1.164 / 2;
   EXPECT_NEAR(lifted.centreY(), boxMiddle + (rest.centreY() - boxMiddle) * 1.06 - 2, 1);
 }
@@ -153,7 +153,8 @@ TEST_P(GlowTitle, HasItsWaveAgainEveryTwoPointEightSeconds) {
 
 TEST_P(GlowTitle, RestsWhileTheCrestIsBeyondItsEnds) {
   const auto rest = glow(GetParam(), at(0), "OHO", 60);
-  // The crest is felt within 1.6 letters, so from 0.9 letters after the turn on.
+  // The wave reaches 1.6 letters from its crest, so it touches the first letter once the crest has moved 0.9
+  // letters.
   const double felt = 2.8 * 0.9 / 8;
   EXPECT_TRUE(samePicture(glow(GetParam(), at(felt - 0.01), "OHO", 60).get(), rest.get()));
   EXPECT_FALSE(samePicture(glow(GetParam(), at(felt + 0.1), "OHO", 60).get(), rest.get(), 10));
@@ -162,7 +163,7 @@ TEST_P(GlowTitle, RestsWhileTheCrestIsBeyondItsEnds) {
 
 TEST(GlowTitleColour, RunsFromGoldToTheHighlight) {
   const Frame frame{.w = 200, .h = 280};
-  // The stem of an I stands in its middle.
+  // The stem of an I is in its middle.
   const auto middleAt = [&](double time) {
     return pixelAt(glow(Path::Cairo, at(time, frame), "I", 160).get(), 100, 130);
   };
@@ -182,7 +183,7 @@ TEST(GlowTitleTextures, AreOneCopyALetterAndASecondWhereTheWaveIs) {
   EXPECT_EQ(copiesOf(0, oho), 3);
   EXPECT_EQ(copiesOf(crestOn(1, 3), oho), 6);
   EXPECT_EQ(copiesOf(crestOn(0, 3), oho), 5);
-  // The wave has to be more than a hundredth.
+  // Only a wave above 0.01 takes a second copy.
   EXPECT_EQ(copiesOf(crestOn(0, 3) - 1.59 * 2.8 / 8, oho), 3);
   EXPECT_EQ(copiesOf(crestOn(0, 3) - 1.58 * 2.8 / 8, oho), 4);
 }
@@ -226,7 +227,7 @@ TEST(GlowTitleTextures, AreNotPaintedAgain) {
   });
 }
 
-// The letter and its halo lie whole inside their picture, the widest of the Latin ones too.
+// A letter and its halo lie entirely inside their picture, even the widest Latin ones.
 TEST(GlowTitleTextures, CutNothingOff) {
   for (const char* text : {"W", "Ắ", "j", "@", "Щ", "東"}) {
     const Frame frame{.w = 900, .h = 300};
@@ -273,14 +274,14 @@ TEST(TileTitleWidth, CountsOneTileALetter) {
   EXPECT_EQ(ui::tileTitleWidth("", 50), 0);
 }
 
-// Where nothing bobs, sways or shimmers on the first tile: at time 0 its phases begin.
+// At time 0 the first tile does not bob, sway or shimmer: its phases begin there.
 Frame still(int w, int h) { return {.w = w, .h = h, .time = 0}; }
 
 TEST_P(TileTitle, StandsAboutItsCentre) {
   for (const char* text : {"I", "東", "AB", "東西南"}) {
     const Ink ink = inkOf(tiles(GetParam(), still(600, 260), text, 100, kAtRest).get());
     EXPECT_NEAR(ink.centreX(), 300, 1) << text;
-    // The outermost tiles leave half a gap at either end, of which the outline takes half a pixel.
+    // The outermost tiles leave half a gap at either end; the outline takes half a pixel of it.
     EXPECT_NEAR(ink.w(), ui::tileTitleWidth(text, 100) - 12, 3) << text;
   }
   const Ink one = inkOf(tiles(GetParam(), still(600, 260), "I", 100, kAtRest).get());
@@ -300,7 +301,7 @@ TEST_P(TileTitle, BobsByATwentiethOfItsHeight) {
 }
 
 TEST_P(TileTitle, BobsTileAfterTile) {
-  // The second tile is at its lowest, and stands in the middle.
+  // The second tile is at its lowest, and in the middle of the picture.
   const double time = (std::numbers::pi / 2 - 0.55) / 1.7;
   const auto seen = paintScene(GetParam(), at(time, {.w = 300, .h = 360}), [](ui::Ctx& ctx) {
     ui::drawTileTitle(ctx, 150 - 0.56 * 180, 40, "II", 180, kAtRest);
@@ -317,7 +318,7 @@ TEST_P(TileTitle, SwaysAsIfTurnedByFiveDegrees) {
   EXPECT_NEAR(widthAt(0) - widthAt(turned), 800 * (1 - std::cos(5 * std::numbers::pi / 180)), 1);
 }
 
-// The drop of letter i at `progress`, 0 to 1, seen from a start at 10.
+// The time at which letter i has dropped by `progress`, 0 to 1, after a start at 10.
 double dropTime(int i, double progress) { return 10 + 0.15 + 0.11 * i + 0.46 * progress; }
 
 TEST_P(TileTitle, DropsEachLetterByItsCurve) {
@@ -340,10 +341,11 @@ TEST_P(TileTitle, DropsEachLetterByItsCurve) {
 }
 
 TEST(TileTitleWithoutRenderer, FadesInWhileItDrops) {
-  // A second later than elsewhere, when no light is on the tile.
+  // One second later than in the other tests, so that no light is on the tile.
   const auto seen = paintScene(Path::Cairo, at(1 + dropTime(0, 0.2), {.w = 200, .h = 360}),
                                [](ui::Ctx& ctx) { ui::drawTileTitle(ctx, 100, 140, "I", 100, 11); });
-  // In the face's corner, away from the letter: 0.6672 of the body on the felt, as much of the face on that.
+  // In the face's corner, away from the letter: the body at 0.6672 on the felt, and the face at 0.6672 on
+  // that.
   EXPECT_LE(channelDifference(pixelAt(seen.get(), 70, 140), 0xFFD3D2BAU), 1);
 }
 
@@ -379,7 +381,7 @@ TEST_P(TileTitle, OfFiveLettersHasDroppedAfterOnePointOhFive) {
 
 TEST(TileTitleTextures, AppearOneAfterTheOther) {
   const auto veska = [](ui::Ctx& ctx) { ui::drawTileTitle(ctx, 210, 40, "VESKA", 48, 10); };
-  // The light is never on a tile as it appears, which would be a copy more.
+  // The light is never on a tile as it appears, which would take one more copy.
   for (int i = 0; i < 5; ++i) {
     EXPECT_EQ(copiesOf(dropTime(i, -0.001), veska), i) << i;
     EXPECT_EQ(copiesOf(dropTime(i, 0.001), veska), i + 1) << i;
@@ -413,7 +415,7 @@ TEST(TileTitleTextures, AreNotPaintedAgain) {
   });
 }
 
-// The light stands on letter i of n at this time.
+// The time at which the light is on letter i.
 double lightOn(double i) { return (i + 1.5) / 1.4; }
 
 TEST(TileTitleTextures, ShimmerWhereTheLightIs) {
@@ -428,7 +430,7 @@ TEST(TileTitleTextures, ShimmerWhereTheLightIs) {
   EXPECT_EQ(shineAt(lightOn(0), "I"), 140);   // 0.55
   EXPECT_EQ(shineAt(lightOn(0.4), "I"), 84);  // 0.55 * 0.6
   EXPECT_EQ(shineAt(lightOn(-0.4), "I"), 84);
-  EXPECT_EQ(shineAt(lightOn(0) + 4 / 1.4, "I"), 140);  // it comes back every n + 3
+  EXPECT_EQ(shineAt(lightOn(0) + 4 / 1.4, "I"), 140);  // it returns every n + 3 letters
   EXPECT_EQ(copiesOf(lightOn(1.1), [](ui::Ctx& ctx) { ui::drawTileTitle(ctx, 210, 40, "I", 48, kAtRest); }),
             1);
   EXPECT_EQ(copiesOf(lightOn(0.5), [](ui::Ctx& ctx) { ui::drawTileTitle(ctx, 210, 40, "III", 48, kAtRest); }),

@@ -1,5 +1,5 @@
-// widget_scenes.h: widgets in tests: sheets of them in several states, and what one answers to a click. All
-// stand on the felt of board_scenes.h. Units: logical pixels.
+// widget_scenes.h: widgets in tests: sheets that show them in several states, and their answers to a click.
+// All are drawn on the felt of board_scenes.h. Units: logical pixels.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 
 namespace test {
 
-// Draws one widget in its rectangle. What it does to the frame's context concerns it alone.
+// Draws one widget in its rectangle. Changes to the frame's context affect only this widget.
 using PaintWidget = std::function<void(ui::Ctx&, const ui::Rect&)>;
 
 struct Sheet {
@@ -22,29 +22,30 @@ struct Sheet {
   double h = 0;
   int columns = 1;
 };
-// A widget beside the other, with room between them; each in a frame of its own at time 0, its pointer away.
+// The widgets side by side with room between them. Each is drawn in its own frame at time 0, with the pointer
+// away.
 ui::CairoSurface paintSheet(const Sheet& sheet, const std::vector<PaintWidget>& widgets);
 
-// One widget of a frame without a pointer, in a picture with this margin on every side.
+// One widget in a frame without a pointer, with kMargin on every side of the picture.
 ui::CairoSurface paintWidget(double w, double h, const PaintWidget& widget);
 constexpr int kMargin = 16;
 
-// The pointer in the middle of the rectangle.
+// Puts the pointer in the middle of the rectangle.
 void hover(ui::Ctx& ctx, const ui::Rect& rect);
-// The same with the button held.
+// The same, with the button held.
 void hold(ui::Ctx& ctx, const ui::Rect& rect);
 
-// What can be clicked, drawn in its rectangle.
+// Draws a control in its rectangle and returns whether it was clicked.
 using Control = std::function<bool(ui::Ctx&, const ui::Rect&)>;
 
-// Whether it answers to one frame with a click at this place.
+// Whether the control answers to one frame with a click at this place.
 bool isClickedAt(const Control& control, const ui::Rect& rect, double x, double y);
 
-// `color` at `alpha` on top of an opaque pixel.
+// `color` with opacity `alpha` on top of an opaque pixel.
 std::uint32_t over(std::uint32_t pixel, std::uint32_t color, double alpha);
 constexpr std::uint32_t opaque(std::uint32_t color) { return 0xFF000000U | color; }
 
-// The colour at a place of the picture, up to rounding.
+// Whether the picture has this colour at this place, up to rounding errors.
 testing::AssertionResult hasColor(cairo_surface_t* picture, int x, int y, std::uint32_t color);
 
 }  // namespace test

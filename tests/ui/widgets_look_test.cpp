@@ -1,4 +1,4 @@
-// How the widgets look, as a whole on committed sheets and where a number is known.
+// How the widgets look: compared with committed sheets, and in detail where numbers are known.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -29,7 +29,6 @@ using test::paintWidget;
 
 namespace palette = ui::palette;
 
-// A widget in one of its states.
 enum class Pointer { Away, Over, Down };
 
 template <class Draw>
@@ -129,12 +128,12 @@ ui::CairoSurface plaquePicture(const PaintWidget& widget) { return paintWidget(2
 
 TEST(Plaque, ShineCrossesInTwoSecondsAndSixTenths) {
   const auto still = plaquePicture(plaque(kDark));
-  constexpr double kMiddleX = 1.3;  // the beam lies in the middle
+  constexpr double kMiddleX = 1.3;  // the time at which the beam is in the middle
   EXPECT_TRUE(hasColor(plaquePicture(shining(false, kMiddleX)).get(), kMargin + 110, kMargin + 12,
                        over(palette::kDarkPlaque, 0xFFF7D7, 0.35)));
   EXPECT_TRUE(hasColor(plaquePicture(shining(true, kMiddleX)).get(), kMargin + 110, kMargin + 12,
                        over(palette::kGold, palette::kWhite, 0.35)));
-  // Once in three seconds, and it has gone before the sweep ends.
+  // It comes once in three seconds and is gone before the sweep ends.
   EXPECT_TRUE(samePicture(plaquePicture(shining(false, kMiddleX + 3)).get(),
                           plaquePicture(shining(false, kMiddleX)).get()));
   for (const double time : {0.0, 2.55, 2.7, 2.95, 3.0})
@@ -192,7 +191,7 @@ TEST(Plaque, HasBracketsInItsCorners) {
   EXPECT_TRUE(hasColor(picture.get(), kMargin + 12, kMargin + 8, palette::kDarkPlaque));
 }
 
-// A line of one pixel that lies on whole coordinates is shared by two rows.
+// A line one pixel wide on whole coordinates is shared by two rows.
 TEST(Plaque, HasAFrameFourPixelsWithin) {
   const auto picture = plaquePicture(plaque(kPrimary));
   const std::uint32_t half = test::opaque(over(palette::kGold, palette::kDarkBrown, 0.35 / 2));
@@ -202,7 +201,7 @@ TEST(Plaque, HasAFrameFourPixelsWithin) {
   EXPECT_TRUE(hasColor(picture.get(), kMargin + 110, kMargin + 2, palette::kGold));
 }
 
-// Box of what stands on a plate of 220 x 56, more than `inset` within its edges.
+// The box of what stands on a plate of 220 x 56, more than `inset` inside its edges.
 test::Ink inkOn(std::uint32_t plate, int inset, const PaintWidget& widget) {
   const auto picture = plaquePicture(widget);
   test::Ink ink{1000, 1000, 0, 0};
@@ -237,7 +236,7 @@ TEST(HeaderButtons, BackArrowFollowsTheShorterSide) {
   const std::vector<PaintWidget> square = {back(), back(Pointer::Over)};
   EXPECT_TRUE(looksLike(paintSheet({.w = 42, .h = 42, .columns = 2}, square).get(), "widget_back"));
   const auto picture = paintWidget(60, 40, back());
-  // a = 12.8 about (32, 20): the shaft from 44.8 to 19.2, its ends rounded.
+  // The arrow is centred on (32, 20) with a = 12.8: the shaft spans 44.8 to 19.2, with round ends.
   EXPECT_TRUE(hasColor(picture.get(), kMargin + 20, kMargin + 19, palette::kLightText));
   EXPECT_TRUE(hasColor(picture.get(), kMargin + 44, kMargin + 19, palette::kLightText));
   EXPECT_TRUE(hasColor(picture.get(), kMargin + 16, kMargin + 19, palette::kPanel));
@@ -256,8 +255,8 @@ TEST(ActionButton, LooksAsItAlwaysDid) {
 }
 
 TEST(ActionButton, StandsInTheMiddleWithAndWithoutALabel) {
-  // The square of the corners has three quarters of the icon's side of 28, its lines are 11 in 100 wide: it
-  // reaches 12.04 from the middle.
+  // The icon's square is three quarters of its side of 28 wide, with lines of 0.11 of the side: it reaches
+  // 12.04 from the middle.
   const test::Ink alone = inkOn(palette::kPanel, 5, action(ui::ActionIcon::Fit, ""));
   EXPECT_EQ(alone.centreX(), kMargin + 110);
   EXPECT_EQ(alone.centreY(), kMargin + 28);
@@ -301,7 +300,7 @@ TEST(PageChip, HasBracketsAndABadgeInItsCorners) {
   EXPECT_TRUE(hasColor(badged.get(), kMargin + 117, kMargin + 8, palette::kDarkPlaque));
 }
 
-// A dot alone is lost among the brackets' gold.
+// A dot alone would get lost in the gold of the brackets.
 TEST(PageChip, IsRingedWithGoldWhereThePlayerIsAtHome) {
   const auto badged = paintWidget(56, 40, page(false, true, Pointer::Away, "1–10"));
   const auto bare = paintWidget(56, 40, page(false, false, Pointer::Away, "1–10"));
@@ -376,7 +375,7 @@ TEST(PlateLook, HaveTheirColoursInEachState) {
 constexpr double kPlateW = 160;
 constexpr double kPlateH = 44;
 
-// Pixels about the upper left corner where one picture has bare felt and the other has not.
+// Counts pixels near the upper left corner where exactly one of the pictures shows bare felt.
 int silhouettesDiffer(cairo_surface_t* a, cairo_surface_t* b) {
   int count = 0;
   for (int y = 0; y < kMargin + 22; ++y) {
@@ -389,7 +388,7 @@ int silhouettesDiffer(cairo_surface_t* a, cairo_surface_t* b) {
   return count;
 }
 
-// The radius of the rounded rectangle that the plate resembles most.
+// The radius of the rounded rectangle most similar to the plate.
 int radiusOf(const PaintWidget& plate, double edgeWidth = 1) {
   const auto picture = paintWidget(kPlateW, kPlateH, plate);
   int best = 0;

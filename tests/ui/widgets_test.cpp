@@ -1,4 +1,4 @@
-// What the widgets answer to the pointer.
+// How the widgets answer to the pointer.
 #include "ui/widgets.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ std::ostream& operator<<(std::ostream& out, const Clickable& clickable) { return
 
 std::string nameOf(const testing::TestParamInfo<Clickable>& variant) { return variant.param.name; }
 
-// A button whose look and answer come from one function.
+// A button that one function both draws and answers for.
 template <auto widget, class... Options>
 Control control(const Options&... options) {
   return [=](ui::Ctx& ctx, const ui::Rect& rect) { return widget(ctx, rect, options...); };
@@ -166,7 +166,7 @@ TEST_P(Clicking, MeetsNothingWhereThereIsNoArea) {
   EXPECT_TRUE(heard().empty());
 }
 
-// makePicture, below these, fails for a context that ended in an error.
+// paintWidget uses makePicture, which fails if the context ends in an error.
 TEST_P(Clicking, StaysPossibleOnTinyPlates) {
   for (const double side : {0.01, 1.0, 3.0, 7.0, 15.0}) {
     paintWidget(side, side, GetParam().control);
@@ -177,12 +177,12 @@ TEST_P(Clicking, StaysPossibleOnTinyPlates) {
 class Plates : public Clicking {};
 INSTANTIATE_TEST_SUITE_P(All, Plates, testing::ValuesIn([] {
                            auto plates = clickables();
-                           plates.pop_back();  // the toggle, which has none
+                           plates.pop_back();  // the toggle, which has no plate
                            return plates;
                          }()),
                          nameOf);
 
-// The outline's outer half lies beside it.
+// The outer half of the outline lies outside the plate.
 TEST_P(Plates, AreClickedWhereTheyAreDrawn) {
   const auto ink = inkOf(paintWidget(120, 40, GetParam().control).get());
   EXPECT_EQ(ink.left, kMargin - 1);
@@ -277,7 +277,7 @@ TEST(Slider, ChangesInEveryFrameOfADragWithoutASound) {
   ScreenHarness harness(
       [&](ui::Ctx& ctx) { values.push_back(ui::slider(ctx, kTrack, values.empty() ? 0.9 : values.back())); });
   harness.drag(100, 60, 300, 60);
-  // The press, ten steps, and the release, in whose frame the button is up.
+  // The press, ten steps, and the release. The button is up in the release's frame.
   ASSERT_EQ(values.size(), 12U);
   for (std::size_t i = 0; i <= 10; ++i) EXPECT_NEAR(values[i], static_cast<double>(i) / 10, 1e-12);
   EXPECT_EQ(values[11], 1);
@@ -299,7 +299,7 @@ TEST(Slider, WithoutAreaKeepsItsValue) {
 
 constexpr ui::Rect kList{100, 50, 200, 150};
 
-// The offset after the wheel was turned at this place.
+// The scroll offset after the wheel was turned at this place.
 double scrolled(double from, double contentHeight, double steps, double x = 150, double y = 100) {
   double scroll = from;
   ScreenHarness harness([&](const ui::Ctx& ctx) { ui::applyScroll(ctx, kList, contentHeight, scroll); });
