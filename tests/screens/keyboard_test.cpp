@@ -159,9 +159,10 @@ TEST_P(Walking, ComesByEveryControlOnceAndStaysInTheWindow) {
   }
   const std::vector<Rect> rings = visit.walk();
   EXPECT_EQ(rings.size(), walk.controls);
-  for (const Rect& ring : rings)
+  for (const Rect& ring : rings) {
     EXPECT_TRUE(test::inside(ring, visit.window))
         << ring.x << " " << ring.y << " " << ring.w << " " << ring.h;
+  }
 }
 
 // Reading order: to the right or down. The window is large enough that no list scrolls, which would move the

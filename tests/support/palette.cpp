@@ -127,7 +127,7 @@ void halve(std::vector<Box>& boxes, std::size_t index) {
   Counts low = std::move(boxes[index].counts);
   const int place = boxes[index].longest;
   const int mean = channel(meanOf(low), place);
-  const auto middle = std::stable_partition(
+  const auto middle = std::partition(
       low.begin(), low.end(), [&](const Counted& counted) { return channel(counted.color, place) <= mean; });
   Counts high(middle, low.end());
   low.erase(middle, low.end());

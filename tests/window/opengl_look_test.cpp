@@ -81,9 +81,10 @@ ui::CairoSurface inBlocks(cairo_surface_t* picture) {
   const support::Pixels pixels(picture);
   const auto mean = [&](int blockX, int blockY, int shift) {
     int sum = 0;
-    for (int y = 0; y < kSide; ++y)
-      for (int x = 0; x < kSide; ++x)
-        sum += static_cast<int>(pixels.at(blockX * kSide + x, blockY * kSide + y) >> shift & 0xFFU);
+    for (int i = 0; i < kSide * kSide; ++i) {
+      const std::uint32_t pixel = pixels.at(blockX * kSide + i % kSide, blockY * kSide + i / kSide);
+      sum += static_cast<int>(pixel >> shift & 0xFFU);
+    }
     return sum / (255.0 * kSide * kSide);
   };
   return support::makePicture(w, h, [&](cairo_t* cr) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <thread>
 
+#include "support/temp_dir.h"
 #include "window/session.h"
 #include "window/witness.h"
 
@@ -16,7 +17,6 @@ using screens::MenuEntry;
 using window::Environment;
 using window::Key;
 using window::Session;
-using window::Testimony;
 
 struct Renderer {
   const char* name;
@@ -27,12 +27,12 @@ class Rest : public testing::TestWithParam<Renderer> {
  protected:
   Rest() : session({.environment = environment(), .preload = VESKARA_WITNESS, .toTable = false}) {}
 
-  static std::string witness() { return testing::TempDir() + "/rest_witness"; }
-  static Environment environment() {
+  std::string witness() const { return scratch.path("witness"); }
+  Environment environment() const {
     return window::changed(GetParam().environment, {{window::kWitnessVariable, witness()}});
   }
 
-  static int frames() { return window::testimonyIn(witness()).frames; }
+  int frames() const { return window::testimonyIn(witness()).frames; }
   // The program's write calls so far. At rest these can only go to the display, as nothing is saved.
   long writes() {
     std::ifstream file("/proc/" + std::to_string(session.game.process().pid()) + "/io");
@@ -42,8 +42,8 @@ class Rest : public testing::TestWithParam<Renderer> {
     return value;
   }
   // Waits until no new frame appears for 0.3 seconds. False if frames keep coming.
-  static bool comesToRest() {
-    return window::waitFor([] {
+  bool comesToRest() const {
+    return window::waitFor([this] {
       const int before = frames();
       std::this_thread::sleep_for(std::chrono::milliseconds(300));
       return frames() == before;
@@ -58,6 +58,7 @@ class Rest : public testing::TestWithParam<Renderer> {
     EXPECT_LE(writes() - written, 1) << screen;
   }
 
+  support::TempDir scratch;
   Session session;
 };
 

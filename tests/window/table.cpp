@@ -127,17 +127,30 @@ int Table::blockedTile() const {
   return std::find_if(game.slots.rbegin(), game.slots.rend(), isBlocked)->id;
 }
 
+// Draws the tiles on whole pixels, where the renderer puts them.
 ui::CairoSurface Table::painted(Size windowSize) const {
   useBundledFont();
   return support::makePictureApart(windowSize.w, windowSize.h, [&](cairo_t* cr) {
     const double growth = growthIn(windowSize);
+    const ui::Rect board = boardIn(windowSize);
+    const ui::BoardView boardView(board, view);
+    const ui::BoardGeom geom = ui::boardGeometry(game.slots, board, view.fit);
     cairo_scale(cr, growth, growth);
     ui::Ctx ctx;
     ctx.cr = cr;
     ctx.w = windowSize.w / growth;
     ctx.h = windowSize.h / growth;
     ui::drawFelt(ctx, mj::tableThemeForLevel(level), true);
-    ui::drawBoard(ctx, game, boardIn(windowSize), view, nullptr);
+    cairo_rectangle(cr, board.x, board.y, board.w, board.h);
+    cairo_clip(cr);
+    const auto whole = [growth](double length) { return std::round(length * growth) / growth; };
+    for (const int id : ui::paintOrder(game)) {
+      const auto index = static_cast<std::size_t>(id);
+      const ui::Rect rect = boardView.toScreen(geom.place(game.slots[index]));
+      const ui::TileVisual visual{.selected = id == game.selected, .dim = !mj::isFree(game, id)};
+      ui::drawTile(cr, {whole(rect.x), whole(rect.y), whole(rect.w), whole(rect.h)}, game.faces[index],
+                   visual);
+    }
   });
 }
 

@@ -210,7 +210,7 @@ void askToReset(Sitting& sitting) {
 }
 
 // The ring after so many presses of Tab. The first one shows it.
-std::function<void(Sitting&)> tabbed(int presses, std::function<void(Sitting&)> before = shown) {
+std::function<void(Sitting&)> tabbed(int presses, const std::function<void(Sitting&)>& before = shown) {
   return [=](Sitting& sitting) {
     before(sitting);
     sitting.wait(0);
