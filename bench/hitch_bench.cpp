@@ -31,7 +31,7 @@ ui::Screen* shown = nullptr;
 
 std::unique_ptr<ui::Screen> makeAndShow(const ui::GameState& descriptor) {
   std::unique_ptr<ui::Screen> screen = screens::make(descriptor);
-  shown = screen.get();
+  shown = screen.get();  // cppcheck-suppress danglingLifetime ; the stack keeps the screen
   return screen;
 }
 

@@ -216,7 +216,7 @@ std::optional<std::size_t> Focus::start() const {
 // beside the cone, because rows lie one below the other.
 std::optional<std::size_t> Focus::nearest(Direction direction) const {
   struct Found {
-    std::size_t index;
+    std::size_t index;  // cppcheck-suppress unusedStructMember
     std::pair<int, std::pair<double, double>> length;
   };
   std::optional<Found> best;

