@@ -42,7 +42,8 @@ double moveAndSee(Display* display, Spot to, Spot watched) {
   const Clock::time_point begun = Clock::now();
   XTestFakeMotionEvent(display, -1, to.x, to.y, 0);
   XFlush(display);
-  while (colorAt(display, watched) == before && Clock::now() - begun < kPatience) continue;
+  while (colorAt(display, watched) == before && Clock::now() - begun < kPatience) {
+  }
   return std::chrono::duration<double, std::milli>(Clock::now() - begun).count();
 }
 

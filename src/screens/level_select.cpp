@@ -124,8 +124,8 @@ class LevelSelect : public ui::Screen {
   double scroll = 0;
   // A locked card glows for a moment after a click.
   struct Refusal {
-    int card;
-    double until;
+    int card;      // cppcheck-suppress unusedStructMember
+    double until;  // cppcheck-suppress unusedStructMember
   };
   std::optional<Refusal> refusal;
   // Keyed by level, which determines the layout, and by size in device pixels. All have the same scale.
