@@ -12,6 +12,7 @@ GpuWindow::GpuWindow(int w, int h)
       renderer_(surface_ ? SDL_CreateSoftwareRenderer(surface_.get()) : nullptr) {
   EXPECT_NE(renderer_, nullptr) << SDL_GetError();
   ui::gpuInit(renderer_.get());
+  ui::gpuBeginFrame();
   ui::gpuSetScale(1);
   clear(0);
 }
